@@ -1,0 +1,72 @@
+# How every target of this project is made. A library links only what stands under it, so that an include that points
+# up a floor ends as an undefined symbol.
+
+# Warnings and sanitizers, for our own targets only.
+add_library(marlevo_options INTERFACE)
+target_compile_options(marlevo_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+target_include_directories(marlevo_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+if(MARLEVO_SANITIZE)
+  target_compile_options(marlevo_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                                   -fno-omit-frame-pointer)
+  target_link_options(marlevo_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# Every target that shows windows or prints uses the same Qt modules, so that all can share one precompiled header.
+add_library(marlevo_qt INTERFACE)
+target_link_libraries(marlevo_qt INTERFACE Qt6::Widgets Qt6::PrintSupport Qt6::Svg)
+target_compile_definitions(marlevo_qt INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
+
+# marlevo_library(NAME [QT] SOURCES ... [LINKS ...] [PRIVATE_LINKS ...])
+function(marlevo_library name)
+  cmake_parse_arguments(arg "QT" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE marlevo_options ${arg_PRIVATE_LINKS})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  if(arg_QT)
+    target_link_libraries(${name} PUBLIC marlevo_qt)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    marlevo_share_qt_header(${name})
+  endif()
+endfunction()
+
+# The Qt headers are most of a window's compile time: they are compiled once.
+function(marlevo_share_qt_header name)
+  if(NOT TARGET qt_header)
+    file(WRITE ${CMAKE_BINARY_DIR}/qt_header.cpp "")
+    add_library(qt_header OBJECT ${CMAKE_BINARY_DIR}/qt_header.cpp)
+    target_link_libraries(qt_header PRIVATE marlevo_options marlevo_qt)
+    target_precompile_headers(qt_header PRIVATE <QtWidgets/QtWidgets>)
+  endif()
+  target_precompile_headers(${name} REUSE_FROM qt_header)
+endfunction()
+
+# marlevo_test(NAME [QT] SOURCES ... [LINKS ...]): one ctest entry a program. With QT the program runs inside a
+# QApplication (tests/support/qt_main.cpp), otherwise under GoogleTest's own main.
+function(marlevo_test name)
+  cmake_parse_arguments(arg "QT" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE marlevo_options ${arg_LINKS} GTest::gtest)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  if(arg_QT)
+    target_link_libraries(${name} PRIVATE test_support_qt)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    marlevo_share_qt_header(${name})
+  else()
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+    target_precompile_headers(${name} PRIVATE <gtest/gtest.h>)
+  endif()
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()
+
+# marlevo_bench(NAME [QT] SOURCES ... [LINKS ...]): a program that prints each figure beside its yardstick.
+function(marlevo_bench name)
+  cmake_parse_arguments(arg "QT" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE marlevo_options ${arg_LINKS} benchmark::benchmark)
+  if(arg_QT)
+    target_link_libraries(${name} PRIVATE marlevo_qt)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    marlevo_share_qt_header(${name})
+  endif()
+endfunction()

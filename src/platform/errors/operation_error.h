@@ -1,0 +1,38 @@
+// The one kind of failure that windows let pass: of a file, the database or the printer. It is shown once, by the error
+// report at the top of the program, so it carries everything that the operator has to know.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace marlevo {
+
+class OperationError : public std::runtime_error {
+ public:
+  // `attempted`: what was being done, in the operator's language ("讀取列印設定"); `subject`: the file or printer;
+  // `reason`: the engine's own words. All UTF-8. what() is the reason.
+  OperationError(std::string attempted, std::string subject, const std::string& reason)
+      : std::runtime_error(reason), attempted_(std::move(attempted)), subject_(std::move(subject)) {}
+
+  const std::string& Attempted() const { return attempted_; }
+  const std::string& Subject() const { return subject_; }
+
+ private:
+  std::string attempted_;
+  std::string subject_;
+};
+
+class FileError : public OperationError {
+  using OperationError::OperationError;
+};
+
+class DatabaseError : public OperationError {
+  using OperationError::OperationError;
+};
+
+class PrinterError : public OperationError {
+  using OperationError::OperationError;
+};
+
+}  // namespace marlevo

@@ -1,0 +1,71 @@
+// The current ticket list: what the board expands, the filters thin out, the printer prints and a save stores. Plain
+// values without any window; the grids on the screen are models over them.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace marlevo {
+
+// A bet kind is an index 0 to 4, the same in every per-kind array of the system.
+inline constexpr int kBetKinds = 5;
+inline constexpr int kFourStraight = 0;
+inline constexpr int kFourBox = 1;
+inline constexpr int kThreeStraight = 2;
+inline constexpr int kThreeBox = 3;
+inline constexpr int kThreePair = 4;
+
+inline constexpr std::array<std::string_view, kBetKinds> kBetKindNames = {"四星正彩", "四星組彩", "三星正彩",
+                                                                          "三星組彩", "三星對彩"};
+
+constexpr bool IsFourDigitKind(int kind) {
+  return kind == kFourStraight || kind == kFourBox;
+}
+constexpr bool IsBoxKind(int kind) {
+  return kind == kFourBox || kind == kThreeBox;
+}
+// Digit columns of a kind's list: 4 or 3.
+constexpr int DigitColumns(int kind) {
+  return IsFourDigitKind(kind) ? 4 : 3;
+}
+
+// Stakes in yuan and their multipliers: entry k of one list belongs to entry k of the other (25 yuan each time).
+inline constexpr std::array<std::string_view, 11> kAmounts = {"25",  "50",  "75",  "100", "125", "150",
+                                                              "200", "250", "300", "500", "1250"};
+inline constexpr std::array<std::string_view, 11> kMultipliers = {"x 1", "x 2", "x 3", "x 4", "x 5", "x 6",
+                                                                  "x 8", "x10", "x12", "x20", "x50"};
+
+// Colour of a ticket's digit cells, set by the instant prize check.
+enum class Paint : std::uint8_t { kNone, kWhite, kYellow };
+
+// One ticket. Cell j (from 0) is the digit of column j + 1, '0' to '9'; an unused cell is 0.
+struct Ticket {
+  std::array<char, 4> cells{};
+  Paint paint = Paint::kNone;
+
+  bool operator==(const Ticket&) const = default;
+};
+
+// The value of a cell, an unused one reading as 0.
+constexpr int DigitValue(char cell) {
+  return cell == 0 ? 0 : cell - '0';
+}
+
+// The tickets of one kind in list order. A ticket's sequence number is its position from 1; it is stored nowhere.
+using TicketList = std::vector<Ticket>;
+
+struct KindList {
+  bool ticked = false;        // the kind takes part
+  TicketList tickets;         // may hold tickets although the kind is no longer ticked
+  std::string amount = "25";  // stake text, an entry of kAmounts
+  int multiplier = 0;         // position in kMultipliers; the slip's multiple mark follows it
+};
+
+struct CurrentList {
+  std::array<KindList, kBetKinds> kinds;
+};
+
+}  // namespace marlevo
