@@ -13,7 +13,7 @@ endif()
 
 # Every target that shows windows or prints uses the same Qt modules, so that all can share one precompiled header.
 add_library(marlevo_qt INTERFACE)
-target_link_libraries(marlevo_qt INTERFACE Qt6::Widgets Qt6::PrintSupport Qt6::Svg)
+target_link_libraries(marlevo_qt INTERFACE Qt6::Widgets Qt6::PrintSupport)
 target_compile_definitions(marlevo_qt INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
 
 # marlevo_library(NAME [QT] SOURCES ... [LINKS ...] [PRIVATE_LINKS ...])
