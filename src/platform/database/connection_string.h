@@ -1,0 +1,25 @@
+// The connection string: what the windows hand to the database service, and what it takes from it. All texts UTF-8.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace marlevo {
+
+// The string that opens `4star.mdb` in `folder` (the executable's folder), with the built-in password:
+// "Provider=...;Persist Security Info=False;Data Source=<folder><separator>4star.mdb;Jet OLEDB:Database Password=...".
+// The separator is the system's own and is not doubled when the folder ends in one (a drive root).
+std::string ConnectionString(const std::filesystem::path& folder);
+
+// What a connection needs of its string.
+struct DataSource {
+  std::filesystem::path file;
+  std::string password;
+};
+
+// Reads a connection string. Keys in any order and letter case; a piece between two ";" without "=" still belongs to the
+// value before it, so that a folder's name may contain ";". DatabaseError when the provider is not ours, when the data
+// source is missing, and for a key that means nothing to us.
+DataSource ParseConnectionString(const std::string& connection_string);
+
+}  // namespace marlevo
