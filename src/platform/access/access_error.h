@@ -1,0 +1,26 @@
+// What goes wrong in an Access file: a damaged or foreign file, a feature that this engine does not keep right, a value
+// that does not fit its column, a wrong password. What the disk refuses is a PagerError of the layer below.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace marlevo::access {
+
+class AccessError : public std::runtime_error {
+ public:
+  // what() is `reason`, preceded by the page when there is one: "page 17: expected a data page, found type 4".
+  explicit AccessError(const std::string& reason) : std::runtime_error(reason) {}
+  AccessError(std::uint32_t page, const std::string& reason)
+      : std::runtime_error("page " + std::to_string(page) + ": " + reason), page_(page) {}
+
+  // The page that is not as it should be, if the fault lies in one.
+  std::optional<std::uint32_t> Page() const { return page_; }
+
+ private:
+  std::optional<std::uint32_t> page_;
+};
+
+}  // namespace marlevo::access

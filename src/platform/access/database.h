@@ -1,0 +1,73 @@
+// One Access file (.mdb): who may open it, its tables, its statements. Several Databases of one process may have the
+// same file open: they share its pages and see each other's completed statements. Not for use by several threads.
+//
+// Errors: AccessError (access_error.h) for what the file says, PagerError (pager/pager.h) for what the disk or the lock
+// says. After either the file holds what it held before the statement.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/access/access_error.h"
+#include "platform/access/schema.h"
+#include "platform/access/table.h"
+
+namespace marlevo::access {
+
+struct OpenOptions {
+  std::string password;  // compared exactly; a file without password opens with any
+  // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 950 or 936).
+  std::optional<int> code_page;
+};
+
+class Database {
+ public:
+  static Database Open(const std::filesystem::path& path, const OpenOptions& options);
+
+  // Makes a new Jet 4 file with empty tables. Never over an existing file; a failure leaves no file.
+  static Database Create(const std::filesystem::path& path, std::string_view password,
+                         const std::vector<TableSchema>& tables);
+
+  // Names of the user's own local tables, in catalog order.
+  std::vector<std::string> Tables() const;
+
+  // `name` regardless of ASCII case; any local table, also the system's. A linked or unknown table is an error.
+  Table OpenTable(std::string_view name) const;
+
+  bool ReadOnly() const;
+
+  // Every completed statement is on the disk when this returns.
+  void Flush();
+
+  // Structural faults of the whole file, one line each, none when it is sound: maps, counts, pages owned twice or by
+  // nobody known, rows that do not parse. Reads every page.
+  std::vector<std::string> Check() const;
+
+ private:
+  friend class Statement;
+  explicit Database(std::shared_ptr<File> file);
+
+  std::shared_ptr<File> file_;
+};
+
+// Makes several inserts and deletes one statement: all or nothing for whoever reads the file afterwards. Without one,
+// each insert and delete is a statement of its own. At most one is open on a file. The destructor undoes what was not
+// committed. After an error inside of it (other than a refused value) the only thing to do is to let it go.
+class Statement {
+ public:
+  explicit Statement(const Database& database);
+  ~Statement();
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+  void Commit();
+
+ private:
+  std::shared_ptr<File> file_;
+  bool open_ = true;
+};
+
+}  // namespace marlevo::access

@@ -1,0 +1,70 @@
+// Tables, columns and values as callers see them, for both formats: Jet 3 (Access 97) and Jet 4 (Access 2000-2003).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace marlevo::access {
+
+// The numbers are those of the file.
+enum class ColumnType : std::uint8_t {
+  kBoolean = 0x01,   // never null
+  kByte = 0x02,      // 0..255
+  kInteger = 0x03,   // 16 bits
+  kLong = 0x04,      // 32 bits
+  kCurrency = 0x05,  // 64 bits, in ten-thousandths
+  kSingle = 0x06,
+  kDouble = 0x07,
+  kDateTime = 0x08,  // days since 1899-12-30, the fraction is the time of day (also of negative days)
+  kBinary = 0x09,    // at most 255 bytes (510 in Jet 4)
+  kText = 0x0A,      // at most 255 characters
+  kOle = 0x0B,       // bytes of any length
+  kMemo = 0x0C,      // text of any length
+  kGuid = 0x0F,
+  kNumeric = 0x10,  // 28 digits and a scale; Jet 4
+  // The engine's internal types (0x0D, 0x0E, 0x11) are read as bytes and never written.
+};
+
+// One cell, borrowed: texts (UTF-8) and bytes belong to somebody else and are only looked at during the call.
+// The kinds that a column gives and takes:
+//   Boolean                  bool (takes also the integers 0, 1 and -1)
+//   Byte, Integer, Long      std::int64_t (takes also a double without fraction)
+//   Currency, Single, Double, DateTime, Numeric   double (takes also std::int64_t)
+//   Text, Memo               text
+//   Guid                     text "{00112233-4455-6677-8899-AABBCCDDEEFF}"
+//   Binary, Ole, internal    bytes
+// std::monostate is null.
+using Bytes = std::span<const std::byte>;
+using Value = std::variant<std::monostate, bool, std::int64_t, double, std::string_view, Bytes>;
+
+struct Column {
+  std::string name;
+  ColumnType type;
+  // Text: the most characters (UTF-16 units in Jet 4, bytes of the code page in Jet 3). Others: bytes; 0 for Memo and
+  // Ole.
+  std::size_t length;
+  bool autonumber;  // null inserts the next number
+};
+
+// What Database::Create makes of a table. `length` is needed for Text (1..255 characters) and Binary (1..255 bytes)
+// only.
+struct ColumnSchema {
+  std::string name;
+  ColumnType type;
+  std::size_t length = 0;
+};
+
+struct TableSchema {
+  std::string name;
+  std::vector<ColumnSchema> columns;
+};
+
+// Names a row as long as it is stored: page number * 256 + slot.
+enum class RowId : std::uint32_t {};
+
+}  // namespace marlevo::access

@@ -1,0 +1,88 @@
+// One table of an Access file: its columns, its rows, reading and changing them. Columns are counted from 0 in the
+// order in which Access shows them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/access/schema.h"
+
+namespace marlevo::access {
+
+class File;
+class TableState;
+class ScanState;
+
+// A row qualifies when the numeric column holds exactly `value`. Null never does.
+struct Equals {
+  std::size_t column;
+  std::int64_t value;
+};
+
+// Walks rows in page order. Cells are decoded when asked for, and only then; texts and bytes that an accessor gives
+// stay valid until the next call of Next or of the same accessor for the same column. While a cursor is open rows may
+// be deleted and inserted: deleted ones do not come up any more, inserted ones may or may not; after a change the
+// current row's cells must not be read before the next Next.
+class Cursor {
+ public:
+  ~Cursor();
+  Cursor(Cursor&&) noexcept;
+  Cursor& operator=(Cursor&&) noexcept;
+
+  bool Next();  // false at the end
+  RowId Row() const;
+
+  bool IsNull(std::size_t column) const;
+  std::int64_t Integer(std::size_t column) const;  // Boolean, Byte, Integer, Long; 0 when null
+  double Real(std::size_t column) const;           // any numeric column; 0 when null
+  // Text, Memo, Guid; Currency and Numeric as exact decimal text ("12.5"); empty when null. UTF-8.
+  std::string_view Text(std::size_t column);
+  Bytes Raw(std::size_t column);   // Binary, Ole, internal types; empty when null
+  Value Cell(std::size_t column);  // the natural kind, see schema.h
+
+ private:
+  friend class Table;
+  explicit Cursor(std::unique_ptr<ScanState> state);
+
+  std::unique_ptr<ScanState> state_;
+};
+
+class Table {
+ public:
+  ~Table();
+  Table(Table&&) noexcept;
+  Table& operator=(Table&&) noexcept;
+
+  const std::string& Name() const;
+  const std::vector<Column>& Columns() const;
+
+  // As the file counts them; a file written by others may be off by a few.
+  std::size_t RowCount() const;
+
+  // Why the table cannot be written ("table T has an index"), empty when it can. Insert and Delete fail with the same
+  // text.
+  const std::string& WriteRefusal() const;
+
+  // One value a column. A value that does not fit (range, length, fraction, a character that the code page lacks, kind)
+  // is refused with an AccessError that names the column; nothing is changed then, and a caller's Statement may go on.
+  RowId Insert(std::span<const Value> values);
+
+  // False when there is no such row.
+  bool Delete(RowId row);
+
+  // Rows that meet all conditions. Conditions on fixed columns are compared on the stored bytes.
+  Cursor Scan(std::span<const Equals> conditions = {}) const;
+
+ private:
+  friend class Database;
+  explicit Table(std::shared_ptr<TableState> state);
+
+  std::shared_ptr<TableState> state_;
+};
+
+}  // namespace marlevo::access
