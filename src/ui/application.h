@@ -1,0 +1,43 @@
+// The program's QApplication and its one guard: an exception that leaves any handler of any window, in whatever nested
+// event loop, ends here and is shown as the error report. Windows catch nothing.
+#pragma once
+
+#include <QApplication>
+#include <QString>
+#include <deque>
+#include <exception>
+#include <functional>
+
+namespace marlevo {
+
+class Application : public QApplication {
+  Q_OBJECT
+
+ public:
+  // Sets fonts, colours and style.
+  Application(int& argc, char** argv);
+
+  bool notify(QObject* receiver, QEvent* event) override;
+
+  // Runs `start` under the guard, then the event loop. The exit status is 1 when the operator ended the program from an
+  // error report, otherwise that of the event loop.
+  int Run(const std::function<void()>& start);
+
+ private:
+  struct Report {
+    QString attempted;  // what was being done
+    QString subject;    // on which file or printer
+    QString reason;     // the engine's own words
+  };
+
+  // The report of an exception. Reports never stand on top of one another: one that comes while another is shown waits.
+  void ReportError(const std::exception& error);
+  // True when the operator wants to end the program.
+  static bool Show(const Report& report);
+
+  std::deque<Report> waiting_;
+  bool reporting_ = false;
+  bool ended_ = false;
+};
+
+}  // namespace marlevo

@@ -1,0 +1,40 @@
+// How windows make their widgets: every widget carries its name as objectName, an element of a widget array as
+// "name(i)".
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QString>
+
+namespace marlevo {
+
+// "chkPlay(0)"
+QString ElementName(const QString& array, int index);
+
+template <typename Widget>
+Widget* Named(Widget* widget, const QString& name) {
+  widget->setObjectName(name);
+  return widget;
+}
+
+// A button that Enter never presses by itself, not even in a dialog. An emphasized button is the main action of its bar.
+enum class Emphasis { kNormal, kMain };
+QPushButton* NewButton(QWidget* parent, const QString& name, const QString& caption,
+                       Emphasis emphasis = Emphasis::kNormal);
+
+QLabel* NewLabel(QWidget* parent, const QString& name, const QString& text);
+
+// A closed drop-down list. The wheel changes it only while it has the focus, so that scrolling a window never changes
+// an amount in passing.
+class DropDownList : public QComboBox {
+  Q_OBJECT
+
+ public:
+  DropDownList(QWidget* parent, const QString& name);
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override;
+};
+
+}  // namespace marlevo
