@@ -1,0 +1,17 @@
+#!/bin/sh
+# The program keeps its database and slip settings beside its executable: every user has a copy of his own, renewed when
+# the package was, and data of his own, which is never replaced.
+set -eu
+folder=${XDG_DATA_HOME:-$HOME/.local/share}/marlevo
+mkdir -p "$folder"
+program=$(ls /usr/lib/*/marlevo/marlevo | head -n 1)
+if ! cmp -s "$program" "$folder/marlevo"; then
+  cp "$program" "$folder/marlevo.new"
+  mv -f "$folder/marlevo.new" "$folder/marlevo"
+fi
+if [ ! -e "$folder/4star.mdb" ]; then
+  cp /usr/share/marlevo/4star.mdb "$folder/4star.mdb.new"
+  chmod u+w "$folder/4star.mdb.new"
+  mv "$folder/4star.mdb.new" "$folder/4star.mdb"
+fi
+exec "$folder/marlevo" "$@"
