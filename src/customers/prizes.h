@@ -1,0 +1,28 @@
+// What a stored ticket is taken for once it is stored. The play mode of a ticket is written as the bet kind that it was
+// sold as, but shown and checked as one of the prize classes of the four-digit game below; the two readings differ on
+// purpose and are not to be brought together.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace marlevo {
+
+inline constexpr int kPlayModes = 5;
+
+struct PrizeClass {
+  std::string_view name;
+  int digits;          // NO1 to NO<digits> are shown and compared
+  int first_position;  // drawn digit, from 0, that NO1 is compared with; the others follow
+  double multiplier;   // prize for each yuan of the stake
+};
+
+// By play mode.
+inline constexpr std::array<PrizeClass, kPlayModes> kPrizeClasses = {
+    {{"正彩", 4, 0, 5000}, {"前三彩", 3, 0, 500}, {"後三彩", 3, 1, 500}, {"前對彩", 2, 0, 40}, {"後對彩", 2, 2, 40}}};
+
+// The line of one winning ticket, e.g. "A01 正彩中獎 125000 元 !!". `stake` is the stored amount; empty is 0.
+std::string PrizeLine(std::string_view customer_no, const PrizeClass& prize, std::string_view stake);
+
+}  // namespace marlevo

@@ -1,0 +1,74 @@
+#include "customers/purchase_record.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/text/text.h"
+
+namespace marlevo {
+
+namespace {
+
+// Where the character with index `count` of a UTF-8 text begins.
+std::size_t BytesOf(std::string_view text, int count) {
+  std::size_t bytes = 0;
+  while (bytes < text.size()) {
+    const bool begins_a_character = (static_cast<unsigned char>(text[bytes]) & 0xC0) != 0x80;
+    if (begins_a_character && count-- == 0) {
+      break;
+    }
+    ++bytes;
+  }
+  return bytes;
+}
+
+}  // namespace
+
+std::vector<StoredTicket> TicketsToStore(const CurrentList& list) {
+  std::vector<StoredTicket> stored;
+  for (int kind = 0; kind < kBetKinds; ++kind) {
+    const KindList& of_kind = list.kinds[static_cast<std::size_t>(kind)];
+    if (!of_kind.ticked) {
+      continue;
+    }
+    int seq = 0;
+    for (const Ticket& ticket : of_kind.tickets) {
+      StoredTicket& row = stored.emplace_back(StoredTicket{kind, of_kind.amount, ++seq, {}});
+      for (std::size_t column = 0; column < static_cast<std::size_t>(DigitColumns(kind)); ++column) {
+        row.digits[column] = DigitValue(ticket.cells[column]);
+      }
+    }
+  }
+  return stored;
+}
+
+std::string RecordLine(std::string_view stamp, std::string_view ticket_count) {
+  std::string shown(stamp);
+  if (stamp.find_first_not_of("0123456789") == std::string_view::npos) {
+    // The pattern is filled from its right end: a short stamp gets zeros on the left, a long one keeps its extra
+    // digits.
+    stamp.remove_prefix(std::min(stamp.find_first_not_of('0'), stamp.size()));
+    shown.assign(stamp.size() < 14 ? 14 - stamp.size() : 0, '0');
+    shown.append(stamp);
+    // From the right, so that the places further left stay as they are.
+    const std::size_t month = shown.size() - 10;
+    for (const auto& [place, mark] : {std::pair{8, ':'}, {6, ':'}, {4, '-'}, {2, '/'}, {0, '/'}}) {
+      shown.insert(month + static_cast<std::size_t>(place), 1, mark);
+    }
+  }
+  return shown + " " + WidthMask(ticket_count, 5) + "張";
+}
+
+std::string StampOfLine(std::string_view line) {
+  std::string stamp(line.substr(0, BytesOf(line, 20)));
+  stamp.erase(0, stamp.find_first_not_of(' '));
+  stamp.erase(stamp.find_last_not_of(' ') + 1);
+  std::erase_if(stamp, [](char c) { return c == '/' || c == ':' || c == '-'; });
+  return stamp;
+}
+
+std::string StakeText(std::string_view amount) {
+  return WidthMask(amount, 3).append("\r\n元");
+}
+
+}  // namespace marlevo

@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <utility>
+
+#include "customers/customer_statements.h"
+#include "customers/prizes.h"
+#include "platform/errors/operation_error.h"
+
+namespace marlevo {
+namespace {
+
+TEST(RecordLine, IsReadBackAsItsStamp) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"20021005143012", "2002/10/05-14:30:12    12張"},
+      {"021005143012", "0002/10/05-14:30:12    12張"},      // filled from the right
+      {"0020021005143012", "2002/10/05-14:30:12    12張"},  // as a number it has no leading zeros
+      {"120021005143012", "12002/10/05-14:30:12    12張"},
+      {"", "0000/00/00-00:00:00    12張"},
+      {"afternoon", "afternoon    12張"}};
+  for (const auto& [stamp, line] : cases) {
+    EXPECT_EQ(RecordLine(stamp, "12"), line) << stamp;
+  }
+  EXPECT_EQ(RecordLine("20021005143012", "123456"), "2002/10/05-14:30:12 123456張");
+
+  const std::pair<const char*, const char*> ways_back[] = {
+      {"2002/10/05-14:30:12    12張", "20021005143012"},
+      {"12002/10/05-14:30:12    12張", "120021005143012"},
+      {"  早上的記錄  ", "早上的記錄"},
+      {"一二三四五六七八九十一二三四五六七八九十張", "一二三四五六七八九十一二三四五六七八九十"},
+      {"", ""},
+      {"   ", ""}};
+  for (const auto& [line, stamp] : ways_back) {
+    EXPECT_EQ(StampOfLine(line), stamp) << line;
+  }
+}
+
+TEST(TicketsToStore, AreThoseOfTheTickedKindsInTheirOrder) {
+  CurrentList list;
+  list.kinds[kThreeBox] = {true, {{{'7', '0', '9'}}, {{'1', 0, '3'}}}, "1250", 10};
+  list.kinds[kFourStraight] = {true, {{{'1', '2', '3', '4'}}}, "25", 0};
+  list.kinds[kFourBox] = {false, {{{'5', '6', '7', '8'}}}, "50", 1};
+  list.kinds[kThreePair] = {true, {}, "75", 2};
+  // A three-digit list has no fourth column, whatever its cell holds; an empty cell is 0.
+  list.kinds[kThreeBox].tickets[0].cells[3] = '6';
+  const std::vector<StoredTicket> expected = {
+      {0, "25", 1, {1, 2, 3, 4}}, {3, "1250", 1, {7, 0, 9, 0}}, {3, "1250", 2, {1, 0, 3, 0}}};
+  EXPECT_EQ(TicketsToStore(list), expected);
+}
+
+TEST(CustomerStatements, StandAsTheDatabaseKnowsThem) {
+  const std::array<std::string, 4> drawn = {"1", "2", "3", "4"};
+  const std::pair<std::string, const char*> cases[] = {
+      {InsertCustomer({"A01", "王小明", "02-2345", "", "熟客; \"週三\""}),
+       "INSERT INTO [CUSTOM_H] (CUSTOM_NO,CUSTOM_NAME,TEL1,TEL2,MEMO1) VALUES "
+       "('A01','王小明','02-2345','','熟客; \"週三\"')"},
+      {InsertTicket("A01", "20021005143012", {3, "25", 7, {1, 0, 9, 0}}),
+       "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) VALUES "
+       "('A01','20021005143012',3,25,7,1,0,9,0)"},
+      {SelectWinners(0, drawn, {}),
+       "SELECT * FROM CUSTOM_D WHERE PLAY_MODE=0 AND NO1=1 AND NO2=2 AND NO3=3 AND NO4=4 ORDER BY CUSTOM_NO"},
+      {SelectWinners(1, drawn, {"A01", {}}),
+       "SELECT * FROM CUSTOM_D WHERE PLAY_MODE=1 AND NO1=1 AND NO2=2 AND NO3=3 AND CUSTOM_NO='A01'  ORDER BY "
+       "CUSTOM_NO"},
+      {SelectWinners(2, drawn, {}),
+       "SELECT * FROM CUSTOM_D WHERE PLAY_MODE=2 AND NO1=2 AND NO2=3 AND NO3=4 ORDER BY CUSTOM_NO"},
+      {SelectWinners(3, drawn, {}), "SELECT * FROM CUSTOM_D WHERE PLAY_MODE=3 AND NO1=1 AND NO2=2 ORDER BY CUSTOM_NO"},
+      {SelectWinners(4, drawn, {"A01", "20021005143012"}),
+       "SELECT * FROM CUSTOM_D WHERE PLAY_MODE=4 AND NO1=3 AND NO2=4 AND CUSTOM_NO='A01' AND SAL_DATE='20021005143012'"
+       "  ORDER BY CUSTOM_NO"}};
+  for (const auto& [built, expected] : cases) {
+    EXPECT_EQ(built, expected);
+  }
+}
+
+TEST(CustomerStatements, RefuseWhatWouldBreakThem) {
+  const std::string quote = "x' OR 'a'='a";
+  const std::function<std::string()> builders[] = {[&] { return SelectCustomer(quote); },
+                                                   [&] {
+                                                     return InsertCustomer({"A01", "", "", "", quote});
+                                                   },
+                                                   [&] { return DeleteCustomer(quote); },
+                                                   [&] { return DeletePurchases(quote); },
+                                                   [&] { return SelectRecords(quote); },
+                                                   [&] { return SelectRecord("A01", quote); },
+                                                   [&] { return DeleteRecord(quote, "20021005143012"); },
+                                                   [&] {
+                                                     return InsertTicket(quote, "20021005143012", {0, "25", 1, {}});
+                                                   },
+                                                   [&] {
+                                                     return InsertTicket("A01", "20021005143012", {0, "", 1, {}});
+                                                   },
+                                                   [&] {
+                                                     return SelectWinners(0, {"1", "", "3", "4"}, {});
+                                                   },
+                                                   [&] {
+                                                     return SelectWinners(0, {"1", "2", "3", "4 OR 1=1"}, {});
+                                                   },
+                                                   [&] {
+                                                     return SelectWinners(0, {"1", "2", "3", "4"}, {quote, {}});
+                                                   }};
+  for (const auto& build : builders) {
+    EXPECT_THROW(build(), DatabaseError) << &build - builders;
+  }
+}
+
+TEST(PrizeLine, MultipliesTheStakeByItsClass) {
+  const std::pair<std::string, const char*> cases[] = {
+      {PrizeLine("A01", kPrizeClasses[0], "25"), "A01 正彩中獎 125000 元 !!"},
+      {PrizeLine("王", kPrizeClasses[1], "0.5"), "王 前三彩中獎 250 元 !!"},
+      {PrizeLine("", kPrizeClasses[2], ""), " 後三彩中獎 0 元 !!"},
+      {PrizeLine("A01", kPrizeClasses[3], "1250"), "A01 前對彩中獎 50000 元 !!"},
+      {PrizeLine("A01", kPrizeClasses[4], "0.001"), "A01 後對彩中獎 0.04 元 !!"}};
+  for (const auto& [line, expected] : cases) {
+    EXPECT_EQ(line, expected);
+  }
+}
+
+}  // namespace
+}  // namespace marlevo
