@@ -16,14 +16,14 @@ QFont AlignedFont();
 
 // Colours that widgets painted by hand share with the rest.
 namespace colours {
-inline constexpr QRgb kAccent = 0xff1f5f8b;       // main actions, ticked digits
-inline constexpr QRgb kAccentDark = 0xff174a6d;   // the same, pressed or outlined
-inline constexpr QRgb kAccentPale = 0xffe3eef6;   // hovered
-inline constexpr QRgb kLine = 0xffb9c4ce;         // outlines
+inline constexpr QRgb kAccent = 0xff1f5f8b;      // main actions, ticked digits
+inline constexpr QRgb kAccentDark = 0xff174a6d;  // the same, pressed or outlined
+inline constexpr QRgb kAccentPale = 0xffe3eef6;  // hovered
+inline constexpr QRgb kLine = 0xffb9c4ce;        // outlines
 inline constexpr QRgb kText = 0xff1b2733;
 inline constexpr QRgb kFaintText = 0xff5a6875;
-inline constexpr QRgb kGround = 0xffeef2f5;       // behind panels
-inline constexpr QRgb kPanel = 0xffffffff;        // panels, lists, boxes
+inline constexpr QRgb kGround = 0xffeef2f5;  // behind panels
+inline constexpr QRgb kPanel = 0xffffffff;   // panels, lists, boxes
 }  // namespace colours
 
 void SetUpAppearance(QApplication& application);

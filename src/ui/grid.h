@@ -10,7 +10,8 @@ namespace marlevo {
 
 enum class GridSelection { kNone, kRow };
 
-// Call once, before the model is set. No row is ever measured, so a grid of 10,000 rows costs what its visible rows cost.
+// Call once, before the model is set. No row is ever measured, so a grid of 10,000 rows costs what its visible rows
+// cost.
 void SetUpGrid(QTableView& grid, GridSelection selection);
 
 // Column j becomes widths[j] times as wide as the text "W" in the grid's font. Call after the model is set.

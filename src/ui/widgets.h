@@ -18,7 +18,8 @@ Widget* Named(Widget* widget, const QString& name) {
   return widget;
 }
 
-// A button that Enter never presses by itself, not even in a dialog. An emphasized button is the main action of its bar.
+// A button that Enter never presses by itself, not even in a dialog. An emphasized button is the main action of its
+// bar.
 enum class Emphasis { kNormal, kMain };
 QPushButton* NewButton(QWidget* parent, const QString& name, const QString& caption,
                        Emphasis emphasis = Emphasis::kNormal);

@@ -1,0 +1,39 @@
+#include "ui/appearance.h"
+
+#include <QApplication>
+#include <QToolTip>
+
+#include "ui/style.h"
+
+namespace marlevo {
+
+namespace {
+constexpr double kWindowPoints = 12;
+constexpr double kAlignedPoints = 11.25;  // 15 pixels on an ordinary screen: a line of the totals fits its box
+}  // namespace
+
+QFont WindowFont() {
+  QFont font;
+  font.setFamilies({"Microsoft JhengHei UI", "Microsoft JhengHei", "Noto Sans CJK TC", "Noto Sans TC", "PingFang TC",
+                    "WenQuanYi Micro Hei"});
+  font.setPointSizeF(kWindowPoints);
+  return font;
+}
+
+QFont AlignedFont() {
+  QFont font;
+  font.setFamilies({"MingLiU", "Noto Sans Mono CJK TC", "WenQuanYi Micro Hei Mono"});
+  font.setStyleHint(QFont::Monospace);
+  font.setPointSizeF(kAlignedPoints);
+  return font;
+}
+
+void SetUpAppearance(QApplication& application) {
+  QApplication::setStyle(new WindowStyle);
+  QApplication::setPalette(WindowPalette());
+  QApplication::setFont(WindowFont());
+  application.setApplicationDisplayName({});
+  QToolTip::setFont(WindowFont());
+}
+
+}  // namespace marlevo

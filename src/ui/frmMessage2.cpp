@@ -1,0 +1,41 @@
+#include "ui/frmMessage2.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QVBoxLayout>
+
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+namespace {
+constexpr int kPaintDeadline = 100;  // milliseconds
+}
+
+frmMessage2::frmMessage2(QWidget* parent, const QString& text)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
+  setObjectName("frmMessage2");
+  setWindowTitle("提示訊息");
+  auto* const column = new QVBoxLayout(this);
+  column->setContentsMargins(36, 28, 36, 28);
+  QLabel* const label = NewLabel(this, "lblMsg", text);
+  label->setTextFormat(Qt::PlainText);
+  column->addWidget(label);
+}
+
+void frmMessage2::ShowPainted() {
+  show();
+  // A window that has just been mapped may only be painted when the system says that it is there.
+  QElapsedTimer clock;
+  clock.start();
+  do {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  } while (!painted_ && clock.elapsed() < kPaintDeadline);
+}
+
+void frmMessage2::paintEvent(QPaintEvent* event) {
+  QDialog::paintEvent(event);
+  painted_ = true;
+}
+
+}  // namespace marlevo

@@ -1,0 +1,25 @@
+#include "ui/question.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace marlevo {
+
+bool Question(QWidget* parent, const QString& text, const QString& title) {
+  QMessageBox box(QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No, parent);
+  box.setTextFormat(Qt::PlainText);
+  box.button(QMessageBox::Yes)->setText("是");
+  box.button(QMessageBox::No)->setText("否");
+  box.setDefaultButton(QMessageBox::No);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
+void Notice(QWidget* parent, const QString& text, const QString& title) {
+  QMessageBox box(QMessageBox::Information, title, text, QMessageBox::Ok, parent);
+  box.setTextFormat(Qt::PlainText);
+  box.button(QMessageBox::Ok)->setText("確定");
+  box.exec();
+}
+
+}  // namespace marlevo

@@ -1,0 +1,71 @@
+#include "ui/ticket_model.h"
+
+#include <QColor>
+#include <array>
+
+namespace marlevo {
+
+namespace {
+constexpr std::array<const char*, 5> kHeadings = {"", "第一柱", "第二柱", "第三柱", "第四柱"};
+}
+
+TicketModel::TicketModel(const TicketList& tickets, int digit_columns, QObject* parent)
+    : QAbstractTableModel(parent),
+      tickets_(tickets),
+      ticket_count_(static_cast<int>(tickets.size())),
+      digit_columns_(digit_columns) {}
+
+void TicketModel::Refresh() {
+  beginResetModel();
+  ticket_count_ = static_cast<int>(tickets_.size());
+  endResetModel();
+}
+
+void TicketModel::RefreshPaint() {
+  Q_EMIT dataChanged(index(0, 1), index(ticket_count_, digit_columns_), {Qt::BackgroundRole, Qt::ForegroundRole});
+}
+
+int TicketModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : ticket_count_ + 1;
+}
+
+int TicketModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : digit_columns_ + 1;
+}
+
+QVariant TicketModel::data(const QModelIndex& index, int role) const {
+  if (role == Qt::TextAlignmentRole) {
+    return QVariant::fromValue(Qt::AlignCenter);
+  }
+  const auto row = static_cast<std::size_t>(index.row());
+  // The list may already be longer or shorter than the views know.
+  if (row >= tickets_.size() || index.row() >= ticket_count_) {
+    return {};
+  }
+  if (index.column() == 0) {
+    return role == Qt::DisplayRole ? QVariant(QString::number(row + 1)) : QVariant();
+  }
+  const Ticket& ticket = tickets_[row];
+  switch (role) {
+    case Qt::DisplayRole: {
+      const char cell = ticket.cells[static_cast<std::size_t>(index.column() - 1)];
+      return cell == 0 ? QVariant() : QVariant(QString(QLatin1Char(cell)));
+    }
+    case Qt::BackgroundRole:
+      return ticket.paint == Paint::kNone ? QVariant()
+                                          : QColor(ticket.paint == Paint::kYellow ? 0xffffff00 : 0xffffffff);
+    case Qt::ForegroundRole:
+      return ticket.paint == Paint::kNone ? QVariant() : QColor(Qt::black);
+    default:
+      return {};
+  }
+}
+
+QVariant TicketModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section > digit_columns_) {
+    return {};
+  }
+  return QString::fromUtf8(kHeadings[static_cast<std::size_t>(section)]);
+}
+
+}  // namespace marlevo

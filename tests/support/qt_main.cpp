@@ -1,0 +1,38 @@
+// main of every test program with windows: the program's own Application, no screen, and no Qt warning goes unseen.
+#include <gtest/gtest.h>
+
+#include <QFontInfo>
+#include <QTest>
+#include <cstdio>
+
+#include "ui/appearance.h"
+#include "ui/application.h"
+
+namespace {
+
+// Turns each Qt warning into a failure of the test that runs.
+void FailOnWarnings(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  if (type == QtWarningMsg || type == QtCriticalMsg || type == QtFatalMsg) {
+    ADD_FAILURE() << "Qt: " << text.toStdString();
+  } else {
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  marlevo::Application application(argc, argv);
+  for (const QFont& font : {marlevo::WindowFont(), marlevo::AlignedFont()}) {
+    if (!QFontInfo(font).family().contains("CJK") && !font.families().contains(QFontInfo(font).family())) {
+      std::fprintf(stderr, "no Traditional Chinese font is installed (package fonts-noto-cjk)\n");
+      return 1;
+    }
+  }
+  qInstallMessageHandler(FailOnWarnings);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,150 @@
+#include "support/qt_modal.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QPointer>
+#include <QTimer>
+#include <memory>
+
+namespace marlevo {
+
+namespace {
+
+constexpr int kPollInterval = 2;   // milliseconds
+constexpr int kDeadline = 10'000;  // milliseconds without a new window
+
+std::string Described(const QWidget& window) {
+  const auto* const label = window.findChild<QLabel*>("lblMsg");
+  const auto* const box = qobject_cast<const QMessageBox*>(&window);
+  const QString text = box != nullptr     ? box->text() + ' ' + box->informativeText()
+                       : label != nullptr ? label->text()
+                                          : "";
+  return (window.windowTitle() + " [" + window.objectName() + "] " + text).toStdString();
+}
+
+class Walk : public std::enable_shared_from_this<Walk> {
+ public:
+  explicit Walk(const std::vector<ModalStep>& steps) : steps_(steps) { since_.start(); }
+
+  // Steps run inside the event loops of the windows themselves, so the next look is always arranged before a step runs.
+  void LookAgain() {
+    QTimer::singleShot(kPollInterval, [self = shared_from_this()] {
+      if (!self->done) {
+        self->LookAgain();
+        self->Look();
+      }
+    });
+  }
+
+  bool done = false;
+  std::size_t next = 0;
+
+ private:
+  void Look() {
+    QWidget* const window = QApplication::activeModalWidget();
+    if (window == nullptr || handled_.contains(window)) {
+      if (window != nullptr && running_steps_ == 0) {
+        Fail("left open: " + Described(*window), window);
+      } else if (since_.elapsed() > kDeadline) {
+        Fail("did not come for step " + std::to_string(next), window);
+      }
+      return;
+    }
+    if (next == steps_.size()) {
+      Fail("unexpected: " + Described(*window), window);
+      return;
+    }
+    const QPointer<QWidget> guarded(window);
+    handled_.append(guarded);
+    since_.restart();
+    ++running_steps_;
+    steps_[next++](*window);
+    --running_steps_;
+    since_.restart();
+    if (guarded.isNull() || !guarded->isVisible()) {
+      handled_.removeAll(guarded);
+    }
+  }
+
+  void Fail(const std::string& what, QWidget* window) {
+    ADD_FAILURE() << "modal window " << what;
+    since_.restart();
+    if (window == nullptr) {
+      done = true;
+    } else if (!window->close()) {
+      window->hide();
+    }
+  }
+
+  const std::vector<ModalStep>& steps_;
+  QList<QPointer<QWidget>> handled_;
+  int running_steps_ = 0;
+  QElapsedTimer since_;
+};
+
+void Press(QMessageBox& box, QAbstractButton* button, const std::string& name) {
+  if (button == nullptr) {
+    ADD_FAILURE() << "no button " << name << " in " << Described(box);
+    box.close();
+  } else {
+    button->click();
+  }
+}
+
+}  // namespace
+
+void WithModals(const std::function<void()>& action, const std::vector<ModalStep>& steps) {
+  const auto walk = std::make_shared<Walk>(steps);
+  walk->LookAgain();
+  action();
+  walk->done = true;
+  EXPECT_EQ(walk->next, steps.size()) << "windows that came";
+}
+
+ModalStep ExpectMessage(const QString& text) {
+  return [text](QWidget& window) {
+    const auto* const box = qobject_cast<const QMessageBox*>(&window);
+    const auto* const label = window.findChild<QLabel*>("lblMsg");
+    const QString shown = box != nullptr ? box->text() : label != nullptr ? label->text() : window.windowTitle();
+    EXPECT_EQ(shown.toStdString(), text.toStdString());
+    window.close();
+  };
+}
+
+ModalStep ExpectQuestion(const QString& text, QMessageBox::StandardButton answer) {
+  return [text, answer](QWidget& window) {
+    auto* const box = qobject_cast<QMessageBox*>(&window);
+    if (box == nullptr) {
+      ADD_FAILURE() << "not a question: " << Described(window);
+      window.close();
+      return;
+    }
+    EXPECT_EQ(box->text().toStdString(), text.toStdString());
+    Press(*box, box->button(answer), std::to_string(answer));
+  };
+}
+
+ModalStep ExpectErrorReport(const QString& words, const QString& button) {
+  return [words, button](QWidget& window) {
+    auto* const box = qobject_cast<QMessageBox*>(&window);
+    if (box == nullptr || box->objectName() != "frmError") {
+      ADD_FAILURE() << "not an error report: " << Described(window);
+      window.close();
+      return;
+    }
+    EXPECT_TRUE((box->text() + ' ' + box->informativeText()).contains(words)) << Described(*box);
+    QAbstractButton* found = nullptr;
+    for (QAbstractButton* const candidate : box->buttons()) {
+      if (candidate->text() == button) {
+        found = candidate;
+      }
+    }
+    Press(*box, found, button.toStdString());
+  };
+}
+
+}  // namespace marlevo
