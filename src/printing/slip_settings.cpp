@@ -1,0 +1,67 @@
+#include "printing/slip_settings.h"
+
+#include <algorithm>
+
+#include "platform/text/text.h"
+
+namespace marlevo {
+
+namespace {
+
+constexpr std::string_view kHeading = "[PRINTER SET]";
+
+// The next line of `text`, which loses it; a line ends with CR LF, LF or CR.
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(text.substr(end).starts_with("\r\n") ? end + 2 : std::min(end + 1, text.size()));
+  return line;
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+}  // namespace
+
+SlipPrinterSettings& SlipSettings() {
+  static SlipPrinterSettings settings;
+  return settings;
+}
+
+SlipPrinterSettings ParseSlipSettings(std::string_view text) {
+  SlipPrinterSettings settings;
+  bool in_section = false;
+  while (!text.empty()) {
+    const std::string_view line = TakeLine(text);
+    in_section = in_section || line.find(kHeading) != std::string_view::npos;
+    const std::size_t equals = line.find('=');
+    if (!in_section || equals == std::string_view::npos || line.find('=', equals + 1) != std::string_view::npos) {
+      continue;
+    }
+    const std::string_view key = WithoutBlanks(line.substr(0, equals));
+    const auto field = std::ranges::find(kSlipFieldTable, key, &SlipField::key);
+    if (field != kSlipFieldTable.end()) {
+      settings.*field->value = LenientNumber(line.substr(equals + 1));
+    }
+  }
+  return settings;
+}
+
+std::string SlipSettingsText(const std::array<std::string, kSlipFields>& values) {
+  std::string text = std::string(kHeading) + "\r\n";
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const SlipField& field = kSlipFieldTable[i];
+    text.append(field.key).append(field.equals).append(values[i]).append("\r\n");
+  }
+  return text;
+}
+
+void StoreSlipField(SlipPrinterSettings& settings, int field, std::string_view text) {
+  if (field >= 0 && field < kSlipFields) {
+    settings.*kSlipFieldTable[static_cast<std::size_t>(field)].value = LenientNumber(text);
+  }
+}
+
+}  // namespace marlevo
