@@ -1,13 +1,14 @@
 // The database service: SQL on an Access file.
 //
 // A Connection is one opened file. Every user table of the file is there under its own name, with or without square
-// brackets. What runs are SELECT, INSERT and DELETE, one statement a call, written as the SQLite library takes them, with
-// texts in single quotes. "=" and ORDER BY on text columns take upper and lower case as equal; everything else goes by
-// character value. A statement is all or nothing. Several connections of one process on the same file see each other's
-// completed statements.
+// brackets. What runs are SELECT, INSERT and DELETE, one statement a call, written as the SQLite library takes them,
+// with texts in single quotes. "=" and ORDER BY on text columns take upper and lower case as equal; everything else
+// goes by character value. A statement is all or nothing. Several connections of one process on the same file see each
+// other's completed statements.
 //
-// A value that does not fit its column (a number out of range or with a fraction in an integer column, a text that is too
-// long or not a number in a number column, a character that the file's code page lacks) is refused, never cut or rounded.
+// A value that does not fit its column (a number out of range or with a fraction in an integer column, a text that is
+// too long or not a number in a number column, a character that the file's code page lacks) is refused, never cut or
+// rounded.
 //
 // Every failure is a DatabaseError: subject is the file, what() the engine's own words.
 #pragma once
@@ -45,6 +46,8 @@ class Connection {
 
  private:
   class Session;
+
+  Session& Opened(const char* attempted);
 
   std::unique_ptr<Session> session_;
 };

@@ -11,15 +11,18 @@ namespace marlevo {
 // The separator is the system's own and is not doubled when the folder ends in one (a drive root).
 std::string ConnectionString(const std::filesystem::path& folder);
 
+// The same for any file.
+std::string FileConnectionString(const std::filesystem::path& file);
+
 // What a connection needs of its string.
 struct DataSource {
-  std::filesystem::path file;
+  std::string file;
   std::string password;
 };
 
-// Reads a connection string. Keys in any order and letter case; a piece between two ";" without "=" still belongs to the
-// value before it, so that a folder's name may contain ";". DatabaseError when the provider is not ours, when the data
-// source is missing, and for a key that means nothing to us.
+// Reads a connection string. Keys in any order and letter case; a piece between two ";" without "=" still belongs to
+// the value before it, so that a folder's name may contain ";". DatabaseError when the provider is not ours, when there
+// is no data source, and for a key that means nothing to us.
 DataSource ParseConnectionString(const std::string& connection_string);
 
 }  // namespace marlevo

@@ -25,10 +25,10 @@ class Recordset {
   // Nothing happens at the end.
   void MoveNext();
 
-  // A field of the current row, by its name (in any letter case). DatabaseError for a name that the result does not have,
-  // and at the end.
-  // A missing value is "" as text and 0 as number. A number as text is its shortest decimal form without exponent; a text
-  // as number is the number it begins with, else 0. Yes/No columns give -1 and 0, dates days since 1899-12-30.
+  // A field of the current row, by its name (in any letter case). DatabaseError for a name that the result does not
+  // have, and at the end. A missing value is "" as text and 0 as number. A number as text is its shortest decimal form
+  // without exponent; a text as number is the number it begins with, else 0. Yes/No columns give -1 and 0, dates days
+  // since 1899-12-30.
   std::string Text(std::string_view field) const;
   double Number(std::string_view field) const;
   bool IsNull(std::string_view field) const;

@@ -1,0 +1,328 @@
+#include "platform/database/access_tables.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/database/column_value.h"
+#include "platform/database/text_order.h"
+
+namespace marlevo {
+namespace {
+
+using access::ColumnType;
+
+constexpr char kTextOrder[] = "ACCESS";
+
+// What the tables of one SQLite connection share.
+struct File {
+  explicit File(access::Database& opened) : database(opened) {}
+
+  access::Database& database;
+  std::optional<access::Statement> statement;  // open while SQLite changes rows
+};
+
+// One module a table; SQLite owns it.
+struct Module {
+  std::shared_ptr<File> file;
+  std::string table_name;
+};
+
+struct VirtualTable : sqlite3_vtab {
+  VirtualTable(File& owner, access::Table opened) : sqlite3_vtab{}, file(owner), table(std::move(opened)) {}
+
+  File& file;
+  access::Table table;
+  // One row on its way into the table, kept for its memory.
+  std::vector<access::Value> values;
+  std::vector<std::string> buffers;
+};
+
+struct TextCondition {
+  std::size_t column;
+  std::string text;
+};
+
+struct VirtualCursor : sqlite3_vtab_cursor {
+  VirtualCursor() : sqlite3_vtab_cursor{} {}
+
+  std::optional<access::Cursor> rows;  // none: no row can qualify
+  std::vector<TextCondition> texts;
+  bool at_end = true;
+};
+
+VirtualTable& TableOf(sqlite3_vtab* table) {
+  return *static_cast<VirtualTable*>(table);
+}
+VirtualTable& TableOf(sqlite3_vtab_cursor* cursor) {
+  return TableOf(cursor->pVtab);
+}
+VirtualCursor& CursorOf(sqlite3_vtab_cursor* cursor) {
+  return *static_cast<VirtualCursor*>(cursor);
+}
+
+// Runs `work`; what it throws becomes SQLite's result code and `message`.
+template <typename Work>
+int Guarded(char*& message, Work work) {
+  try {
+    work();
+    return SQLITE_OK;
+  } catch (const std::bad_alloc&) {
+    return SQLITE_NOMEM;
+  } catch (const std::exception& error) {
+    sqlite3_free(message);
+    message = sqlite3_mprintf("%s", error.what());
+    return SQLITE_ERROR;
+  }
+}
+
+std::string Quoted(std::string_view name) {
+  std::string quoted = "\"";
+  for (const char c : name) {
+    quoted.append(c == '"' ? 2 : 1, c);
+  }
+  return quoted + '"';
+}
+
+std::string Declaration(const access::Table& table) {
+  std::string columns;
+  for (const access::Column& column : table.Columns()) {
+    columns += columns.empty() ? "" : ", ";
+    columns += Quoted(column.name);
+    switch (KindOf(column.type)) {
+      case SqlKind::kInteger:
+        columns += " INTEGER";
+        break;
+      case SqlKind::kReal:
+        columns += " REAL";
+        break;
+      case SqlKind::kText:
+        columns.append(" TEXT COLLATE ").append(kTextOrder);
+        break;
+      case SqlKind::kBytes:
+        columns += " BLOB";
+        break;
+    }
+  }
+  return "CREATE TABLE t (" + columns + ")";
+}
+
+int Connect(sqlite3* sql, void* aux, int, const char* const*, sqlite3_vtab** made, char** message) {
+  return Guarded(*message, [&] {
+    const auto& module = *static_cast<Module*>(aux);
+    auto table = std::make_unique<VirtualTable>(*module.file, module.file->database.OpenTable(module.table_name));
+    table->values.resize(table->table.Columns().size());
+    table->buffers.resize(table->table.Columns().size());
+    if (sqlite3_declare_vtab(sql, Declaration(table->table).c_str()) != SQLITE_OK) {
+      throw std::runtime_error(sqlite3_errmsg(sql));
+    }
+    *made = table.release();
+  });
+}
+
+int Disconnect(sqlite3_vtab* table) {
+  delete &TableOf(table);
+  return SQLITE_OK;
+}
+
+// A plan names, for each argument that Filter gets, the column that it is compared with: one byte, column + 1.
+int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
+  return Guarded(table->zErrMsg, [&] {
+    const access::Table& rows = TableOf(table).table;
+    std::string plan;
+    const double walked = static_cast<double>(rows.RowCount()) + 1;
+    double found = walked;
+    for (int i = 0; i < info->nConstraint; ++i) {
+      const auto& constraint = info->aConstraint[i];
+      if (!constraint.usable || constraint.op != SQLITE_INDEX_CONSTRAINT_EQ || constraint.iColumn < 0) {
+        continue;
+      }
+      const ColumnType type = rows.Columns()[static_cast<std::size_t>(constraint.iColumn)].type;
+      if (KindOf(type) == SqlKind::kBytes || type == ColumnType::kBoolean || type == ColumnType::kNumeric) {
+        continue;
+      }
+      // A comparison under another collation may hold where ours does not.
+      if (KindOf(type) == SqlKind::kText && std::string_view(sqlite3_vtab_collation(info, i)) != kTextOrder) {
+        continue;
+      }
+      plan += static_cast<char>(constraint.iColumn + 1);
+      // SQLite checks the rows found once more: Filter leaves it the values that only SQLite can compare.
+      info->aConstraintUsage[i].argvIndex = static_cast<int>(plan.size());
+      found = found / 10 + 1;
+    }
+    info->idxStr = sqlite3_mprintf("%s", plan.c_str());
+    if (info->idxStr == nullptr) {
+      throw std::bad_alloc();
+    }
+    info->needToFreeIdxStr = 1;
+    info->estimatedCost = walked / 4 + found;  // walking over a row is cheap beside handing it to SQLite
+    info->estimatedRows = static_cast<sqlite3_int64>(found);
+  });
+}
+
+int OpenCursor(sqlite3_vtab* table, sqlite3_vtab_cursor** made) {
+  return Guarded(table->zErrMsg, [&] { *made = new VirtualCursor(); });
+}
+
+int CloseCursor(sqlite3_vtab_cursor* cursor) {
+  delete &CursorOf(cursor);
+  return SQLITE_OK;
+}
+
+void MoveToNext(VirtualCursor& cursor) {
+  const auto qualifies = [&](const TextCondition& condition) {
+    return CompareText(cursor.rows->Text(condition.column), condition.text) == 0 &&
+           !cursor.rows->IsNull(condition.column);
+  };
+  do {
+    cursor.at_end = !cursor.rows || !cursor.rows->Next();
+  } while (!cursor.at_end && !std::all_of(cursor.texts.begin(), cursor.texts.end(), qualifies));
+}
+
+int Filter(sqlite3_vtab_cursor* base, int, const char* plan, int count, sqlite3_value** arguments) {
+  return Guarded(base->pVtab->zErrMsg, [&] {
+    VirtualCursor& cursor = CursorOf(base);
+    const access::Table& table = TableOf(base).table;
+    std::vector<access::Equals> numbers;
+    cursor.texts.clear();
+    bool possible = true;
+    for (int i = 0; i < count; ++i) {
+      const std::size_t column = static_cast<unsigned char>(plan[i]) - std::size_t{1};
+      const bool text = KindOf(table.Columns()[column].type) == SqlKind::kText;
+      switch (sqlite3_value_type(arguments[i])) {
+        case SQLITE_NULL:
+          possible = false;
+          break;
+        case SQLITE_INTEGER:
+          if (!text) {
+            numbers.push_back({column, sqlite3_value_int64(arguments[i])});
+          }
+          break;
+        case SQLITE_TEXT:
+          if (text) {
+            const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(arguments[i]));
+            cursor.texts.push_back({column, {bytes, static_cast<std::size_t>(sqlite3_value_bytes(arguments[i]))}});
+          }
+          break;
+        default:
+          break;  // left to SQLite
+      }
+    }
+    cursor.rows.reset();
+    if (possible) {
+      cursor.rows.emplace(table.Scan(numbers));
+    }
+    MoveToNext(cursor);
+  });
+}
+
+int Next(sqlite3_vtab_cursor* cursor) {
+  return Guarded(cursor->pVtab->zErrMsg, [&] { MoveToNext(CursorOf(cursor)); });
+}
+
+int Eof(sqlite3_vtab_cursor* cursor) {
+  return static_cast<int>(CursorOf(cursor).at_end);
+}
+
+int ColumnOf(sqlite3_vtab_cursor* base, sqlite3_context* result, int index) {
+  return Guarded(base->pVtab->zErrMsg, [&] {
+    const auto column = static_cast<std::size_t>(index);
+    SetResult(result, *CursorOf(base).rows, column, TableOf(base).table.Columns()[column].type);
+  });
+}
+
+int RowIdOf(sqlite3_vtab_cursor* cursor, sqlite3_int64* id) {
+  return Guarded(cursor->pVtab->zErrMsg, [&] { *id = static_cast<sqlite3_int64>(CursorOf(cursor).rows->Row()); });
+}
+
+// arguments: the row to remove or NULL, then, unless it is a plain removal, the new row's id and its values.
+int Update(sqlite3_vtab* base, int count, sqlite3_value** arguments, sqlite3_int64* id) {
+  return Guarded(base->zErrMsg, [&] {
+    VirtualTable& table = TableOf(base);
+    if (count == 1) {
+      table.table.Delete(static_cast<access::RowId>(sqlite3_value_int64(arguments[0])));
+      return;
+    }
+    if (sqlite3_value_type(arguments[0]) != SQLITE_NULL || sqlite3_value_type(arguments[1]) != SQLITE_NULL) {
+      throw std::runtime_error("table " + table.table.Name() +
+                               ": rows are inserted and deleted, never changed in place");
+    }
+    for (std::size_t i = 0; i < table.values.size(); ++i) {
+      table.values[i] = ColumnValue(arguments[2 + i], table.table.Columns()[i].type, table.buffers[i]);
+    }
+    *id = static_cast<sqlite3_int64>(table.table.Insert(table.values));
+  });
+}
+
+int Begin(sqlite3_vtab* table) {
+  return Guarded(table->zErrMsg, [&] {
+    File& file = TableOf(table).file;
+    file.statement.emplace(file.database);
+  });
+}
+
+// The last moment at which SQLite takes an error: so the statement ends here, and Commit has nothing left to do.
+int Sync(sqlite3_vtab* table) {
+  return Guarded(table->zErrMsg, [&] { TableOf(table).file.statement->Commit(); });
+}
+
+int EndStatement(sqlite3_vtab* table) {
+  return Guarded(table->zErrMsg, [&] { TableOf(table).file.statement.reset(); });
+}
+
+constexpr sqlite3_module MakeModule() {
+  sqlite3_module module{};
+  module.iVersion = 1;
+  module.xCreate = nullptr;  // no CREATE VIRTUAL TABLE: eponymous only
+  module.xConnect = Connect;
+  module.xBestIndex = BestIndex;
+  module.xDisconnect = Disconnect;
+  module.xDestroy = Disconnect;
+  module.xOpen = OpenCursor;
+  module.xClose = CloseCursor;
+  module.xFilter = Filter;
+  module.xNext = Next;
+  module.xEof = Eof;
+  module.xColumn = ColumnOf;
+  module.xRowid = RowIdOf;
+  module.xUpdate = Update;
+  module.xBegin = Begin;
+  module.xSync = Sync;
+  module.xCommit = EndStatement;
+  module.xRollback = EndStatement;
+  return module;
+}
+
+constexpr sqlite3_module kModule = MakeModule();
+
+int Compare(void*, int left_size, const void* left, int right_size, const void* right) {
+  return CompareText({static_cast<const char*>(left), static_cast<std::size_t>(left_size)},
+                     {static_cast<const char*>(right), static_cast<std::size_t>(right_size)});
+}
+
+void Check(sqlite3* sql, int code) {
+  if (code != SQLITE_OK) {
+    throw std::runtime_error(sqlite3_errmsg(sql));
+  }
+}
+
+}  // namespace
+
+void AddAccessTables(sqlite3* sql, access::Database& database) {
+  Check(sql, sqlite3_create_collation_v2(sql, kTextOrder, SQLITE_UTF8, nullptr, Compare, nullptr));
+  const auto file = std::make_shared<File>(database);
+  for (const std::string& name : database.Tables()) {
+    auto module = std::make_unique<Module>(Module{file, name});
+    Check(sql, sqlite3_create_module_v2(sql, name.c_str(), &kModule, module.release(),
+                                        [](void* gone) { delete static_cast<Module*>(gone); }));
+  }
+}
+
+}  // namespace marlevo

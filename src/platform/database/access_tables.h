@@ -1,0 +1,21 @@
+// The tables of an Access file as tables of a SQLite connection.
+//
+// Each user table becomes an eponymous virtual table: it is there under its own name without any CREATE statement, and
+// its definition is read when a statement first names it. Text columns carry the text order (text_order.h). Conditions
+// of the form column = number and text column = text are checked while the file's rows are walked, so that SQLite sees
+// the rows that qualify only.
+//
+// A SQL statement that changes rows is one statement of the file. Errors of the engine reach SQLite as a result code
+// and a message, never as exceptions.
+#pragma once
+
+#include <sqlite3.h>
+
+#include "platform/access/database.h"
+
+namespace marlevo {
+
+// `database` must outlive `sql`. Throws std::runtime_error when SQLite refuses, and what the engine throws.
+void AddAccessTables(sqlite3* sql, access::Database& database);
+
+}  // namespace marlevo

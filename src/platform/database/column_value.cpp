@@ -1,0 +1,87 @@
+#include "platform/database/column_value.h"
+
+#include <string_view>
+
+#include "platform/text/text.h"
+
+namespace marlevo {
+
+using access::ColumnType;
+
+SqlKind KindOf(ColumnType type) {
+  switch (type) {
+    case ColumnType::kBoolean:
+    case ColumnType::kByte:
+    case ColumnType::kInteger:
+    case ColumnType::kLong:
+      return SqlKind::kInteger;
+    case ColumnType::kCurrency:
+    case ColumnType::kSingle:
+    case ColumnType::kDouble:
+    case ColumnType::kDateTime:
+    case ColumnType::kNumeric:
+      return SqlKind::kReal;
+    case ColumnType::kText:
+    case ColumnType::kMemo:
+    case ColumnType::kGuid:
+      return SqlKind::kText;
+    default:
+      return SqlKind::kBytes;
+  }
+}
+
+access::Value ColumnValue(sqlite3_value* value, ColumnType type, std::string& buffer) {
+  const SqlKind kind = KindOf(type);
+  const bool number = kind == SqlKind::kInteger || kind == SqlKind::kReal;
+  switch (number ? sqlite3_value_numeric_type(value) : sqlite3_value_type(value)) {
+    case SQLITE_INTEGER:
+      if (kind == SqlKind::kText) {
+        return std::string_view(buffer = std::to_string(sqlite3_value_int64(value)));
+      }
+      return std::int64_t{sqlite3_value_int64(value)};
+    case SQLITE_FLOAT:
+      if (kind == SqlKind::kText) {
+        return std::string_view(buffer = NumberText(sqlite3_value_double(value)));
+      }
+      return sqlite3_value_double(value);
+    case SQLITE_TEXT: {
+      const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+      return std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+    }
+    case SQLITE_BLOB: {
+      const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
+      return access::Bytes(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+    }
+    default:
+      return std::monostate();
+  }
+}
+
+void SetResult(sqlite3_context* result, access::Cursor& row, std::size_t column, ColumnType type) {
+  if (row.IsNull(column)) {
+    sqlite3_result_null(result);
+    return;
+  }
+  switch (KindOf(type)) {
+    case SqlKind::kInteger: {
+      const std::int64_t value = row.Integer(column);
+      sqlite3_result_int64(result, type == ColumnType::kBoolean && value != 0 ? -1 : value);
+      break;
+    }
+    case SqlKind::kReal:
+      sqlite3_result_double(result, row.Real(column));
+      break;
+    case SqlKind::kText: {
+      const std::string_view text = row.Text(column);
+      sqlite3_result_text64(result, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+      break;
+    }
+    case SqlKind::kBytes: {
+      const access::Bytes bytes = row.Raw(column);
+      sqlite3_result_blob64(result, bytes.data(), bytes.size(), SQLITE_TRANSIENT);
+      break;
+    }
+  }
+}
+
+}  // namespace marlevo

@@ -1,0 +1,232 @@
+#include "platform/database/connection.h"
+
+#include <sqlite3.h>
+
+#include <set>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "platform/access/database.h"
+#include "platform/database/access_tables.h"
+#include "platform/database/recordset_rows.h"
+#include "platform/errors/operation_error.h"
+
+namespace marlevo {
+namespace {
+
+constexpr char kOpening[] = "開啟資料庫";
+constexpr char kExecuting[] = "執行資料庫指令";
+constexpr char kReading[] = "讀取資料庫";
+constexpr char kWriting[] = "寫入資料庫";
+
+struct CloseSql {
+  void operator()(sqlite3* sql) const { sqlite3_close(sql); }
+};
+struct FinalizeStatement {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using SqlHandle = std::unique_ptr<sqlite3, CloseSql>;
+using StatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
+
+// Runs `work`; any error of the layers below becomes a DatabaseError.
+template <typename Work>
+auto Reported(const char* attempted, const std::string& subject, Work work) {
+  try {
+    return work();
+  } catch (const std::exception& error) {
+    throw DatabaseError(attempted, subject, error.what());
+  }
+}
+
+// SQLite with nothing of its own: no file, and nothing in its memory database. The case of names follows SQLite.
+SqlHandle OpenSql() {
+  sqlite3* opened = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  const int code = sqlite3_open_v2(":memory:", &opened, flags, nullptr);
+  SqlHandle sql(opened);
+  if (code != SQLITE_OK) {
+    throw std::runtime_error(sqlite3_errstr(code));
+  }
+  // A misspelt field name must not turn into a text.
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_limit(opened, SQLITE_LIMIT_ATTACHED, 0);
+  // What sorting may take in memory before it goes to temporary files: enough for a customer's largest record.
+  if (sqlite3_exec(opened, "PRAGMA cache_size=-16384", nullptr, nullptr, nullptr) != SQLITE_OK) {
+    throw std::runtime_error(sqlite3_errmsg(opened));
+  }
+  return sql;
+}
+
+}  // namespace
+
+// An open file with the SQLite connection that runs the statements on it.
+class Connection::Session {
+ public:
+  explicit Session(const DataSource& source)
+      : subject_(source.file),
+        database_(access::Database::Open(std::u8string(source.file.begin(), source.file.end()),
+                                         {source.password, std::nullopt})),
+        sql_(OpenSql()) {
+    AddAccessTables(sql_.get(), database_);
+    for (std::string& name : database_.Tables()) {
+      tables_.insert(std::move(name));
+    }
+    sqlite3_set_authorizer(sql_.get(), &Session::Authorize, this);
+  }
+
+  const std::string& Subject() const { return subject_; }
+
+  void Execute(std::string_view text) {
+    const StatementHandle statement = Prepare(text);
+    if (!changes_rows_) {
+      throw std::runtime_error("not a statement that changes rows");
+    }
+    Step(statement.get());
+  }
+
+  std::unique_ptr<Recordset::Rows> Read(std::string_view text) {
+    const StatementHandle statement = Prepare(text);
+    const int count = sqlite3_column_count(statement.get());
+    if (changes_rows_ || count == 0) {
+      throw std::runtime_error("not a statement that reads rows");
+    }
+    std::vector<std::string> names;
+    for (int i = 0; i < count; ++i) {
+      names.emplace_back(sqlite3_column_name(statement.get(), i));
+    }
+    auto rows = std::make_unique<Recordset::Rows>(subject_, std::move(names));
+    while (Step(statement.get())) {
+      for (int i = 0; i < count; ++i) {
+        AddCell(*rows, statement.get(), i);
+      }
+      rows->EndRow();
+    }
+    return rows;
+  }
+
+  void Flush() { database_.Flush(); }
+
+ private:
+  // Called for everything that a statement would do, while it is compiled.
+  static int Authorize(void* self, int action, const char* first, const char*, const char*, const char*) {
+    auto& session = *static_cast<Session*>(self);
+    switch (action) {
+      case SQLITE_SELECT:
+      case SQLITE_FUNCTION:
+        return SQLITE_OK;
+      case SQLITE_READ:
+        return session.Known(first);
+      case SQLITE_INSERT:
+      case SQLITE_DELETE:
+        session.changes_rows_ = true;
+        return session.Known(first);
+      default:
+        session.refusal_ = "only SELECT, INSERT and DELETE on the tables of the file are run";
+        return SQLITE_DENY;
+    }
+  }
+
+  int Known(const char* table) {
+    if (tables_.contains(table)) {
+      return SQLITE_OK;
+    }
+    refusal_ = std::string("no such table: ") + table;
+    return SQLITE_DENY;
+  }
+
+  StatementHandle Prepare(std::string_view text) {
+    changes_rows_ = false;
+    refusal_.clear();
+    sqlite3_stmt* compiled = nullptr;
+    const char* rest = nullptr;
+    const int code = sqlite3_prepare_v2(sql_.get(), text.data(), static_cast<int>(text.size()), &compiled, &rest);
+    StatementHandle statement(compiled);
+    if (code != SQLITE_OK) {
+      throw std::runtime_error(refusal_.empty() ? sqlite3_errmsg(sql_.get()) : refusal_);
+    }
+    if (!statement) {
+      throw std::runtime_error("there is no statement");
+    }
+    text.remove_prefix(static_cast<std::size_t>(rest - text.data()));
+    if (text.find_first_not_of(" \t\r\n") != std::string_view::npos) {
+      throw std::runtime_error("text after the end of the statement");
+    }
+    return statement;
+  }
+
+  // True when there is a row.
+  bool Step(sqlite3_stmt* statement) {
+    const int code = sqlite3_step(statement);
+    if (code != SQLITE_ROW && code != SQLITE_DONE) {
+      throw std::runtime_error(sqlite3_errmsg(sql_.get()));
+    }
+    return code == SQLITE_ROW;
+  }
+
+  static void AddCell(Recordset::Rows& rows, sqlite3_stmt* statement, int column) {
+    switch (sqlite3_column_type(statement, column)) {
+      case SQLITE_INTEGER:
+        return rows.AddInteger(sqlite3_column_int64(statement, column));
+      case SQLITE_FLOAT:
+        return rows.AddReal(sqlite3_column_double(statement, column));
+      case SQLITE_NULL:
+        return rows.AddNull();
+      default: {
+        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
+        return rows.AddText({bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))});
+      }
+    }
+  }
+
+  std::string subject_;
+  access::Database database_;
+  SqlHandle sql_;  // uses database_
+  std::set<std::string, std::less<>> tables_;
+  // Of the statement being compiled.
+  bool changes_rows_ = false;
+  std::string refusal_;
+};
+
+Connection::Connection(const std::string& connection_string) {
+  const DataSource source = ParseConnectionString(connection_string);
+  session_ = Reported(kOpening, source.file, [&] { return std::make_unique<Session>(source); });
+}
+
+Connection::Connection(Connection&& other) noexcept = default;
+Connection& Connection::operator=(Connection&& other) noexcept = default;
+Connection::~Connection() = default;
+
+Connection::Session& Connection::Opened(const char* attempted) {
+  if (!session_) {
+    throw DatabaseError(attempted, "", "the connection is closed");
+  }
+  return *session_;
+}
+
+void Connection::Execute(std::string_view sql) {
+  Session& session = Opened(kExecuting);
+  Reported(kExecuting, session.Subject(), [&] { session.Execute(sql); });
+}
+
+Recordset Connection::Open(std::string_view sql) {
+  Session& session = Opened(kReading);
+  return Recordset(Reported(kReading, session.Subject(), [&] { return session.Read(sql); }));
+}
+
+void Connection::Flush() {
+  Session& session = Opened(kWriting);
+  Reported(kWriting, session.Subject(), [&] { session.Flush(); });
+}
+
+void Connection::Close() {
+  if (session_) {
+    Flush();
+    session_.reset();
+  }
+}
+
+}  // namespace marlevo

@@ -1,0 +1,82 @@
+#include "platform/database/connection_string.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+#include <vector>
+
+#include "platform/errors/operation_error.h"
+
+namespace marlevo {
+namespace {
+
+constexpr std::string_view kProvider = "Microsoft.Jet.OLEDB.3.51";
+constexpr std::string_view kPassword = "qorvat";
+
+bool SameWord(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
+}
+
+struct Setting {
+  std::string_view key;
+  std::string value;
+};
+
+std::vector<Setting> Split(std::string_view text) {
+  std::vector<Setting> settings;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(';'), text.size());
+    const std::string_view piece = text.substr(0, end);
+    const std::size_t sign = piece.find('=');
+    if (sign != std::string_view::npos) {
+      settings.push_back({piece.substr(0, sign), std::string(piece.substr(sign + 1))});
+    } else if (!settings.empty() && !piece.empty()) {
+      settings.back().value.append(";").append(piece);
+    }
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return settings;
+}
+
+}  // namespace
+
+std::string ConnectionString(const std::filesystem::path& folder) {
+  return FileConnectionString(folder / "4star.mdb");
+}
+
+std::string FileConnectionString(const std::filesystem::path& file) {
+  const std::u8string path = std::filesystem::path(file).make_preferred().u8string();
+  return std::string("Provider=").append(kProvider) +
+         ";Persist Security Info=False;Data Source=" + std::string(path.begin(), path.end()) +
+         ";Jet OLEDB:Database Password=" + std::string(kPassword);
+}
+
+DataSource ParseConnectionString(const std::string& connection_string) {
+  const auto refuse = [](const std::string& subject, const std::string& reason) -> DataSource {
+    throw DatabaseError("開啟資料庫", subject, reason);
+  };
+  DataSource source;
+  std::string provider;
+  for (const Setting& setting : Split(connection_string)) {
+    if (SameWord(setting.key, "Provider")) {
+      provider = setting.value;
+    } else if (SameWord(setting.key, "Data Source")) {
+      source.file = setting.value;
+    } else if (SameWord(setting.key, "Jet OLEDB:Database Password")) {
+      source.password = setting.value;
+    } else if (!SameWord(setting.key, "Persist Security Info")) {
+      // Not shown whole: a mistyped key could stand before the password.
+      return refuse(source.file, "unknown setting in the connection string: " + std::string(setting.key));
+    }
+  }
+  if (!SameWord(provider, kProvider)) {
+    return refuse(source.file, "unknown provider: '" + provider + "'");
+  }
+  if (source.file.empty()) {
+    return refuse("", "the connection string names no data source");
+  }
+  return source;
+}
+
+}  // namespace marlevo
