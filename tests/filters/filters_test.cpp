@@ -1,0 +1,136 @@
+#include "filters/filters.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+
+#include "support/ticket_text.h"
+
+namespace marlevo {
+namespace {
+
+using test::Lists;
+using test::Text;
+
+using Filter = void (*)(CurrentList&);
+constexpr Filter kFilters[] = {DeleteAllOdd,    DeleteAllEven, DeleteAllSame,
+                               DeleteThreeSame, DeleteTwoSame, DeleteRepeats};
+
+std::string After(Filter filter, CurrentList list, int kind) {
+  filter(list);
+  return Text(list, kind);
+}
+
+TEST(Filters, WorkedExamples) {
+  EXPECT_EQ(After(DeleteAllOdd, Lists({{0, "1357 1352* 9999"}}), 0), "1352*");
+  EXPECT_EQ(After(DeleteAllEven, Lists({{1, "0000 2_46 0001"}}), 1), "2_46 0001");
+  EXPECT_EQ(After(DeleteAllEven, Lists({{4, "246 135"}}), 4), "135");
+  EXPECT_EQ(After(DeleteAllSame, Lists({{0, "7777 7770 ____"}, {3, "777"}}), 0), "7770 ____");
+  EXPECT_EQ(After(DeleteAllSame, Lists({{3, "777. 778."}}), 3), "778.");
+  EXPECT_EQ(After(DeleteThreeSame, Lists({{0, "1211 2111 1122"}}), 0), "1122");
+  EXPECT_EQ(After(DeleteTwoSame, Lists({{0, "1122 1231 4554 1234"}}), 0), "1234");
+}
+
+TEST(Filters, RepeatsAreFoundAcrossKinds) {
+  EXPECT_EQ(After(DeleteRepeats, Lists({{0, "1234 1234* 5678 4321"}}), 0), "1234 5678 4321");
+  EXPECT_EQ(After(DeleteRepeats, Lists({{1, "1234 4321"}}), 1), "1234");
+  EXPECT_EQ(After(DeleteRepeats, Lists({{0, "1234"}, {1, "4312 5678"}}), 1), "5678");
+  EXPECT_EQ(After(DeleteRepeats, Lists({{0, "0123"}, {2, "123 124 ___ ___"}, {4, "124 321"}}), 2), "124 ___ ___");
+  EXPECT_EQ(After(DeleteRepeats, Lists({{0, "0123"}, {2, "123 124"}, {4, "124 321"}}), 4), "321");
+  for (const char* no_digits : {":000", "/000"}) {
+    CurrentList list = Lists({{0, no_digits}});
+    EXPECT_THROW(DeleteRepeats(list), std::out_of_range) << no_digits;
+  }
+}
+
+// One ticket's test as it is told, '_' being an empty cell; filters count from 1.
+bool Matches(int filter, int kind, std::string cells, std::set<int>& seen) {
+  const auto columns = std::ssize(cells);
+  const auto equal_to = [&](std::size_t k) {
+    return std::ranges::count_if(cells, [&](char cell) { return cell != '_' && cell == cells[k - 1]; });
+  };
+  switch (filter) {
+    case 1:
+      return std::ranges::count_if(cells, [](char cell) { return cell != '_' && cell % 2 == 1; }) == columns;
+    case 2:
+      return std::ranges::count_if(cells, [](char cell) { return cell != '_' && cell % 2 == 0; }) == columns;
+    case 3:
+      return equal_to(1) == columns;
+    case 4:
+      return std::max(equal_to(1), equal_to(2)) >= 3;
+    case 5:
+      return std::max({equal_to(1), equal_to(2), equal_to(3)}) >= 2;
+    default:
+      std::erase(cells, '_');
+      if (IsBoxKind(kind)) {
+        std::ranges::sort(cells);
+      }
+      return !cells.empty() && !seen.insert(std::stoi(cells)).second;
+  }
+}
+
+void CompareAllFilters(const CurrentList& start) {
+  for (int filter = 1; filter <= 6; ++filter) {
+    CurrentList list = start;
+    kFilters[filter - 1](list);
+    std::set<int> seen;
+    for (int kind = 0; kind < kBetKinds; ++kind) {
+      const auto columns = static_cast<std::size_t>(DigitColumns(kind));
+      std::string slow;
+      std::istringstream words(Text(start, kind));
+      for (std::string word; words >> word;) {
+        if (!start.kinds.at(static_cast<std::size_t>(kind)).ticked ||
+            !Matches(filter, kind, word.substr(0, columns), seen)) {
+          slow += (slow.empty() ? "" : " ") + word;
+        }
+      }
+      ASSERT_EQ(Text(list, kind), slow) << "filter " << filter << " kind " << kind;
+    }
+  }
+}
+
+TEST(Filters, MatchTheSlowVersionOnAllNumbersAndOnRandomLists) {
+  std::string fours;
+  std::string threes;
+  for (int number = 0; number < 10000; ++number) {
+    const std::string text = std::to_string(100000 + number);
+    fours += text.substr(2) + " ";
+    threes += number < 1000 ? text.substr(3) + " " : "";
+  }
+  const CurrentList all = Lists({{0, fours}, {1, fours}, {2, threes}, {3, threes}, {4, threes}});
+  CompareAllFilters(all);
+
+  std::mt19937 random(7);
+  for (int round = 0; round < 200; ++round) {
+    CurrentList list;
+    for (int kind = 0; kind < kBetKinds; ++kind) {
+      std::string words;
+      for (auto left = random() % 30; left > 0; --left) {
+        for (int column = 0; column < DigitColumns(kind); ++column) {
+          words += "_0122357"[random() % 8];
+        }
+        words += std::array{" ", "* ", ". "}[random() % 3];
+      }
+      list.kinds.at(static_cast<std::size_t>(kind)) = {.ticked = random() % 4 != 0, .tickets = test::Tickets(words)};
+    }
+    CompareAllFilters(list);
+  }
+}
+
+TEST(SortString, EndsSortedForEveryFourCells) {
+  const std::string cells = std::string(1, '\0') + "0123456789";
+  for (std::size_t n = 0; n < 11 * 11 * 11 * 11; ++n) {
+    std::array<char, 4> digits = {cells[n % 11], cells[n / 11 % 11], cells[n / 121 % 11], cells[n / 1331]};
+    const std::array<char, 4> sorted = SortString(digits);
+    std::ranges::sort(digits);
+    ASSERT_EQ(sorted, digits);
+  }
+}
+
+}  // namespace
+}  // namespace marlevo
