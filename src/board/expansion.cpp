@@ -12,11 +12,11 @@ constexpr DigitSet kThreeDigitsMade = 1U << 10;
 template <typename Visit>
 void ForEachDigit(unsigned digits, Visit visit) {
   for (; digits != 0; digits &= digits - 1) {
-    visit(std::countr_zero(digits));
+    visit(static_cast<std::size_t>(std::countr_zero(digits)));
   }
 }
 
-char DigitText(int digit) {
+char DigitText(std::size_t digit) {
   return static_cast<char>('0' + digit);
 }
 
@@ -43,11 +43,11 @@ TicketList TicketsOf(const std::vector<std::string>& orderings) {
 
 void ExpandColumnSet(DigitSet first, DigitSet second, DigitSet third, DigitSet fourth, Expansion& expansion) {
   const DigitSet wanted = fourth | kThreeDigitsMade;
-  ForEachDigit(first, [&](int x) {
-    ForEachDigit(second, [&](int y) {
-      ForEachDigit(third, [&](int z) {
+  ForEachDigit(first, [&](std::size_t x) {
+    ForEachDigit(second, [&](std::size_t y) {
+      ForEachDigit(third, [&](std::size_t z) {
         // What is new is found for all fourth digits at once: most choices of columns bring nothing new.
-        std::uint16_t& made = expansion.made[static_cast<std::size_t>(100 * x + 10 * y + z)];
+        std::uint16_t& made = expansion.made[100 * x + 10 * y + z];
         const unsigned fresh = wanted & ~unsigned{made};
         if (fresh == 0) {
           return;
@@ -57,7 +57,7 @@ void ExpandColumnSet(DigitSet first, DigitSet second, DigitSet third, DigitSet f
         if ((fresh & kThreeDigitsMade) != 0) {
           expansion.threes.push_back(ticket);
         }
-        ForEachDigit(fresh & ~unsigned{kThreeDigitsMade}, [&](int w) {
+        ForEachDigit(fresh & ~unsigned{kThreeDigitsMade}, [&](std::size_t w) {
           ticket.cells[3] = DigitText(w);
           expansion.fours.push_back(ticket);
         });
@@ -87,7 +87,7 @@ TicketCounts ExpandTickets(const Selection& picks, CurrentList& list) {
 TicketCounts ExpandOrderings(const Selection& picks, CurrentList& list) {
   std::vector<std::string> picked;
   for (const DigitSet column : picks.columns) {
-    ForEachDigit(column, [&](int digit) { picked.emplace_back(1, DigitText(digit)); });
+    ForEachDigit(column, [&](std::size_t digit) { picked.emplace_back(1, DigitText(digit)); });
   }
   TicketList fours;
   TicketList threes;

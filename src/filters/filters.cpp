@@ -1,7 +1,6 @@
 #include "filters/filters.h"
 
 #include <algorithm>
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -9,65 +8,62 @@ namespace marlevo {
 
 namespace {
 
-using Cells = std::span<const char>;
+using Cells = std::array<char, 4>;
 
-// Removes what `matches(kind, cells)` picks out, list by list; the cells are the 3 or 4 of the kind.
+// Removes the tickets for which `matches(cells, kind)` holds, kind after kind.
 template <typename Matches>
 void DeleteWhere(CurrentList& list, Matches matches) {
   for (int kind = 0; kind < kBetKinds; ++kind) {
     KindList& of_kind = list.kinds[static_cast<std::size_t>(kind)];
     if (of_kind.ticked) {
-      const auto columns = static_cast<std::size_t>(DigitColumns(kind));
-      std::erase_if(of_kind.tickets,
-                    [&](const Ticket& ticket) { return matches(kind, Cells(ticket.cells).first(columns)); });
+      std::erase_if(of_kind.tickets, [&](const Ticket& ticket) { return matches(ticket.cells, kind); });
     }
   }
 }
 
-// Whether one of the first `references` digits stands in at least `times` cells. Looking further is needless: a digit
-// that comes that often stands in one of them.
-bool Repeats(Cells cells, std::size_t references, int times) {
-  return std::ranges::any_of(cells.first(references),
-                             [&](char digit) { return digit != 0 && std::ranges::count(cells, digit) >= times; });
+// How many cells hold the digit of column `column`, from 1. The fourth cell of three digits is empty and never counts.
+std::ptrdiff_t CountOf(const Cells& cells, std::size_t column) {
+  const char digit = cells[column - 1];
+  return digit == 0 ? 0 : std::ranges::count(cells, digit);
 }
 
 }  // namespace
 
 void DeleteAllOdd(CurrentList& list) {
-  DeleteWhere(list, [](int, Cells cells) {
-    return std::ranges::all_of(cells, [](char cell) { return DigitValue(cell) % 2 != 0; });
+  DeleteWhere(list, [](const Cells& cells, int kind) {
+    return std::ranges::count_if(cells, [](char cell) { return DigitValue(cell) % 2 != 0; }) == DigitColumns(kind);
   });
 }
 
 void DeleteAllEven(CurrentList& list) {
-  DeleteWhere(list, [](int, Cells cells) {
-    return std::ranges::all_of(cells, [](char cell) { return cell != 0 && DigitValue(cell) % 2 == 0; });
+  DeleteWhere(list, [](const Cells& cells, int kind) {
+    const auto is_even = [](char cell) { return cell != 0 && DigitValue(cell) % 2 == 0; };
+    return std::ranges::count_if(cells, is_even) == DigitColumns(kind);
   });
 }
 
 void DeleteAllSame(CurrentList& list) {
-  DeleteWhere(list, [](int, Cells cells) { return Repeats(cells, 1, static_cast<int>(cells.size())); });
+  DeleteWhere(list, [](const Cells& cells, int kind) { return CountOf(cells, 1) == DigitColumns(kind); });
 }
 
+// A digit in three of four columns stands in column 1 or 2, one in two of them in column 1, 2 or 3.
+
 void DeleteThreeSame(CurrentList& list) {
-  DeleteWhere(list, [](int, Cells cells) { return Repeats(cells, 2, 3); });
+  DeleteWhere(list, [](const Cells& cells, int) { return CountOf(cells, 1) >= 3 || CountOf(cells, 2) >= 3; });
 }
 
 void DeleteTwoSame(CurrentList& list) {
-  DeleteWhere(list, [](int, Cells cells) { return Repeats(cells, 3, 2); });
+  DeleteWhere(list, [](const Cells& cells, int) {
+    return CountOf(cells, 1) >= 2 || CountOf(cells, 2) >= 2 || CountOf(cells, 3) >= 2;
+  });
 }
 
 void DeleteRepeats(CurrentList& list) {
   std::array<bool, 10000> seen{};
-  DeleteWhere(list, [&](int kind, Cells cells) {
-    std::array<char, 4> digits{};
-    std::ranges::copy(cells, digits.begin());
-    if (IsBoxKind(kind)) {
-      digits = SortString(digits);
-    }
+  DeleteWhere(list, [&](const Cells& cells, int kind) {
     int value = 0;
     bool any = false;
-    for (const char digit : digits) {
+    for (const char digit : IsBoxKind(kind) ? SortString(cells) : cells) {
       if (digit != 0) {
         value = 10 * value + DigitValue(digit);
         any = true;
