@@ -67,6 +67,10 @@ std::string StampOfLine(std::string_view line) {
   return stamp;
 }
 
+int TicketsOfLine(std::string_view line) {
+  return LenientInteger(line.substr(BytesOf(line, 20)));
+}
+
 std::string StakeText(std::string_view amount) {
   return WidthMask(amount, 3).append("\r\n元");
 }

@@ -31,6 +31,9 @@ std::string RecordLine(std::string_view stamp, std::string_view ticket_count);
 // The stamp of such a line: its first 20 characters, trimmed, without "/", ":" and "-".
 std::string StampOfLine(std::string_view line);
 
+// The ticket count of such a line.
+int TicketsOfLine(std::string_view line);
+
 // The stake of a play mode in the shown record: right-aligned in three places, a line break (CR LF), "元".
 std::string StakeText(std::string_view amount);
 

@@ -23,6 +23,8 @@ TEST(RecordLine, IsReadBackAsItsStamp) {
   }
   EXPECT_EQ(RecordLine("20021005143012", "123456"), "2002/10/05-14:30:12 123456張");
 
+  EXPECT_EQ(TicketsOfLine("2002/10/05-14:30:12 123456張"), 123456);
+
   const std::pair<const char*, const char*> ways_back[] = {
       {"2002/10/05-14:30:12    12張", "20021005143012"},
       {"12002/10/05-14:30:12    12張", "120021005143012"},

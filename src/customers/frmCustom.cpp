@@ -1,0 +1,228 @@
+#include "customers/frmCustom.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include "customers/customer_grid.h"
+#include "customers/frmCustom_CHK.h"
+#include "customers/message_panel.h"
+#include "customers/record_list.h"
+#include "customers/record_tabs.h"
+#include "ui/frmMessage.h"
+#include "ui/question.h"
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+frmCustom::frmCustom(QWidget* parent, const std::string& connection_string)
+    : QDialog(parent), connection_string_(connection_string), connection_(connection_string) {
+  setObjectName("frmCustom");
+  setWindowTitle("客戶資料維護");
+  SetUpWidgets();
+  mfgCustom_H_->Fill(connection_);
+}
+
+void frmCustom::SetUpWidgets() {
+  mfgCustom_H_ = new CustomerGrid(this, {8, 8, 9, 9, 12});
+  mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
+
+  auto* const entry = new QGridLayout;
+  entry->setHorizontalSpacing(12);
+  entry->setVerticalSpacing(8);
+  const auto add_box = [&](const char* name, const char* label_name, const char* caption, int row, int column,
+                           int columns) {
+    auto* const box = Named(new QLineEdit(this), name);
+    QLabel* const label = NewLabel(this, label_name, QString(caption));
+    label->setBuddy(box);
+    entry->addWidget(label, row, column);
+    entry->addWidget(box, row, column + 1, 1, columns);
+    return box;
+  };
+  txtCustom_No_ = add_box("txtCustom_No", "lblCustom_No", "客戶代號", 0, 0, 1);
+  txtCustom_Name_ = add_box("txtCustom_Name", "lblCustom_Name", "客戶姓名", 0, 2, 1);
+  txtTEL1_ = add_box("txtTEL1", "lblTEL1", "電 話 一", 1, 0, 1);
+  txtTEL2_ = add_box("txtTEL2", "lblTEL2", "電 話 二", 1, 2, 1);
+  txtMemo1_ = add_box("txtMemo1", "lblMemo1", "備    註", 2, 0, 3);
+  txtCustom_No_->installEventFilter(this);
+  connect(txtCustom_No_, &QLineEdit::textEdited, this, &frmCustom::txtCustom_No_KeyPress);
+
+  QPushButton* const cmdAdd = NewButton(this, "cmdAdd", "新增", Emphasis::kMain);
+  QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改");
+  QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除客戶資料");
+  connect(cmdAdd, &QPushButton::clicked, this, &frmCustom::cmdAdd_Click);
+  connect(cmdEdit, &QPushButton::clicked, this, &frmCustom::cmdEdit_Click);
+  connect(cmdDel, &QPushButton::clicked, this, &frmCustom::cmdDel_Click);
+
+  lstRecord_ = new RecordList(this);
+  lstRecord_->OnChosen([this](int) { lstRecord_MouseDown(); });
+  QLabel* const lblRecord = NewLabel(this, "lblRecord", "購買記錄");
+  lblRecord->setBuddy(lstRecord_);
+  QPushButton* const cmdDelRecord = NewButton(this, "cmdDelRecord", "刪除購買記錄");
+  connect(cmdDelRecord, &QPushButton::clicked, this, &frmCustom::cmdDelRecord_Click);
+  SSTab1_ = new RecordTabs(this);
+
+  QPushButton* const check = NewButton(this, "Command1", "客戶資料對獎");
+  QPushButton* const cmdExit = NewButton(this, "cmdExit", "結束");
+  connect(check, &QPushButton::clicked, this, &frmCustom::Command1_Click);
+  connect(cmdExit, &QPushButton::clicked, this, &QDialog::close);
+
+  auto* const customer_buttons = new QHBoxLayout;
+  customer_buttons->setSpacing(8);
+  customer_buttons->addWidget(cmdAdd);
+  customer_buttons->addWidget(cmdEdit);
+  customer_buttons->addWidget(cmdDel);
+  customer_buttons->addStretch();
+  customer_buttons->addWidget(check);
+
+  auto* const customers = new QVBoxLayout;
+  customers->setSpacing(12);
+  customers->addWidget(mfgCustom_H_, 1);
+  customers->addLayout(entry);
+  customers->addLayout(customer_buttons);
+
+  auto* const record_buttons = new QHBoxLayout;
+  record_buttons->setSpacing(8);
+  record_buttons->addWidget(cmdDelRecord);
+  record_buttons->addStretch();
+  record_buttons->addWidget(cmdExit);
+
+  auto* const records = new QVBoxLayout;
+  records->setSpacing(8);
+  records->addWidget(lblRecord);
+  records->addWidget(lstRecord_, 2);
+  records->addWidget(SSTab1_, 3);
+  records->addLayout(record_buttons);
+
+  auto* const columns = new QHBoxLayout(this);
+  columns->setContentsMargins(16, 16, 16, 16);
+  columns->setSpacing(16);
+  columns->addLayout(customers, 3);
+  columns->addLayout(records, 2);
+
+  picMsg_ = new MessagePanel(this);
+  resize(1280, 660);
+  txtCustom_No_->setFocus();
+}
+
+void frmCustom::mfgCustom_H_Click(int row) {
+  const QStringList& customer = mfgCustom_H_->Row(row);
+  txtCustom_No_->setText(customer[0]);
+  txtCustom_Name_->setText(customer[1]);
+  txtTEL1_->setText(customer[2]);
+  txtTEL2_->setText(customer[3]);
+  txtMemo1_->setText(customer[4]);
+  lstRecord_->Clear();
+  lstRecord_->Fill(connection_, customer[0].toStdString());
+}
+
+void frmCustom::lstRecord_MouseDown() {
+  const std::string line = lstRecord_->SelectedLine().toStdString();
+  MessagePanel::Work work(*picMsg_, TicketsOfLine(line));
+  SSTab1_->Clear();
+  SSTab1_->Show(ReadRecord(connection_.Open(SelectRecord(lstRecord_->Number(), StampOfLine(line))),
+                           [&work](int read) { work.Advance(read); }));
+}
+
+void frmCustom::txtCustom_No_KeyPress() {
+  lstRecord_->Clear();
+}
+
+void frmCustom::cmdAdd_Click() {
+  if (!HasNumber()) {
+    return;
+  }
+  if (CustomerExists()) {
+    ShowMessage(this, "客戶編號已經存在,\r\n不可新增 !!");
+    return;
+  }
+  connection_.Execute(InsertCustomer(Entered()));
+  connection_.Flush();
+  mfgCustom_H_->Append(EnteredTexts());
+}
+
+void frmCustom::cmdEdit_Click() {
+  if (!HasNumber()) {
+    return;
+  }
+  if (!CustomerExists()) {
+    ShowMessage(this, "客戶編號不存在,\r\n不可修改 !!");
+    return;
+  }
+  const Customer customer = Entered();
+  // Made first, so that a text that cannot be a part of it does not cost the customer.
+  const std::string insert = InsertCustomer(customer);
+  connection_.Execute(DeleteCustomer(customer.number));
+  connection_.Execute(insert);
+  connection_.Flush();
+  mfgCustom_H_->Replace(EnteredTexts());
+}
+
+void frmCustom::cmdDel_Click() {
+  if (!HasNumber()) {
+    return;
+  }
+  if (!CustomerExists()) {
+    ShowMessage(this, "客戶編號不存在,\r\n不可刪除 !!");
+    return;
+  }
+  const QString number = txtCustom_No_->text();
+  if (!Question(this, "注意 ! " + number + "客戶所有資料將會被刪除\r\n確定要將" + number + "客戶刪除 ?")) {
+    return;
+  }
+  connection_.Execute(DeleteCustomer(number.toStdString()));
+  connection_.Execute(DeletePurchases(number.toStdString()));
+  connection_.Flush();
+  mfgCustom_H_->Remove(number);
+}
+
+void frmCustom::cmdDelRecord_Click() {
+  const QString line = lstRecord_->SelectedLine();
+  if (line.trimmed().isEmpty() || !Question(this, "要將 " + line + " 資料移除 ?")) {
+    return;
+  }
+  connection_.Execute(DeleteRecord(lstRecord_->Number(), StampOfLine(line.toStdString())));
+  connection_.Flush();
+  SSTab1_->Clear();
+  lstRecord_->RemoveSelectedLine();
+}
+
+void frmCustom::Command1_Click() {
+  frmCustom_CHK window(this, connection_string_);
+  window.exec();
+}
+
+bool frmCustom::eventFilter(QObject* watched, QEvent* event) {
+  // Keys that type or would type; what an input method or the clipboard brings is told by the box itself.
+  if (event->type() == QEvent::KeyPress) {
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if (!key.text().isEmpty() && !(key.modifiers() & Qt::ControlModifier)) {
+      txtCustom_No_KeyPress();
+    }
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
+bool frmCustom::HasNumber() {
+  if (txtCustom_No_->text().isEmpty()) {
+    ShowMessage(this, "請先輸入客戶編號 !!");
+    return false;
+  }
+  return true;
+}
+
+bool frmCustom::CustomerExists() {
+  return !connection_.Open(SelectCustomer(txtCustom_No_->text().toStdString())).AtEnd();
+}
+
+Customer frmCustom::Entered() const {
+  return {txtCustom_No_->text().toStdString(), txtCustom_Name_->text().toStdString(), txtTEL1_->text().toStdString(),
+          txtTEL2_->text().toStdString(), txtMemo1_->text().toStdString()};
+}
+
+QStringList frmCustom::EnteredTexts() const {
+  return {txtCustom_No_->text(), txtCustom_Name_->text(), txtTEL1_->text(), txtTEL2_->text(), txtMemo1_->text()};
+}
+
+}  // namespace marlevo

@@ -1,0 +1,162 @@
+#include "customers/frmCustom_CHK.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QListView>
+#include <QRadioButton>
+#include <QStringListModel>
+
+#include "customers/customer_grid.h"
+#include "customers/prizes.h"
+#include "customers/record_list.h"
+#include "ui/digit_list.h"
+#include "ui/question.h"
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+namespace {
+
+constexpr std::array<const char*, 4> kPositions = {"第一柱", "第二柱", "第三柱", "第四柱"};
+constexpr std::array<const char*, 3> kScopes = {"單一客戶指定記錄", "單一客戶所有記錄", "所有客戶"};
+
+}  // namespace
+
+frmCustom_CHK::frmCustom_CHK(QWidget* parent, const std::string& connection_string)
+    : QDialog(parent), connection_(connection_string) {
+  setObjectName("frmCustom_CHK");
+  setWindowTitle("客戶資料對獎");
+  SetUpWidgets();
+  mfgCustom_H_->Fill(connection_);
+}
+
+void frmCustom_CHK::SetUpWidgets() {
+  mfgCustom_H_ = new CustomerGrid(this, {8, 8, 9, 9, 12});
+  mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
+
+  // Shows whose records are listed; another number is chosen in the grid.
+  txtCustom_No_ = Named(new QLineEdit(this), "txtCustom_No");
+  txtCustom_No_->setReadOnly(true);
+  txtCustom_No_->setFocusPolicy(Qt::ClickFocus);
+  lstRecord_ = new RecordList(this);
+  QLabel* const lblRecord = NewLabel(this, "lblRecord", "購買記錄");
+  lblRecord->setBuddy(lstRecord_);
+
+  auto* const digits = new QGridLayout;
+  digits->setHorizontalSpacing(12);
+  digits->setVerticalSpacing(4);
+  for (std::size_t i = 0; i < cboCheck_.size(); ++i) {
+    const int position = static_cast<int>(i);
+    cboCheck_[i] = new DigitList(this, ElementName("cboCheck", position));
+    cboCheck_[i]->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 5);
+    digits->addWidget(NewLabel(this, ElementName("lblTitle2", position), QString(kPositions[i])), 0, position);
+    digits->addWidget(cboCheck_[i], 1, position);
+  }
+  digits->setColumnStretch(4, 1);
+
+  auto* const scopes = new QVBoxLayout;
+  scopes->setSpacing(8);
+  for (std::size_t i = 0; i < Option1_.size(); ++i) {
+    Option1_[i] = Named(new QRadioButton(QString(kScopes[i]), this), ElementName("Option1", static_cast<int>(i)));
+    scopes->addWidget(Option1_[i]);
+  }
+  Option1_[0]->setChecked(true);
+
+  QPushButton* const cmdCheck2 = NewButton(this, "cmdCheck2", "比對", Emphasis::kMain);
+  QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開");
+  connect(cmdCheck2, &QPushButton::clicked, this, &frmCustom_CHK::cmdCheck2_Click);
+  connect(cmdExit, &QPushButton::clicked, this, &QDialog::close);
+
+  // A model of its own: a draw can have thousands of winners.
+  auto* const lstCheck = Named(new QListView(this), "lstCheck");
+  winners_ = new QStringListModel(this);
+  lstCheck->setUniformItemSizes(true);
+  lstCheck->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  lstCheck->setModel(winners_);
+
+  auto* const customer = new QHBoxLayout;
+  customer->setSpacing(12);
+  customer->addWidget(NewLabel(this, "lblCustom_No", "客戶代號"));
+  customer->addWidget(txtCustom_No_, 1);
+
+  auto* const records = new QVBoxLayout;
+  records->setSpacing(8);
+  records->addLayout(customer);
+  records->addWidget(lblRecord);
+  records->addWidget(lstRecord_, 1);
+
+  auto* const check = new QVBoxLayout;
+  check->setSpacing(16);
+  check->addLayout(digits);
+  check->addLayout(scopes);
+  check->addStretch();
+  auto* const buttons = new QHBoxLayout;
+  buttons->setSpacing(8);
+  buttons->addWidget(cmdCheck2, 1);
+  buttons->addWidget(cmdExit);
+  check->addLayout(buttons);
+
+  auto* const grid = new QGridLayout(this);
+  grid->setContentsMargins(16, 16, 16, 16);
+  grid->setHorizontalSpacing(16);
+  grid->setVerticalSpacing(16);
+  grid->addWidget(mfgCustom_H_, 0, 0);
+  grid->addLayout(records, 0, 1);
+  grid->addWidget(lstCheck, 1, 0);
+  grid->addLayout(check, 1, 1);
+  grid->setColumnStretch(0, 1);
+  grid->setRowStretch(0, 1);
+  grid->setRowStretch(1, 1);
+  resize(1160, 660);
+  mfgCustom_H_->setFocus();
+}
+
+void frmCustom_CHK::mfgCustom_H_Click(int row) {
+  const QString number = mfgCustom_H_->Row(row)[0];
+  txtCustom_No_->setText(number);
+  lstRecord_->Clear();
+  lstRecord_->Fill(connection_, number.toStdString());
+}
+
+void frmCustom_CHK::cmdCheck2_Click() {
+  winners_->setStringList({});
+  const std::optional<CheckScope> scope = ChosenScope();
+  if (!scope) {
+    return;
+  }
+  std::array<std::string, 4> drawn;
+  for (std::size_t i = 0; i < drawn.size(); ++i) {
+    drawn[i] = cboCheck_[i]->currentText().toStdString();
+  }
+  QStringList lines;
+  for (std::size_t mode = 0; mode < kPrizeClasses.size(); ++mode) {
+    Recordset rows = connection_.Open(SelectWinners(static_cast<int>(mode), drawn, *scope));
+    for (; !rows.AtEnd(); rows.MoveNext()) {
+      lines += QString::fromStdString(PrizeLine(rows.Text("CUSTOM_NO"), kPrizeClasses[mode], rows.Text("PLAY_AMT")));
+    }
+  }
+  winners_->setStringList(lines);
+}
+
+std::optional<CheckScope> frmCustom_CHK::ChosenScope() {
+  const std::string number = txtCustom_No_->text().toStdString();
+  if (Option1_[0]->isChecked()) {
+    const QString line = lstRecord_->SelectedLine();
+    if (line.trimmed().isEmpty()) {
+      Notice(this, "請先選擇購買記錄 !");
+      return std::nullopt;
+    }
+    return CheckScope{number, StampOfLine(line.toStdString())};
+  }
+  if (Option1_[1]->isChecked()) {
+    if (lstRecord_->count() == 0) {
+      Notice(this, "此客戶無購買記錄 !");
+      return std::nullopt;
+    }
+    return CheckScope{number, std::nullopt};
+  }
+  return CheckScope{};
+}
+
+}  // namespace marlevo

@@ -1,0 +1,48 @@
+// The customers' prize check: compares stored tickets with a drawn number that the operator sets by hand and lists
+// every winning ticket with its customer, prize class and prize.
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <optional>
+#include <string>
+
+#include "customers/customer_statements.h"
+#include "platform/database/connection.h"
+
+class QLineEdit;
+class QRadioButton;
+class QStringListModel;
+
+namespace marlevo {
+
+class CustomerGrid;
+class DigitList;
+class RecordList;
+
+class frmCustom_CHK : public QDialog {
+  Q_OBJECT
+
+ public:
+  // Opens its own connection and keeps it as long as it lives. DatabaseError when the customers cannot be read.
+  frmCustom_CHK(QWidget* parent, const std::string& connection_string);
+
+ private:
+  void SetUpWidgets();
+
+  void mfgCustom_H_Click(int row);
+  void cmdCheck2_Click();
+
+  // What is to be checked; nothing when the operator has first to choose something, which is then said.
+  std::optional<CheckScope> ChosenScope();
+
+  Connection connection_;
+  CustomerGrid* mfgCustom_H_;
+  QLineEdit* txtCustom_No_;
+  RecordList* lstRecord_;
+  std::array<DigitList*, 4> cboCheck_{};
+  std::array<QRadioButton*, 3> Option1_{};
+  QStringListModel* winners_;
+};
+
+}  // namespace marlevo

@@ -1,0 +1,239 @@
+#include "draws/frmInput.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTableView>
+#include <QTimer>
+#include <algorithm>
+
+#include "platform/text/text.h"
+#include "ui/digit_list.h"
+#include "ui/frmMessage.h"
+#include "ui/grid.h"
+#include "ui/operator_choice.h"
+#include "ui/text_model.h"
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+namespace {
+
+constexpr std::array<const char*, 4> kPositions = {"一", "二", "三", "四"};
+
+}  // namespace
+
+frmInput::frmInput(QWidget* parent, const std::string& connection_string)
+    : QDialog(parent), connection_(connection_string) {
+  setObjectName("frmInput");
+  setWindowTitle("輸入開獎號碼");
+  SetUpWidgets();
+  SetupDrawGrid();
+  LoadDrawResults();
+  resize(sizeHint().width(), fontMetrics().height() * 26);
+}
+
+void frmInput::SetUpWidgets() {
+  txtVou_No_ = Named(new QLineEdit(this), "txtVou_No");
+  // Only digits are typed here: an input method in Chinese mode would swallow them.
+  txtVou_No_->setAttribute(Qt::WA_InputMethodEnabled, false);
+  txtVou_No_->installEventFilter(this);
+  QLabel* const lblVou_No = NewLabel(this, "lblVou_No", "開獎期數");
+  lblVou_No->setBuddy(txtVou_No_);
+
+  auto* const entry = new QGridLayout;
+  entry->setHorizontalSpacing(12);
+  entry->setVerticalSpacing(10);
+  entry->addWidget(lblVou_No, 0, 0);
+  entry->addWidget(txtVou_No_, 0, 1);
+  for (std::size_t i = 0; i < cboCheck_.size(); ++i) {
+    const int position = static_cast<int>(i);
+    cboCheck_[i] = new DigitList(this, ElementName("cboCheck", position));
+    entry->addWidget(NewLabel(this, ElementName("lblTitle2", position), "第" + QString(kPositions[i]) + "柱"),
+                     position + 1, 0);
+    entry->addWidget(cboCheck_[i], position + 1, 1);
+  }
+  entry->setColumnMinimumWidth(1, fontMetrics().horizontalAdvance('0') * 16);
+
+  QPushButton* const cmdAdd = NewButton(this, "cmdAdd", "新增", Emphasis::kMain);
+  QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改");
+  QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除");
+  QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開");
+  connect(cmdAdd, &QPushButton::clicked, this, &frmInput::cmdAdd_Click);
+  connect(cmdEdit, &QPushButton::clicked, this, &frmInput::cmdEdit_Click);
+  connect(cmdDel, &QPushButton::clicked, this, &frmInput::cmdDel_Click);
+  connect(cmdExit, &QPushButton::clicked, this, &QDialog::close);
+
+  auto* const buttons = new QHBoxLayout;
+  buttons->setSpacing(8);
+  buttons->addWidget(cmdAdd, 1);
+  buttons->addWidget(cmdEdit, 1);
+  buttons->addWidget(cmdDel, 1);
+
+  auto* const left = new QVBoxLayout;
+  left->setSpacing(18);
+  left->addLayout(entry);
+  left->addLayout(buttons);
+  left->addStretch();
+  left->addWidget(cmdExit);
+
+  mfgNumeric_ = Named(new OperatorChoice<QTableView>(this), "mfgNumeric");
+  mfgNumeric_->OnChosen([this](int row) { mfgNumeric_RowChosen(row); });
+
+  auto* const columns = new QHBoxLayout(this);
+  columns->setContentsMargins(20, 20, 20, 20);
+  columns->setSpacing(20);
+  columns->addLayout(left);
+  columns->addWidget(mfgNumeric_, 1);
+  txtVou_No_->setFocus();
+}
+
+void frmInput::SetupDrawGrid() {
+  QStringList headings = {"期數"};
+  for (const char* position : kPositions) {
+    headings += "第" + QString(position) + "注";
+  }
+  draws_ = new TextModel(headings, Qt::AlignHCenter, this);
+  draws_->SetTexts({QStringList(5)});
+  SetUpGrid(*mfgNumeric_, GridSelection::kRow);
+  mfgNumeric_->setModel(draws_);
+  SetColumnWidths(*mfgNumeric_, {8, 5, 5, 5, 5});
+  mfgNumeric_->setMinimumWidth(mfgNumeric_->horizontalHeader()->length() + fontMetrics().height() * 2);
+}
+
+void frmInput::LoadDrawResults() {
+  TextModel::Rows rows;
+  for (Recordset draws = connection_.Open(kSelectDraws); !draws.AtEnd(); draws.MoveNext()) {
+    QStringList& row = rows.emplace_back();
+    for (const char* field : {"VOU_NO", "NO1", "NO2", "NO3", "NO4"}) {
+      row += QString::fromStdString(draws.Text(field));
+    }
+  }
+  rows.emplace_back(5);
+  draws_->SetTexts(std::move(rows));
+}
+
+void frmInput::UpdateDrawGrid(Change change) {
+  QStringList row = {txtVou_No_->text()};
+  for (const DigitList* list : cboCheck_) {
+    row += list->currentText();
+  }
+  if (change == Change::kAdded) {
+    draws_->Insert(draws_->rowCount() - 1, row);
+    mfgNumeric_->scrollToBottom();
+    return;
+  }
+  // By text: a number typed with leading zeros is found in the table, but not here.
+  const TextModel::Rows& rows = draws_->Texts();
+  const auto same = [&row](const QStringList& other) { return other[0] == row[0]; };
+  const auto found = std::find_if(rows.begin(), rows.end(), same);
+  if (found == rows.end()) {
+    return;
+  }
+  const int place = static_cast<int>(found - rows.begin());
+  if (change == Change::kDeleted) {
+    draws_->Remove(place);
+  } else {
+    draws_->Replace(place, row);
+  }
+}
+
+void frmInput::cmdAdd_Click() {
+  if (!HasNumber()) {
+    return;
+  }
+  if (DrawExists()) {
+    ShowMessage(this, "開獎期數已經存在,不可新增 !!");
+    return;
+  }
+  connection_.Execute(InsertDraw(Number(), Digits()));
+  connection_.Flush();
+  UpdateDrawGrid(Change::kAdded);
+}
+
+void frmInput::cmdEdit_Click() {
+  if (!HasNumber()) {
+    return;
+  }
+  if (!DrawExists()) {
+    ShowMessage(this, "開獎期數不存在,不可修改 !!");
+    return;
+  }
+  // Made first, so that digits that are no numbers do not cost the draw.
+  const std::string insert = InsertDraw(Number(), Digits());
+  connection_.Execute(DeleteDraw(Number()));
+  connection_.Execute(insert);
+  connection_.Flush();
+  UpdateDrawGrid(Change::kChanged);
+}
+
+void frmInput::cmdDel_Click() {
+  if (!HasNumber()) {
+    return;
+  }
+  if (!DrawExists()) {
+    ShowMessage(this, "開獎期數不存在,不可刪除 !!");
+    return;
+  }
+  connection_.Execute(DeleteDraw(Number()));
+  connection_.Flush();
+  UpdateDrawGrid(Change::kDeleted);
+}
+
+void frmInput::mfgNumeric_RowChosen(int row) {
+  const QStringList& texts = draws_->Texts()[static_cast<std::size_t>(row)];
+  txtVou_No_->setText(texts[0]);
+  for (std::size_t i = 0; i < cboCheck_.size(); ++i) {
+    const double digit = LenientNumber(texts[static_cast<int>(i) + 1].toStdString());
+    cboCheck_[i]->SetDigit(QString::fromStdString(NumberText(digit)));
+  }
+}
+
+void frmInput::txtVou_No_GotFocus() {
+  // After the press that gave the focus, which would put the cursor somewhere and take the selection away.
+  QTimer::singleShot(0, txtVou_No_, &QLineEdit::selectAll);
+}
+
+bool frmInput::txtVou_No_KeyPress(const QKeyEvent& event) {
+  const QString typed = event.text();
+  const bool shortcut = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  const bool printable = !typed.isEmpty() && typed[0].isPrint();
+  return printable && !shortcut && !(typed[0] >= u'0' && typed[0] <= u'9');
+}
+
+bool frmInput::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn) {
+    txtVou_No_GotFocus();
+  } else if (event->type() == QEvent::KeyPress && txtVou_No_KeyPress(*static_cast<QKeyEvent*>(event))) {
+    return true;
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
+bool frmInput::HasNumber() {
+  if (txtVou_No_->text().isEmpty()) {
+    ShowMessage(this, "請先輸入期數 !!");
+    return false;
+  }
+  return true;
+}
+
+bool frmInput::DrawExists() {
+  return !connection_.Open(SelectDraw(Number())).AtEnd();
+}
+
+std::string frmInput::Number() const {
+  return txtVou_No_->text().toStdString();
+}
+
+DrawnDigits frmInput::Digits() const {
+  DrawnDigits digits;
+  for (std::size_t i = 0; i < digits.size(); ++i) {
+    digits[i] = cboCheck_[i]->currentText().toStdString();
+  }
+  return digits;
+}
+
+}  // namespace marlevo

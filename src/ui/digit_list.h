@@ -1,0 +1,19 @@
+// A drop-down list of the digits 0 to 9 in which other texts can be typed and shown too: what is stored may lie
+// outside.
+#pragma once
+
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+class DigitList : public DropDownList {
+  Q_OBJECT
+
+ public:
+  // Starts at "0".
+  DigitList(QWidget* parent, const QString& name);
+
+  void SetDigit(const QString& text);
+};
+
+}  // namespace marlevo

@@ -1,0 +1,89 @@
+#include "ui/text_model.h"
+
+#include <QFontMetrics>
+#include <QTableView>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace marlevo {
+
+TextModel::TextModel(QStringList headings, Qt::Alignment alignment, QObject* parent)
+    : QAbstractTableModel(parent), headings_(std::move(headings)), alignment_(alignment | Qt::AlignVCenter) {}
+
+void TextModel::SetTexts(Rows rows) {
+  beginResetModel();
+  rows_ = std::move(rows);
+  endResetModel();
+}
+
+void TextModel::Insert(int row, const QStringList& texts) {
+  beginInsertRows({}, row, row);
+  rows_.insert(rows_.begin() + row, texts);
+  endInsertRows();
+}
+
+void TextModel::Replace(int row, const QStringList& texts) {
+  rows_[static_cast<std::size_t>(row)] = texts;
+  Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+}
+
+void TextModel::Remove(int row) {
+  beginRemoveRows({}, row, row);
+  rows_.erase(rows_.begin() + row);
+  endRemoveRows();
+}
+
+int TextModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int TextModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(headings_.size());
+}
+
+QVariant TextModel::data(const QModelIndex& index, int role) const {
+  if (role == Qt::DisplayRole) {
+    return rows_[static_cast<std::size_t>(index.row())][index.column()];
+  }
+  return role == Qt::TextAlignmentRole ? QVariant::fromValue(alignment_) : QVariant();
+}
+
+QVariant TextModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || section < 0 || section >= headings_.size()) {
+    return {};
+  }
+  if (role == Qt::DisplayRole) {
+    return headings_[section];
+  }
+  return role == Qt::TextAlignmentRole ? QVariant::fromValue(alignment_) : QVariant();
+}
+
+void FitColumns(QTableView& grid, const TextModel& model, const std::vector<double>& least) {
+  const QFontMetrics metrics = grid.fontMetrics();
+  // Widths of single characters add up to a text's width or a little more; all beyond the first 128 count as
+  // full-width.
+  std::array<int, 128> narrow{};
+  for (std::size_t character = 0; character < narrow.size(); ++character) {
+    narrow[character] = metrics.horizontalAdvance(QLatin1Char(static_cast<char>(character)));
+  }
+  const int wide = metrics.horizontalAdvance(QChar(u'國'));
+  const auto width = [&](const QString& text) {
+    int sum = 0;
+    for (const QChar character : text) {
+      sum += character.unicode() < narrow.size() ? narrow[character.unicode()] : wide;
+    }
+    return sum;
+  };
+  const int padding = metrics.horizontalAdvance(QLatin1Char('W'));
+  for (int column = 0; column < model.columnCount(); ++column) {
+    int widest = width(model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    for (const QStringList& row : model.Texts()) {
+      widest = std::max(widest, width(row[column]));
+    }
+    const double floor = least[static_cast<std::size_t>(column)] * metrics.horizontalAdvance(QLatin1Char('W'));
+    grid.setColumnWidth(column, std::max(widest + padding, static_cast<int>(floor)));
+  }
+}
+
+}  // namespace marlevo
