@@ -1,0 +1,80 @@
+// The printer service: pages in twips from the paper's corner on the default system printer. Nothing else in the system
+// prints.
+#pragma once
+
+#include <QRectF>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/errors/operation_error.h"
+#include "platform/printer/page_drawing.h"
+
+class QPainter;
+class QPrinter;
+
+namespace marlevo {
+
+// Draws a page with a painter whose unit is the twip: the one way to the screen, into a PDF and onto paper. Marks and
+// texts are opaque black without outline or smoothing, so that every driver passes them on as they are. A mark so large
+// or so far away that no paper holds it is left out.
+void DrawPage(QPainter& painter, const PageDrawing& page);
+
+// A drawing without pixels. `draw` fills (0, 0) to (width, height); printed, it is stretched into any rectangle.
+struct Picture {
+  double width;
+  double height;
+  std::function<void(QPainter&)> draw;
+};
+
+// Whole twips.
+struct PaperSize {
+  int width;
+  int height;
+};
+
+// One job of any number of pages on the printer's default paper. It begins when something is drawn, and a page begins
+// when something is drawn on it: a job without drawings is never sent, and no blank page ends one.
+//
+// Every function throws PrinterError: no printer installed, paper or scale refused, job refused. A job is never turned
+// into a file behind the operator's back.
+class PrintJob {
+ public:
+  // `title` names the job in the system's queue. With `pdf_file` the pages go into that file instead of the printer
+  // (for measuring what would be printed).
+  explicit PrintJob(std::string title, std::filesystem::path pdf_file = {});
+  // Ends the job like End, without saying whether it was taken.
+  ~PrintJob();
+
+  // The paper that will be printed on, without any margin.
+  PaperSize Paper();
+
+  void Draw(const PageDrawing& page);
+  void Draw(const Picture& picture, const QRectF& target);
+  // What is drawn next begins a page.
+  void NewPage() { on_page_ = false; }
+
+  // Hands the job to the system. To cancel, stop drawing and end: drivers send pages as they come, so what was drawn
+  // goes out.
+  void End();
+
+  // Pages that have something on them.
+  int Pages() const { return pages_; }
+
+ private:
+  QPrinter& Printer();
+  QPainter& PainterOnPage();
+
+  std::string title_;
+  std::filesystem::path pdf_file_;
+  std::unique_ptr<QPrinter> printer_;
+  std::unique_ptr<QPainter> painter_;
+  bool on_page_ = false;
+  int pages_ = 0;
+};
+
+// The default printer's paper. Throws PrinterError when there is no printer.
+PaperSize DefaultPaper();
+
+}  // namespace marlevo

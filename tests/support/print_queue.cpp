@@ -1,0 +1,42 @@
+#include "support/print_queue.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace marlevo::test {
+
+bool PrintQueue::Installed() {
+  return QFileInfo::exists("/usr/sbin/cupsd");
+}
+
+PrintQueue::PrintQueue() {
+  OutputOf(PRINT_QUEUE_SCRIPT, {"start", folder_.path().toStdString()});
+  qputenv("CUPS_SERVER", folder_.filePath("socket").toUtf8());
+}
+
+PrintQueue::~PrintQueue() {
+  OutputOf(PRINT_QUEUE_SCRIPT, {"stop", folder_.path().toStdString()});
+}
+
+std::vector<PrintedJob> PrintQueue::TakeJobs() {
+  std::vector<PrintedJob> jobs;
+  for (;;) {
+    const QString number = QString("%1").arg(jobs_ + 1, 5, 10, QChar('0'));
+    const QString document = folder_.filePath("spool/d" + number + "-001");
+    QFile attributes(folder_.filePath("spool/c" + number));
+    if (!QFileInfo::exists(document) || !attributes.open(QIODevice::ReadOnly)) {
+      return jobs;
+    }
+    ++jobs_;
+    jobs.push_back({document.toStdString(), attributes.readAll().toStdString(), ReadPdf(document.toStdString())});
+  }
+}
+
+void PrintQueue::Accept(bool accept) {
+  OutputOf(accept ? "/usr/sbin/cupsaccept" : "/usr/sbin/cupsreject",
+           {"-h", folder_.filePath("socket").toStdString(), "slips"});
+}
+
+}  // namespace marlevo::test

@@ -1,0 +1,38 @@
+// A real print queue for one test program: a private cupsd on a socket in a temporary folder, its queue the default
+// printer, every job kept as it was sent.
+#pragma once
+
+#include <QTemporaryDir>
+#include <string>
+#include <vector>
+
+#include "support/printed_pages.h"
+
+namespace marlevo::test {
+
+struct PrintedJob {
+  std::filesystem::path document;  // PDF
+  std::string attributes;          // as the server keeps them, binary
+  std::vector<PrintedPage> pages;
+};
+
+class PrintQueue {
+ public:
+  static bool Installed();
+
+  // Starts the server and makes it this process's print system; one a process, since the print system is asked for
+  // once.
+  PrintQueue();
+  ~PrintQueue();
+
+  // What was sent since the last call, in the order of sending.
+  std::vector<PrintedJob> TakeJobs();
+  // Whether the queue takes jobs (it does at first).
+  void Accept(bool accept);
+
+ private:
+  QTemporaryDir folder_;
+  int jobs_ = 0;
+};
+
+}  // namespace marlevo::test

@@ -1,0 +1,100 @@
+#include "support/printed_pages.h"
+
+#include <gtest/gtest.h>
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTransform>
+#include <sstream>
+
+namespace marlevo::test {
+
+namespace {
+
+// The rectangles that the drawing operators of one page fill.
+std::vector<Mark> FilledRectangles(std::istream& content, double page_height) {
+  std::vector<Mark> filled;
+  std::vector<Mark> path;
+  std::vector<double> numbers;
+  std::vector<QTransform> saved;
+  QTransform to_points;
+  for (std::string word; content >> word && word != "endstream";) {
+    char* end = nullptr;
+    const double number = std::strtod(word.c_str(), &end);
+    if (*end == 0) {
+      numbers.push_back(number);
+      continue;
+    }
+    if (word == "q") {
+      saved.push_back(to_points);
+    } else if (word == "Q" && !saved.empty()) {
+      to_points = saved.back();
+      saved.pop_back();
+    } else if (word == "cm" && numbers.size() == 6) {
+      to_points = QTransform(numbers[0], numbers[1], numbers[2], numbers[3], numbers[4], numbers[5]) * to_points;
+    } else if (word == "re" && numbers.size() == 4) {
+      const QRectF box = to_points.mapRect(QRectF(numbers[0], numbers[1], numbers[2], numbers[3]).normalized());
+      path.push_back({box.left() * kTwipsPerPoint, (page_height - box.bottom()) * kTwipsPerPoint,
+                      box.width() * kTwipsPerPoint, box.height() * kTwipsPerPoint});
+    } else if (word == "f" || word == "f*") {
+      filled.insert(filled.end(), path.begin(), path.end());
+      path.clear();
+    } else if (word == "n" || word == "S" || word == "W") {
+      path.clear();
+    }
+    numbers.clear();
+  }
+  return filled;
+}
+
+}  // namespace
+
+std::string OutputOf(const std::string& program, const std::vector<std::string>& arguments) {
+  QStringList list;
+  for (const std::string& argument : arguments) {
+    list += QString::fromStdString(argument);
+  }
+  QProcess process;
+  process.start(QString::fromStdString(program), list);
+  EXPECT_TRUE(process.waitForFinished(60000) && process.exitCode() == 0)
+      << program << ": " << process.readAllStandardError().toStdString();
+  return process.readAllStandardOutput().toStdString();
+}
+
+std::vector<PrintedPage> ReadPdf(const std::filesystem::path& pdf) {
+  std::istringstream lines(OutputOf("qpdf", {"--qdf", "--object-streams=disable", pdf.string(), "-"}));
+  std::vector<PrintedPage> pages;
+  for (std::string line; std::getline(lines, line);) {
+    if (line == "  /MediaBox [") {
+      double left = 0;
+      double bottom = 0;
+      double right = 0;
+      double top = 0;
+      lines >> left >> bottom >> right >> top;
+      pages.push_back({(right - left) * kTwipsPerPoint, (top - bottom) * kTwipsPerPoint, {}});
+    } else if (line.starts_with("%% Contents for page ")) {
+      const std::size_t number = std::stoul(line.substr(21));
+      while (std::getline(lines, line) && line != "stream") {
+      }
+      EXPECT_LE(number, pages.size());
+      if (number <= pages.size()) {
+        PrintedPage& page = pages[number - 1];
+        page.marks = FilledRectangles(lines, page.height / kTwipsPerPoint);
+      }
+    }
+  }
+  return pages;
+}
+
+std::vector<PageText> ReadPdfWords(const std::filesystem::path& pdf) {
+  static const QRegularExpression word(R"re(<word xMin="([\d.]+)" yMin="([\d.]+)"[^>]*>([^<]*)</word>)re");
+  const QString output = QString::fromStdString(OutputOf("pdftotext", {"-bbox", pdf.string(), "-"}));
+  std::vector<PageText> words;
+  for (const QRegularExpressionMatch& match : word.globalMatch(output)) {
+    words.push_back({match.captured(1).toDouble() * kTwipsPerPoint, match.captured(2).toDouble() * kTwipsPerPoint,
+                     match.captured(3).toStdString()});
+  }
+  return words;
+}
+
+}  // namespace marlevo::test
