@@ -26,7 +26,6 @@ CustomerGrid::CustomerGrid(QWidget* parent, std::vector<double> least_widths)
   customers_ = new TextModel(headings, Qt::AlignLeft, this);
   SetUpGrid(*this, GridSelection::kRow);
   setModel(customers_);
-  FitColumns(*this, *customers_, least_widths_);
 }
 
 void CustomerGrid::Fill(Connection& connection) {
@@ -58,6 +57,11 @@ void CustomerGrid::Remove(const QString& number) {
   if (const int row = Find(number); row != -1) {
     customers_->Remove(row);
   }
+}
+
+void CustomerGrid::resizeEvent(QResizeEvent* event) {
+  OperatorChoice::resizeEvent(event);
+  FitColumns(*this, *customers_, least_widths_);
 }
 
 int CustomerGrid::Find(const QString& number) const {

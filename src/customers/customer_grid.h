@@ -30,6 +30,9 @@ class CustomerGrid : public OperatorChoice<QTableView> {
   void Replace(const QStringList& customer);
   void Remove(const QString& number);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   // -1 when there is none.
   int Find(const QString& number) const;

@@ -14,7 +14,7 @@ constexpr int kPlaces = 40;  // as often as the bar is painted from empty to ful
 
 MessagePanel::MessagePanel(QWidget* window) : QFrame(window), bar_(Named(new QProgressBar(this), "prgMsg")) {
   setObjectName("picMsg");
-  setFrameStyle(QFrame::Box | QFrame::Plain);
+  setFrameStyle(QFrame::StyledPanel | QFrame::Plain);
   setAutoFillBackground(true);
   setBackgroundRole(QPalette::Base);
   bar_->setRange(0, kPlaces);

@@ -1,6 +1,7 @@
 #include "customers/record_tabs.h"
 
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QTableView>
 #include <cmath>
@@ -54,7 +55,7 @@ RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
     tickets_[mode] = new TextModel(headings, Qt::AlignHCenter, this);
     SetUpGrid(*grid, GridSelection::kNone);
     grid->setModel(tickets_[mode]);
-    SetColumnWidths(*grid, {5, 4.5, 4.5, 4.5, 4.5});
+    grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
 
     lblAmt_[mode] = NewLabel(page, ElementName("lblAmt", index), {});
     lblAmt_[mode]->setTextFormat(Qt::PlainText);

@@ -99,8 +99,10 @@ void frmInput::SetupDrawGrid() {
   draws_->SetTexts({QStringList(5)});
   SetUpGrid(*mfgNumeric_, GridSelection::kRow);
   mfgNumeric_->setModel(draws_);
-  SetColumnWidths(*mfgNumeric_, {8, 5, 5, 5, 5});
-  mfgNumeric_->setMinimumWidth(mfgNumeric_->horizontalHeader()->length() + fontMetrics().height() * 2);
+  mfgNumeric_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  mfgNumeric_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Fixed);
+  SetColumnWidths(*mfgNumeric_, {9});
+  mfgNumeric_->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 30);
 }
 
 void frmInput::LoadDrawResults() {

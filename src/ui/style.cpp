@@ -152,6 +152,9 @@ int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, con
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
       return 8;
+    case PM_FocusFrameHMargin:  // beside the text of a cell
+    case PM_HeaderMargin:
+      return 6;
     case PM_TabBarTabHSpace:
       return 20;
     case PM_TabBarTabVSpace:
@@ -170,7 +173,7 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption* optio
   const QSize natural = QProxyStyle::sizeFromContents(type, option, size, widget);
   switch (type) {
     case CT_PushButton:
-      return natural.expandedTo(QSize(72, 38));
+      return (natural + QSize(16, 0)).expandedTo(QSize(72, 38));
     case CT_ComboBox:
     case CT_LineEdit:
       return natural.expandedTo(QSize(0, 34));
@@ -214,7 +217,7 @@ QPalette WindowPalette() {
   set(QPalette::ToolTipBase, 0xfffffbe6, 0xfffffbe6);
   set(QPalette::ToolTipText, colours::kText, colours::kText);
   set(QPalette::Light, 0xffffffff, 0xffffffff);
-  set(QPalette::Midlight, 0xffe4e9ed, 0xffe4e9ed);
+  set(QPalette::Midlight, colours::kAccentPale, colours::kAccentPale);
   set(QPalette::Mid, colours::kLine, colours::kLine);
   set(QPalette::Dark, 0xff8a97a3, 0xff8a97a3);
   set(QPalette::Shadow, 0xff5a6875, 0xff5a6875);

@@ -75,14 +75,19 @@ void FitColumns(QTableView& grid, const TextModel& model, const std::vector<doub
     }
     return sum;
   };
-  const int padding = metrics.horizontalAdvance(QLatin1Char('W'));
-  for (int column = 0; column < model.columnCount(); ++column) {
+  const int unit = metrics.horizontalAdvance(QLatin1Char('W'));
+  const int last = model.columnCount() - 1;
+  int before = 0;  // width of the columns so far
+  for (int column = 0; column <= last; ++column) {
     int widest = width(model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
     for (const QStringList& row : model.Texts()) {
       widest = std::max(widest, width(row[column]));
     }
-    const double floor = least[static_cast<std::size_t>(column)] * metrics.horizontalAdvance(QLatin1Char('W'));
-    grid.setColumnWidth(column, std::max(widest + padding, static_cast<int>(floor)));
+    const auto floor = static_cast<int>(least[static_cast<std::size_t>(column)] * unit);
+    const int rest = column == last ? grid.viewport()->width() - before : 0;
+    const int chosen = std::max({widest + unit + unit / 2, floor, rest});
+    grid.setColumnWidth(column, chosen);
+    before += chosen;
   }
 }
 
