@@ -14,6 +14,7 @@ constexpr std::size_t kMaxKeyCharacters = 255;  // the rest of a longer text doe
 // What the characters U+0020..U+00FF weigh: one or two bytes of weight, above them the accent. 0 for characters that
 // have no weight of their own.
 constexpr char16_t kFirstLatin = 0x20;
+constexpr char16_t kSoftHyphen = 0xAD;
 constexpr int kAccentShift = 16;
 constexpr std::array<std::uint32_t, 0x100 - kFirstLatin> kLatin = {
     // clang-format off
@@ -47,6 +48,11 @@ constexpr std::array<std::uint32_t, 0x100 - kFirstLatin> kLatin = {
     0x210064, 0x0F006F, 0x0E006F, 0x12006F, 0x13006F, 0x0E0076, 0x006D57, 0x130076,  // F8
     // clang-format on
 };
+
+// Tab, line feed and the like, which do have a weight.
+constexpr char16_t kFirstSpacing = 0x09;
+constexpr char16_t kLastSpacing = 0x0D;
+constexpr std::uint32_t kFirstSpacingWeight = 0x0803;
 
 // Chinese characters: within a run the weight, always of two bytes, grows with the character. No gaps between runs.
 struct Run {
@@ -94,15 +100,25 @@ constexpr std::size_t kFirstPosition = 7;
 constexpr std::size_t kPositionStep = 4;
 constexpr std::size_t kPositionBit = 0x8000;
 
-std::optional<std::byte> IgnoredCode(char16_t character) {
-  switch (character) {
-    case u'\'':
-      return std::byte{0x80};
-    case u'-':
-      return std::byte{0x82};
-    default:
-      return std::nullopt;
+// 0 when there is none.
+unsigned IgnoredCode(char16_t character) {
+  if (character == u'\'') {
+    return 0x80;
   }
+  if (character == u'-') {
+    return 0x82;
+  }
+  if (character == kSoftHyphen) {
+    return 0x83;
+  }
+  // Control characters.
+  if (character >= 0x01 && character < kFirstSpacing) {
+    return character + 0x02u;
+  }
+  if (character > kLastSpacing && character < kFirstLatin) {
+    return character - 0x03u;
+  }
+  return character >= 0x7F && character < 0xA0 ? character - 0x62u : 0;
 }
 
 // 0 when unknown.
@@ -112,6 +128,9 @@ std::uint32_t Weight(char16_t character) {
                                         [](char16_t sought, const Run& run) { return sought < run.first; });
     const Run& run = *(after - 1);
     return run.weight + (std::uint32_t{character} - run.first);
+  }
+  if (character >= kFirstSpacing && character <= kLastSpacing) {
+    return kFirstSpacingWeight + (std::uint32_t{character} - kFirstSpacing);
   }
   return character >= kFirstLatin && character - kFirstLatin < int{kLatin.size()} ? kLatin[character - kFirstLatin] : 0;
 }
@@ -135,9 +154,10 @@ std::optional<char16_t> AppendJet4TextKey(std::u16string_view text, Key& key) {
         accents.push_back(std::byte(accent));
       }
       ++weighed;
-    } else if (const auto code = IgnoredCode(character)) {
+    } else if (const unsigned code = IgnoredCode(character); code != 0) {
       const std::size_t position = kPositionBit | (kFirstPosition + kPositionStep * weighed);
-      ignored.insert(ignored.end(), {std::byte(position >> 8), std::byte(position & 0xFF), kIgnoredMark, *code});
+      ignored.insert(ignored.end(),
+                     {std::byte(position >> 8), std::byte(position & 0xFF), kIgnoredMark, std::byte(code)});
     } else {
       return character;
     }

@@ -9,9 +9,8 @@
 
 namespace marlevo::access {
 
-// Appends the key of `text`. When it holds a character whose place in the order is not known (known are ASCII, Latin-1
-// and the Chinese characters U+4E00..U+9FA5, without control characters) that character is returned and `key` is of
-// no use.
+// Appends the key of `text`. When it holds a character whose place in the order is not known (known are U+0001..U+00FF
+// and the Chinese characters U+4E00..U+9FA5) that character is returned and `key` is of no use.
 std::optional<char16_t> AppendJet4TextKey(std::u16string_view text, Key& key);
 
 }  // namespace marlevo::access

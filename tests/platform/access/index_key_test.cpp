@@ -134,6 +134,7 @@ TEST(IndexKey, TextOfJet4) {
       {u"a-b", "7F4A4C01010101800B068200"},
       {u"\u00E9'", "7F51010E010101800B068000"},
       {u"-", "7F010101018007068200"},
+      {u"\t\u0001\u001F\u0080", "7F080301010101800B0603800B061C800B061E00"},
   };
   for (const auto& [text, key] : cases) {
     EXPECT_EQ(Jet4(text), key);
@@ -144,7 +145,7 @@ TEST(IndexKey, TextOfJet4) {
 }
 
 TEST(IndexKey, RefusesWhatItDoesNotKnow) {
-  for (const std::u16string_view text : {u"\u3042", u"\uFF21", u"\U00020000", u"a\u0007", u"\u00AD"}) {
+  for (const std::u16string_view text : {u"\u3042", u"\uFF21", u"\U00020000", u"\u0416"}) {
     EXPECT_THROW(Jet4(text), AccessError);
   }
   const KeyColumn other_page = TextColumn(TextOrder::kJet3Ascii);
