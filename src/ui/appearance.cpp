@@ -9,7 +9,7 @@ namespace marlevo {
 
 namespace {
 constexpr double kWindowPoints = 12;
-constexpr double kAlignedPoints = 11.25;  // 15 pixels on an ordinary screen: a line of the totals fits its box
+constexpr double kAlignedPoints = 14;
 }  // namespace
 
 QFont WindowFont() {

@@ -3,6 +3,8 @@
 #include <QColor>
 #include <array>
 
+#include "ui/appearance.h"
+
 namespace marlevo {
 
 namespace {
@@ -36,6 +38,9 @@ int TicketModel::columnCount(const QModelIndex& parent) const {
 QVariant TicketModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::TextAlignmentRole) {
     return QVariant::fromValue(Qt::AlignCenter);
+  }
+  if (role == Qt::BackgroundRole && index.column() == 0) {
+    return QColor(colours::kGround);
   }
   const auto row = static_cast<std::size_t>(index.row());
   // The list may already be longer or shorter than the views know.

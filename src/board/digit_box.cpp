@@ -1,0 +1,78 @@
+#include "board/digit_box.h"
+
+#include <QPainter>
+
+#include "ui/appearance.h"
+#include "ui/style.h"
+
+namespace marlevo {
+
+namespace {
+constexpr QSize kSmallest(34, 32);
+constexpr QSize kComfortable(56, 40);
+constexpr double kActionPoints = 12;
+constexpr double kRadius = 4;
+constexpr double kMarkSize = 14;
+constexpr QRgb kFocus = 0xffe08a00;
+}  // namespace
+
+DigitBox::DigitBox(QWidget* parent, const QString& name, const QString& caption, Kind kind)
+    : QCheckBox(caption, parent), kind_(kind) {
+  setObjectName(name);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  setAttribute(Qt::WA_Hover);
+  if (kind == Kind::kAction) {
+    QFont small = font();
+    small.setPointSizeF(kActionPoints);
+    setFont(small);
+  }
+}
+
+QSize DigitBox::sizeHint() const {
+  return kind_ == Kind::kDigit ? kComfortable : kSmallest;
+}
+
+QSize DigitBox::minimumSizeHint() const {
+  return kSmallest;
+}
+
+bool DigitBox::hitButton(const QPoint& position) const {
+  return rect().contains(position);
+}
+
+void DigitBox::nextCheckState() {
+  if (kind_ == Kind::kDigit) {
+    QCheckBox::nextCheckState();
+  }
+}
+
+void DigitBox::paintEvent(QPaintEvent*) {
+  const bool on = isChecked();
+  const bool pressed = isDown();
+  const QColor paper(kind_ == Kind::kDigit ? colours::kPanel : colours::kGround);
+  const QColor fill = on                        ? QColor(pressed ? colours::kAccentDark : colours::kAccent)
+                      : pressed || underMouse() ? QColor(colours::kAccentPale)
+                                                : paper;
+
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(fill);
+  painter.setPen(QPen(QColor(on ? colours::kAccentDark : colours::kLine), 1));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+  if (hasFocus()) {
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor(kFocus), 3));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5), kRadius, kRadius);
+  }
+
+  if (on) {
+    QFont bold = font();
+    bold.setBold(true);
+    painter.setFont(bold);
+    DrawCheckMark(painter, QRectF(width() - kMarkSize - 3, 3, kMarkSize, kMarkSize), Qt::white, 2);
+  }
+  painter.setPen(on ? QColor(Qt::white) : QColor(kind_ == Kind::kDigit ? colours::kText : colours::kFaintText));
+  painter.drawText(rect(), Qt::AlignCenter, text());
+}
+
+}  // namespace marlevo

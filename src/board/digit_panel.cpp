@@ -1,0 +1,261 @@
+#include "board/digit_panel.h"
+
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+namespace {
+
+constexpr double kDigitPoints = 18;
+constexpr double kTitlePoints = 12;
+constexpr int kSpacing = 4;
+// The extra columns are narrow: their titles are short.
+constexpr std::array<const char*, kPickColumns> kTitles = {"第一柱", "第二柱", "第三柱", "第四柱", "五柱",
+                                                           "六柱",   "七柱",   "八柱",   "九柱",   "十柱"};
+
+// Grid column 0 holds the row titles; a gap stands before the extra columns.
+constexpr int GridColumn(int cell_column) {
+  return cell_column < 6 ? cell_column + 1 : cell_column + 2;
+}
+constexpr int kGapColumn = 7;
+constexpr int kFirstExtraCell = 6;
+
+QLabel* NewTitle(QWidget* parent, const QString& name, const QString& text, const QFont& font) {
+  QLabel* const label = NewLabel(parent, name, text);
+  label->setAlignment(Qt::AlignCenter);
+  label->setFont(font);
+  return label;
+}
+
+}  // namespace
+
+DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
+  QFont title_font = font();
+  title_font.setPointSizeF(kTitlePoints);
+  QFont digit_font = font();
+  digit_font.setPointSizeF(kDigitPoints);
+  setFont(digit_font);
+  setFrameStyle(QFrame::StyledPanel);
+  setBackgroundRole(QPalette::Base);
+  setAutoFillBackground(true);
+
+  auto* const grid = new QGridLayout(this);
+  grid->setContentsMargins(8, 8, 12, 12);
+  grid->setSpacing(kSpacing);
+  for (int digit = 0; digit < kDigits; ++digit) {
+    const QString caption = QString::number(digit);
+    QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), caption, title_font);
+    title->setForegroundRole(QPalette::PlaceholderText);
+    grid->addWidget(title, digit + 1, 0);
+    grid->setRowStretch(digit + 1, 1);
+    for (int column = 1; column <= kShownColumns; ++column) {
+      auto* const box =
+          new DigitBox(this, ElementName("chkNum" + QString::number(column), digit), caption, DigitBox::Kind::kDigit);
+      columns_[static_cast<std::size_t>(column)][static_cast<std::size_t>(digit)] = box;
+      AddCell(*grid, box, digit, column - 1);
+    }
+    auto* const on = new DigitBox(this, ElementName("chkAll_X1", digit), "全", DigitBox::Kind::kAction);
+    on->setToolTip(QString("四柱都選 %1").arg(digit));
+    connect(on, &QCheckBox::clicked, this, [this, digit] { chkAll_X1_Click(digit); });
+    AddCell(*grid, on, digit, kShownColumns);
+    auto* const off = new DigitBox(this, ElementName("chkAll_X2", digit), "清", DigitBox::Kind::kAction);
+    off->setToolTip(QString("四柱都不選 %1").arg(digit));
+    connect(off, &QCheckBox::clicked, this, [this, digit] { chkAll_X2_Click(digit); });
+    AddCell(*grid, off, digit, kShownColumns + 1);
+  }
+  for (int column = 0; column < kShownColumns; ++column) {
+    const QString title = kTitles[static_cast<std::size_t>(column)];
+    grid->addWidget(NewTitle(this, ElementName("lblTitle2", column), title, title_font), 0, GridColumn(column));
+    auto* const on = new DigitBox(this, ElementName("chkAll_Y1", column), "全", DigitBox::Kind::kAction);
+    on->setToolTip(title + "全選 0 到 9");
+    connect(on, &QCheckBox::clicked, this, [this, column] { chkAll_Y1_Click(column); });
+    AddCell(*grid, on, kDigits, column);
+    auto* const off = new DigitBox(this, ElementName("chkAll_Y2", column), "清", DigitBox::Kind::kAction);
+    off->setToolTip(title + "全部不選");
+    connect(off, &QCheckBox::clicked, this, [this, column] { chkAll_Y2_Click(column); });
+    AddCell(*grid, off, kDigits + 1, column);
+  }
+  for (int column = 0; column < kCellColumns; ++column) {
+    grid->setColumnStretch(GridColumn(column), column < kShownColumns ? 3 : 2);
+  }
+  grid->setColumnMinimumWidth(0, 22);
+  grid->setColumnMinimumWidth(kGapColumn, 6);
+
+  reserved_ = NewTitle(this, "lblExtra", {}, title_font);
+  reserved_->setWordWrap(true);
+  reserved_->setForegroundRole(QPalette::PlaceholderText);
+  reserved_->setFrameStyle(QFrame::StyledPanel);
+  reserved_->setBackgroundRole(QPalette::AlternateBase);
+  reserved_->setAutoFillBackground(true);
+  reserved_->setMargin(16);
+  grid->addWidget(reserved_, 0, GridColumn(kFirstExtraCell), kCellRows + 1, kPickColumns - kShownColumns);
+  AddExtraColumns(*grid);
+  WriteHiddenPicks();
+}
+
+void DigitPanel::AddExtraColumns(QGridLayout& grid) {
+  for (int column = kShownColumns + 1; column <= kPickColumns; ++column) {
+    const int cell_column = kFirstExtraCell + column - kShownColumns - 1;
+    const auto extra = static_cast<std::size_t>(column - kShownColumns - 1);
+    extra_titles_[extra] = NewTitle(this, ElementName("lblTitle3", static_cast<int>(extra)),
+                                    kTitles[static_cast<std::size_t>(column - 1)], reserved_->font());
+    extra_titles_[extra]->hide();
+    grid.addWidget(extra_titles_[extra], 0, GridColumn(cell_column));
+    for (int digit = 0; digit < kDigits; ++digit) {
+      auto* const box = new DigitBox(this, ElementName("chkNum" + QString::number(column), digit),
+                                     QString::number(digit), DigitBox::Kind::kDigit);
+      box->hide();
+      columns_[static_cast<std::size_t>(column)][static_cast<std::size_t>(digit)] = box;
+      AddCell(grid, box, digit, cell_column);
+    }
+  }
+}
+
+void DigitPanel::AddCell(QGridLayout& grid, DigitBox* box, int row, int column) {
+  grid.addWidget(box, row + 1, GridColumn(column));
+  cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = box;
+  box->setFocusPolicy(tab_stop_ == nullptr ? Qt::StrongFocus : Qt::ClickFocus);
+  if (tab_stop_ == nullptr) {
+    tab_stop_ = box;
+  }
+  box->installEventFilter(this);
+}
+
+void DigitPanel::ReadInto(Selection& picks) const {
+  for (int column = 1; column <= kPickColumns; ++column) {
+    for (const DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
+      if (box->isChecked()) {
+        picks.Pick(column, box->text().toInt());
+      }
+    }
+  }
+}
+
+void DigitPanel::UntickAll() {
+  for (int column = 1; column <= kPickColumns; ++column) {
+    TickColumn(column, false);
+  }
+  WriteHiddenPicks();
+}
+
+void DigitPanel::ToggleExtraColumns() {
+  bool shown = false;
+  for (std::size_t column = kShownColumns + 1; column <= kPickColumns; ++column) {
+    for (DigitBox* const box : columns_[column]) {
+      // Its own flag: isVisible() is also false while the panel is hidden.
+      box->setVisible(box->isHidden());
+      shown = !box->isHidden();
+    }
+  }
+  for (QLabel* const title : extra_titles_) {
+    title->setVisible(shown);
+  }
+  reserved_->setVisible(!shown);
+  WriteHiddenPicks();
+}
+
+void DigitPanel::chkAll_X1_Click(int digit) {
+  TickRow(digit, true);
+}
+
+void DigitPanel::chkAll_X2_Click(int digit) {
+  TickRow(digit, false);
+}
+
+void DigitPanel::chkAll_Y1_Click(int column) {
+  TickColumn(column + 1, true);
+}
+
+void DigitPanel::chkAll_Y2_Click(int column) {
+  TickColumn(column + 1, false);
+}
+
+void DigitPanel::TickRow(int digit, bool ticked) {
+  for (std::size_t column = 1; column <= kShownColumns; ++column) {
+    columns_[column][static_cast<std::size_t>(digit)]->setChecked(ticked);
+  }
+}
+
+void DigitPanel::TickColumn(int column, bool ticked) {
+  for (DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
+    box->setChecked(ticked);
+  }
+}
+
+bool DigitPanel::eventFilter(QObject* watched, QEvent* event) {
+  auto* const box = static_cast<DigitBox*>(watched);
+  if (event->type() == QEvent::KeyPress) {
+    const auto* const key = static_cast<QKeyEvent*>(event);
+    const bool plain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    return plain && HandleKey(box, key->key());
+  }
+  if (event->type() == QEvent::FocusIn && box != tab_stop_) {
+    tab_stop_->setFocusPolicy(Qt::ClickFocus);
+    box->setFocusPolicy(Qt::StrongFocus);
+    tab_stop_ = box;
+  }
+  return false;
+}
+
+bool DigitPanel::HandleKey(DigitBox* box, int key) {
+  for (int row = 0; row < kCellRows; ++row) {
+    for (int column = 0; column < kCellColumns; ++column) {
+      if (cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] != box) {
+        continue;
+      }
+      switch (key) {
+        case Qt::Key_Up:
+          MoveFocus(row, column, -1, 0);
+          return true;
+        case Qt::Key_Down:
+          MoveFocus(row, column, 1, 0);
+          return true;
+        case Qt::Key_Left:
+          MoveFocus(row, column, 0, -1);
+          return true;
+        case Qt::Key_Right:
+          MoveFocus(row, column, 0, 1);
+          return true;
+        default:
+          if (key < Qt::Key_0 || key > Qt::Key_9) {
+            return false;
+          }
+          DigitBox* const target = cells_[static_cast<std::size_t>(key - Qt::Key_0)][static_cast<std::size_t>(column)];
+          target->setFocus();
+          target->click();
+          return true;
+      }
+    }
+  }
+  return false;
+}
+
+// To the next cell in a direction that is there and shown; at the edge the focus stays.
+void DigitPanel::MoveFocus(int row, int column, int down, int right) {
+  for (row += down, column += right; row >= 0 && row < kCellRows && column >= 0 && column < kCellColumns;
+       row += down, column += right) {
+    DigitBox* const cell = cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+    if (cell != nullptr && !cell->isHidden()) {
+      cell->setFocus();
+      return;
+    }
+  }
+}
+
+// Picks that cannot be seen take part all the same: their place says how many there are.
+void DigitPanel::WriteHiddenPicks() {
+  int hidden = 0;
+  for (std::size_t column = kShownColumns + 1; column <= kPickColumns; ++column) {
+    for (const DigitBox* const box : columns_[column]) {
+      hidden += box->isChecked() ? 1 : 0;
+    }
+  }
+  reserved_->setText(hidden == 0 ? QString("第五柱至第十柱\n按「多柱碰」顯示")
+                                 : QString("第五柱至第十柱\n已隱藏，其中已選 %1 個號碼，\n組合時一併計算").arg(hidden));
+}
+
+}  // namespace marlevo

@@ -1,0 +1,32 @@
+// The five bet kinds of the board: tick box, multiplier list and amount list of a kind on one line.
+#pragma once
+
+#include <QCheckBox>
+#include <QFrame>
+#include <array>
+
+#include "tickets/tickets.h"
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+class KindRows : public QFrame {
+  Q_OBJECT
+
+ public:
+  explicit KindRows(QWidget* parent);
+
+  // Takes over which kinds are ticked, their amounts and multipliers; tickets stay as they are.
+  void ReadInto(CurrentList& list) const;
+  void UntickAll();
+
+ private:
+  QWidget* NewRow(int kind);
+  void cboPlay2_Click(int kind);
+
+  std::array<QCheckBox*, kBetKinds> chkPlay_{};
+  std::array<DropDownList*, kBetKinds> cboPlay_{};
+  std::array<DropDownList*, kBetKinds> cboPlay2_{};
+};
+
+}  // namespace marlevo
