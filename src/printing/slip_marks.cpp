@@ -82,4 +82,9 @@ std::vector<PageDrawing> SlipMarks(const TicketList& tickets, const SlipOrder& o
   return pages;
 }
 
+int SlipCount(int tickets, const SlipOrder& order) {
+  const int printed = std::max(0, std::clamp(order.last, 0, tickets) - std::max(order.first, 1) + 1);
+  return (printed + SlipCapacity(order.type) - 1) / SlipCapacity(order.type);
+}
+
 }  // namespace marlevo

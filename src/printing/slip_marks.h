@@ -58,6 +58,9 @@ struct SlipOrder {
 std::vector<PageDrawing> SlipMarks(const TicketList& tickets, const SlipOrder& order,
                                    const SlipPrinterSettings& settings);
 
+// How many slips that will be, of a list of this many tickets.
+int SlipCount(int tickets, const SlipOrder& order);
+
 // Top left corners of the boxes of a slip; every box is dot_w by dot_h. `position` counts the blocks from 1, `row` and
 // `column` from 0; column 0 is the leftmost of ten.
 struct SlipPoint {

@@ -93,10 +93,10 @@ TEST(SlipMarks, FillsSlipsAndMarksFurtherDrawsOnEach) {
       {SlipType::kFourDigit, 5, 1, 7, 1, "21"},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(
-        Counts(SlipMarks(Repeated(c.tickets, "1234"), Order(c.type, c.first, c.last, 0, c.multi_draw), kSettings)),
-        c.marks)
-        << c.tickets << " tickets, " << c.first << " to " << c.last;
+    const SlipOrder order = Order(c.type, c.first, c.last, 0, c.multi_draw);
+    const auto pages = SlipMarks(Repeated(c.tickets, "1234"), order, kSettings);
+    EXPECT_EQ(Counts(pages), c.marks) << c.tickets << " tickets, " << c.first << " to " << c.last;
+    EXPECT_EQ(SlipCount(c.tickets, order), static_cast<int>(pages.size()));
   }
 }
 

@@ -1,0 +1,65 @@
+// The print dialog: which tickets of the current list go onto slips.
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <filesystem>
+#include <vector>
+
+#include "printing/print_choices.h"
+#include "printing/slip_marks.h"
+#include "tickets/tickets.h"
+
+class QCheckBox;
+class QFrame;
+class QLabel;
+class QLineEdit;
+class QRadioButton;
+
+namespace marlevo {
+
+class DropDownList;
+class PrintButton;
+
+class frmPrint : public QDialog {
+  Q_OBJECT
+
+ public:
+  // `list` stays the caller's and does not change while the window is open. `settings_folder`: where the files of the
+  // slip settings lie. Prints on the default printer.
+  frmPrint(QWidget* parent, const CurrentList& list, std::filesystem::path settings_folder);
+
+ private:
+  struct KindRow {
+    QFrame* fraPlay;
+    QCheckBox* chkPlay;
+    QLineEdit* txtStart;
+    QLineEdit* txtEnd;
+    QLabel* lblMax;
+    DropDownList* cboMD;
+  };
+
+  void Form_Load();
+  void Option1_Click();
+  void cmdPrint_Click();
+  // One job for each ticked kind. A kind that is not used by the list has no visible row and is never ticked.
+  void PrintSlips();
+
+  QWidget* NewHeading();
+  KindRow NewKindRow(int kind);
+  void LayOut(QWidget* heading, PrintButton* cmdPrint, QWidget* cmdCancel);
+
+  std::array<KindChoice, kBetKinds> Choices() const;
+  SlipOrder OrderOf(int kind) const;
+  // How many slips the choices take, for the operator to have ready.
+  void ShowSlipCount();
+
+  const CurrentList& list_;
+  std::filesystem::path settings_folder_;
+  std::array<KindRow, kBetKinds> rows_;
+  std::array<QRadioButton*, 2> Option1_;
+  QCheckBox* chkPage_;
+  QLabel* lblSlips_;
+};
+
+}  // namespace marlevo

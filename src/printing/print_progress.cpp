@@ -1,0 +1,42 @@
+#include "printing/print_progress.h"
+
+#include "ui/frmMessage.h"
+
+namespace marlevo {
+
+namespace {
+constexpr int kShowAfter = 1000;  // milliseconds
+constexpr int kUpdateEvery = 50;  // drawing the window for every page would take longer than the pages
+}  // namespace
+
+PrintProgress::PrintProgress(QWidget* parent, int pages)
+    : window_("列印中,請稍後 ...", "取  消", 0, pages, parent, Qt::Dialog | Qt::WindowTitleHint) {
+  window_.setObjectName("frmProgress");
+  window_.setWindowTitle("列  印");
+  window_.setWindowModality(Qt::WindowModal);
+  window_.setMinimumDuration(kShowAfter);
+  window_.setMinimumWidth(window_.fontMetrics().height() * 20);
+  window_.setAutoReset(false);
+  window_.setValue(0);
+  since_update_.start();
+}
+
+bool PrintProgress::Continue(int pages_done) {
+  if (since_update_.hasExpired(kUpdateEvery)) {
+    window_.setLabelText(QString("列印中,請稍後 ...   %1 / %2 頁").arg(pages_done).arg(window_.maximum()));
+    window_.setValue(pages_done);
+    since_update_.restart();
+  }
+  return !window_.wasCanceled();
+}
+
+void PrintProgress::Finish(int pages_done) {
+  const bool cancelled = window_.wasCanceled();
+  QWidget* const parent = window_.parentWidget();
+  window_.hide();
+  if (cancelled) {
+    ShowMessage(parent, QString("列印已取消,共印出 %1 頁 !").arg(pages_done));
+  }
+}
+
+}  // namespace marlevo
