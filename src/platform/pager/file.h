@@ -53,6 +53,8 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
+  // The one absolute name of a file, links followed: what stands beside the file has to be found by every name of it.
+  virtual std::filesystem::path Resolve(const std::filesystem::path& path) = 0;
   // An existing file, for reading only if it may not be written; null when there is none.
   virtual std::unique_ptr<File> Open(const std::filesystem::path& path) = 0;
   // A new file; throws when the name is taken.

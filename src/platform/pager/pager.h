@@ -24,17 +24,25 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "platform/pager/file.h"
+#include "platform/pager/page_format.h"
 #include "platform/pager/pager_error.h"
 
 namespace marlevo::pager {
 
-struct PageFormat {
-  std::size_t page_size = 0;  // a power of two, 512 to 65536
-  // Encodes and decodes a page in place (the same operation both ways); may be empty. Never called for page 0.
-  std::function<void(std::uint32_t page, std::span<std::byte>)> crypt;
+class BlockCache;
+class PagedFile;
+
+// How much memory may be used, in bytes.
+struct Limits {
+  std::size_t clean = std::size_t{32} << 20;   // for pages as they are in the file
+  std::size_t changed = std::size_t{8} << 20;  // for changed ones before they go to the file
 };
 
 // One page for reading. The bytes stay where they are and valid as long as this or a copy lives, even past the Pager.
@@ -79,11 +87,11 @@ class Pager {
 
   // One Pager per file and process: while one lives, opening the same file gives it again (without asking `probe`).
   static std::shared_ptr<Pager> Open(const std::filesystem::path& path, const Probe& probe,
-                                     FileSystem& files = NativeFiles());
+                                     FileSystem& files = NativeFiles(), Limits limits = {});
   // A new file of no pages, never over an existing one. It grows under the name FILE-new and gets its own with the
   // first Flush, so that nobody ever meets half a file. Without that Flush it vanishes.
   static std::shared_ptr<Pager> Create(const std::filesystem::path& path, PageFormat format,
-                                       FileSystem& files = NativeFiles());
+                                       FileSystem& files = NativeFiles(), Limits limits = {});
 
   Pager(const Pager&) = delete;
   Pager& operator=(const Pager&) = delete;
@@ -119,12 +127,43 @@ class Pager {
 
  private:
   friend class Reading;
-  struct State;
-  explicit Pager(std::unique_ptr<State> state);
+
+  struct ChangedPage {
+    std::shared_ptr<std::byte[]> bytes;
+    bool in_statement = false;  // changed by the open statement; otherwise committed
+  };
+  struct Undo {
+    std::uint32_t page;
+    std::shared_ptr<std::byte[]> before;  // committed, not in the file yet; null: as in the file
+  };
+  struct OpenStatement {
+    std::uint32_t page_count;  // before
+    std::vector<Undo> undo;
+    bool spilled = false;  // part of it is in the file, which holds everything from before: the file undoes it
+    bool failed = false;   // on the way to the file
+  };
+
+  Pager(std::unique_ptr<PagedFile> file, Limits limits);
+
   void BeginReading();
   void EndReading() noexcept;
+  void ForgetPages();
+  void LoadBlock(std::uint32_t first_page, std::span<std::byte> block);
+  void RequirePage(std::uint32_t page) const;
+  void RequireStatement() const;
+  void SpillIfFull();
+  void FlushCommitted();
+  // Writes pages of the statement into the file. What is in there needs no place in memory.
+  void WriteThrough(std::vector<std::uint32_t> numbers);
 
-  std::unique_ptr<State> state_;
+  std::unique_ptr<PagedFile> file_;
+  Limits limits_;
+  std::unique_ptr<BlockCache> clean_;
+  std::unordered_map<std::uint32_t, ChangedPage> changed_;
+  std::optional<OpenStatement> statement_;
+  std::uint32_t page_count_ = 0;
+  std::size_t readings_ = 0;
+  std::uint64_t change_count_ = 0;
 };
 
 // A statement as a scope: rolled back unless committed.

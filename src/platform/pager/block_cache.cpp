@@ -1,0 +1,75 @@
+#include "platform/pager/block_cache.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace marlevo::pager {
+
+BlockCache::BlockCache(std::size_t page_size, std::size_t capacity, Load load)
+    : page_size_(page_size),
+      pages_per_block_(static_cast<std::uint32_t>(kBlockBytes / page_size)),
+      capacity_(capacity),
+      load_(std::move(load)) {}
+
+std::shared_ptr<const std::byte> BlockCache::Page(std::uint32_t page) {
+  const std::uint32_t number = page / pages_per_block_;
+  if (number >= blocks_.size()) blocks_.resize(number + 1);
+  if (!blocks_[number].bytes) {
+    std::shared_ptr<std::byte[]> buffer = TakeBuffer(number);
+    load_(number * pages_per_block_, {buffer.get(), kBlockBytes});
+    resident_.push_back(number);
+    blocks_[number].bytes = std::move(buffer);
+    last_but_one_ = std::exchange(last_, number);
+  }
+  Block& block = blocks_[number];
+  block.used = true;
+  return {block.bytes, block.bytes.get() + page % pages_per_block_ * page_size_};
+}
+
+void BlockCache::Update(std::uint32_t page, std::span<const std::byte> bytes) {
+  const std::uint32_t number = page / pages_per_block_;
+  if (number >= blocks_.size() || !blocks_[number].bytes) return;
+  if (Free(number)) {
+    std::memcpy(blocks_[number].bytes.get() + page % pages_per_block_ * page_size_, bytes.data(), bytes.size());
+  } else {
+    // Whoever holds a page of it goes on seeing it as it was.
+    Evict(static_cast<std::size_t>(std::ranges::find(resident_, number) - resident_.begin()));
+  }
+}
+
+void BlockCache::Clear() {
+  blocks_.clear();
+  resident_.clear();
+  hand_ = 0;
+}
+
+std::shared_ptr<std::byte[]> BlockCache::TakeBuffer(std::uint32_t block) {
+  if (resident_.size() >= capacity_) {
+    // The last block of a scan is still held while it asks for the next one; the one before is free.
+    if (block == last_ + 1 && last_but_one_ < blocks_.size() && Free(last_but_one_)) {
+      const auto found = std::find(resident_.rbegin(), resident_.rend(), last_but_one_);
+      return Evict(static_cast<std::size_t>(resident_.rend() - found) - 1);
+    }
+    // Two rounds of the clock: the first takes every mark away.
+    for (std::size_t step = 0; step < 2 * resident_.size(); ++step) {
+      hand_ = (hand_ + 1) % resident_.size();
+      Block& candidate = blocks_[resident_[hand_]];
+      if (Free(resident_[hand_]) && !std::exchange(candidate.used, false)) return Evict(hand_);
+    }
+  }
+  return std::make_shared_for_overwrite<std::byte[]>(kBlockBytes);
+}
+
+bool BlockCache::Free(std::uint32_t block) const {
+  return blocks_[block].bytes.use_count() == 1;
+}
+
+std::shared_ptr<std::byte[]> BlockCache::Evict(std::size_t position) {
+  std::shared_ptr<std::byte[]> buffer = std::move(blocks_[resident_[position]].bytes);
+  resident_[position] = resident_.back();
+  resident_.pop_back();
+  return buffer;
+}
+
+}  // namespace marlevo::pager

@@ -1,0 +1,52 @@
+// The clean pages of a file in memory, in aligned blocks of 64 KiB: one read brings a page together with its
+// neighbours, which is all the read-ahead that a scan needs.
+//
+// At most `capacity` blocks, more only while callers hold pages of that many. A scan of a file that is larger replaces
+// the blocks that it brought itself, so that it keeps the others and its own stay in the processor's cache.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace marlevo::pager {
+
+class BlockCache {
+ public:
+  static constexpr std::size_t kBlockBytes = 65536;
+  // Fills the block of pages that begins with `first_page`; as far as the file goes.
+  using Load = std::function<void(std::uint32_t first_page, std::span<std::byte> block)>;
+
+  BlockCache(std::size_t page_size, std::size_t capacity, Load load);
+
+  // Lives as long as the pointer. Throws what `load` throws.
+  std::shared_ptr<const std::byte> Page(std::uint32_t page);
+  // The page has got this content in the file.
+  void Update(std::uint32_t page, std::span<const std::byte> bytes);
+  void Clear();
+
+ private:
+  struct Block {
+    std::shared_ptr<std::byte[]> bytes;
+    bool used = false;
+  };
+
+  std::shared_ptr<std::byte[]> TakeBuffer(std::uint32_t block);
+  bool Free(std::uint32_t block) const;
+  std::shared_ptr<std::byte[]> Evict(std::size_t position);
+
+  std::size_t page_size_;
+  std::uint32_t pages_per_block_;
+  std::size_t capacity_;
+  Load load_;
+  std::vector<Block> blocks_;            // by number; most are empty in a large file
+  std::vector<std::uint32_t> resident_;  // numbers of those that are not
+  std::size_t hand_ = 0;                 // in resident_: the next to be considered for eviction
+  std::uint32_t last_ = 0;               // the block loaded last ...
+  std::uint32_t last_but_one_ = 0;       // ... and the one before
+};
+
+}  // namespace marlevo::pager

@@ -1,0 +1,181 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+#include "platform/pager/file.h"
+
+namespace marlevo::pager {
+namespace {
+
+[[noreturn]] void Fail(const std::filesystem::path& path, const char* attempted) {
+  const int code = errno;
+  throw PagerError(path, std::string(attempted) + ": " + std::generic_category().message(code));
+}
+
+// Locks are single bytes far behind every page that the format allows.
+constexpr off_t LockOffset(LockKind kind) {
+  return 0x7fffff00 + static_cast<off_t>(kind);
+}
+
+class PosixFile final : public File {
+ public:
+  PosixFile(std::filesystem::path path, int handle, bool writable)
+      : path_(std::move(path)), handle_(handle), writable_(writable) {}
+  PosixFile(const PosixFile&) = delete;
+  PosixFile& operator=(const PosixFile&) = delete;
+  ~PosixFile() override { close(handle_); }
+
+  std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+      const ssize_t n = pread(handle_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+      if (n == 0) break;
+      if (n > 0) {
+        done += static_cast<std::size_t>(n);
+      } else if (errno != EINTR) {
+        Fail(path_, "cannot be read");
+      }
+    }
+    return done;
+  }
+
+  void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+      const ssize_t n = pwrite(handle_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+      if (n >= 0) {
+        done += static_cast<std::size_t>(n);
+      } else if (errno != EINTR) {
+        Fail(path_, "cannot be written");
+      }
+    }
+  }
+
+  void Truncate(std::uint64_t size) override {
+    if (ftruncate(handle_, static_cast<off_t>(size)) != 0) Fail(path_, "cannot be cut to its length");
+  }
+
+  void Sync() override {
+    if (fsync(handle_) != 0) Fail(path_, "cannot be brought onto the disk");
+  }
+
+  std::uint64_t Size() override { return static_cast<std::uint64_t>(Status().st_size); }
+  bool Writable() const override { return writable_; }
+
+  FileId Id() override {
+    const struct stat status = Status();
+    return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
+  }
+
+  // Locks of the open file, not of the process: closing another handle of the same file must not end them.
+  bool Lock(LockKind kind, LockMode mode, bool wait) override {
+    struct flock lock = Range(kind, mode == LockMode::kShared ? F_RDLCK : F_WRLCK);
+    while (fcntl(handle_, wait ? F_OFD_SETLKW : F_OFD_SETLK, &lock) != 0) {
+      if (errno == EINTR) continue;
+      if (!wait && (errno == EAGAIN || errno == EACCES)) return false;
+      Fail(path_, "cannot be locked");
+    }
+    return true;
+  }
+
+  void Unlock(LockKind kind) noexcept override {
+    struct flock lock = Range(kind, F_UNLCK);
+    fcntl(handle_, F_OFD_SETLK, &lock);
+  }
+
+ private:
+  static struct flock Range(LockKind kind, short type) {
+    struct flock lock = {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = LockOffset(kind);
+    lock.l_len = 1;
+    return lock;
+  }
+
+  struct stat Status() {
+    struct stat status = {};
+    if (fstat(handle_, &status) != 0) Fail(path_, "cannot be looked at");
+    return status;
+  }
+
+  std::filesystem::path path_;
+  int handle_;
+  bool writable_;
+};
+
+class PosixFiles final : public FileSystem {
+ public:
+  std::filesystem::path Resolve(const std::filesystem::path& path) override {
+    std::error_code error;
+    std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
+    if (error) throw PagerError(path, error.message());
+    return real;
+  }
+
+  std::unique_ptr<File> Open(const std::filesystem::path& path) override {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+      if (errno == ENOENT || errno == ENOTDIR) return nullptr;
+      Fail(path, "cannot be opened");
+    }
+    if (!S_ISREG(status.st_mode)) throw PagerError(path, "is not a file");
+    // A file that nobody may write is left alone by the superuser too.
+    if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0) {
+      if (const int handle = open(path.c_str(), O_RDWR | O_CLOEXEC); handle >= 0) {
+        return std::make_unique<PosixFile>(path, handle, true);
+      }
+      if (errno == ENOENT) return nullptr;
+      if (errno != EACCES && errno != EROFS && errno != EPERM) Fail(path, "cannot be opened");
+    }
+    const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (handle < 0) Fail(path, "cannot be opened");
+    return std::make_unique<PosixFile>(path, handle, false);
+  }
+
+  std::unique_ptr<File> Create(const std::filesystem::path& path) override {
+    const int handle = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (handle < 0) Fail(path, "cannot be created");
+    return std::make_unique<PosixFile>(path, handle, true);
+  }
+
+  void Remove(const std::filesystem::path& path) override {
+    if (unlink(path.c_str()) != 0 && errno != ENOENT) Fail(path, "cannot be removed");
+  }
+
+  void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override {
+    int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), replace ? 0 : RENAME_NOREPLACE);
+    if (result != 0 && !replace && (errno == EINVAL || errno == ENOSYS)) {
+      // A file system that cannot promise it in one step.
+      struct stat status = {};
+      if (lstat(to.c_str(), &status) == 0) throw PagerError(to, "exists already");
+      result = rename(from.c_str(), to.c_str());
+    }
+    if (result != 0) Fail(to, "cannot get its name");
+  }
+
+  void SyncFolder(const std::filesystem::path& folder) override {
+    const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0) Fail(folder, "cannot be opened");
+    const int result = fsync(handle);
+    const int code = errno;
+    close(handle);
+    errno = code;
+    // EINVAL: the file system keeps its folders in order by itself.
+    if (result != 0 && code != EINVAL) Fail(folder, "cannot be brought onto the disk");
+  }
+};
+
+}  // namespace
+
+FileSystem& NativeFiles() {
+  static PosixFiles files;
+  return files;
+}
+
+}  // namespace marlevo::pager

@@ -1,0 +1,185 @@
+#define WIN32_LEAN_AND_MEAN
+#define NOMINMAX
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "platform/pager/file.h"
+
+namespace marlevo::pager {
+namespace {
+
+std::string Reason(DWORD code) {
+  wchar_t wide[512];
+  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, wide,
+                                static_cast<DWORD>(std::size(wide)), nullptr);
+  while (length > 0 && (wide[length - 1] == L'\r' || wide[length - 1] == L'\n' || wide[length - 1] == L' ')) --length;
+  std::string text(length * 3, '\0');
+  const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide, static_cast<int>(length), text.data(),
+                                        static_cast<int>(text.size()), nullptr, nullptr);
+  text.resize(static_cast<std::size_t>(std::max(bytes, 0)));
+  return text.empty() ? "error " + std::to_string(code) : text;
+}
+
+[[noreturn]] void Fail(const std::filesystem::path& path, const char* attempted) {
+  const DWORD code = GetLastError();
+  throw PagerError(path, std::string(attempted) + ": " + Reason(code));
+}
+
+OVERLAPPED At(std::uint64_t offset) {
+  OVERLAPPED place = {};
+  place.Offset = static_cast<DWORD>(offset);
+  place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+  return place;
+}
+
+// Locks are single bytes far behind every page that the format allows: locked bytes cannot be read here.
+OVERLAPPED LockPlace(LockKind kind) {
+  return At(0x7fffff00U + static_cast<std::uint64_t>(kind));
+}
+
+// One call moves at most this much.
+constexpr std::size_t kMaxTransfer = 1U << 24;
+
+class WindowsFile final : public File {
+ public:
+  WindowsFile(std::filesystem::path path, HANDLE handle, bool writable)
+      : path_(std::move(path)), handle_(handle), writable_(writable) {}
+  WindowsFile(const WindowsFile&) = delete;
+  WindowsFile& operator=(const WindowsFile&) = delete;
+  ~WindowsFile() override { CloseHandle(handle_); }
+
+  std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+      OVERLAPPED place = At(offset + done);
+      DWORD n = 0;
+      const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMaxTransfer));
+      if (!ReadFile(handle_, bytes.data() + done, wanted, &n, &place)) {
+        if (GetLastError() == ERROR_HANDLE_EOF) break;
+        Fail(path_, "cannot be read");
+      }
+      if (n == 0) break;
+      done += n;
+    }
+    return done;
+  }
+
+  void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+      OVERLAPPED place = At(offset + done);
+      DWORD n = 0;
+      const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMaxTransfer));
+      if (!WriteFile(handle_, bytes.data() + done, wanted, &n, &place)) Fail(path_, "cannot be written");
+      done += n;
+    }
+  }
+
+  void Truncate(std::uint64_t size) override {
+    FILE_END_OF_FILE_INFO end = {};
+    end.EndOfFile.QuadPart = static_cast<LONGLONG>(size);
+    if (!SetFileInformationByHandle(handle_, FileEndOfFileInfo, &end, sizeof end)) {
+      Fail(path_, "cannot be cut to its length");
+    }
+  }
+
+  void Sync() override {
+    if (!FlushFileBuffers(handle_)) Fail(path_, "cannot be brought onto the disk");
+  }
+
+  std::uint64_t Size() override {
+    LARGE_INTEGER size = {};
+    if (!GetFileSizeEx(handle_, &size)) Fail(path_, "cannot be looked at");
+    return static_cast<std::uint64_t>(size.QuadPart);
+  }
+
+  bool Writable() const override { return writable_; }
+
+  FileId Id() override {
+    BY_HANDLE_FILE_INFORMATION information = {};
+    if (!GetFileInformationByHandle(handle_, &information)) Fail(path_, "cannot be looked at");
+    return {information.dwVolumeSerialNumber,
+            (static_cast<std::uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow};
+  }
+
+  bool Lock(LockKind kind, LockMode mode, bool wait) override {
+    OVERLAPPED place = LockPlace(kind);
+    const DWORD flags = (mode == LockMode::kExclusive ? LOCKFILE_EXCLUSIVE_LOCK : 0) |
+                        (wait ? 0 : static_cast<DWORD>(LOCKFILE_FAIL_IMMEDIATELY));
+    if (LockFileEx(handle_, flags, 0, 1, 0, &place)) return true;
+    const DWORD code = GetLastError();
+    if (!wait && (code == ERROR_LOCK_VIOLATION || code == ERROR_IO_PENDING)) return false;
+    Fail(path_, "cannot be locked");
+  }
+
+  void Unlock(LockKind kind) noexcept override {
+    OVERLAPPED place = LockPlace(kind);
+    UnlockFileEx(handle_, 0, 1, 0, &place);
+  }
+
+ private:
+  std::filesystem::path path_;
+  HANDLE handle_;
+  bool writable_;
+};
+
+// Others may open, rename and remove what is open here: the locks say who may write, and a new file gets its name while
+// it is open.
+HANDLE OpenHandle(const std::filesystem::path& path, DWORD access, DWORD disposition) {
+  return CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, disposition,
+                     FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+class WindowsFiles final : public FileSystem {
+ public:
+  std::filesystem::path Resolve(const std::filesystem::path& path) override {
+    std::error_code error;
+    std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
+    // Some network drives have no final name; the given one serves as well.
+    return error ? std::filesystem::absolute(path) : real;
+  }
+
+  std::unique_ptr<File> Open(const std::filesystem::path& path) override {
+    HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+    if (handle != INVALID_HANDLE_VALUE) return std::make_unique<WindowsFile>(path, handle, true);
+    const DWORD code = GetLastError();
+    if (code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND) return nullptr;
+    if (code != ERROR_ACCESS_DENIED && code != ERROR_WRITE_PROTECT && code != ERROR_SHARING_VIOLATION) {
+      Fail(path, "cannot be opened");
+    }
+    handle = OpenHandle(path, GENERIC_READ, OPEN_EXISTING);
+    if (handle == INVALID_HANDLE_VALUE) Fail(path, "cannot be opened");
+    return std::make_unique<WindowsFile>(path, handle, false);
+  }
+
+  std::unique_ptr<File> Create(const std::filesystem::path& path) override {
+    HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, CREATE_NEW);
+    if (handle == INVALID_HANDLE_VALUE) Fail(path, "cannot be created");
+    return std::make_unique<WindowsFile>(path, handle, true);
+  }
+
+  void Remove(const std::filesystem::path& path) override {
+    if (!DeleteFileW(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) Fail(path, "cannot be removed");
+  }
+
+  void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override {
+    const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? static_cast<DWORD>(MOVEFILE_REPLACE_EXISTING) : 0);
+    if (!MoveFileExW(from.c_str(), to.c_str(), flags)) Fail(to, "cannot get its name");
+  }
+
+  // The file system keeps its folders in order by itself.
+  void SyncFolder(const std::filesystem::path&) override {}
+};
+
+}  // namespace
+
+FileSystem& NativeFiles() {
+  static WindowsFiles files;
+  return files;
+}
+
+}  // namespace marlevo::pager

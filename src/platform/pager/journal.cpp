@@ -1,0 +1,90 @@
+#include "platform/pager/journal.h"
+
+#include <random>
+#include <utility>
+
+namespace marlevo::pager {
+namespace {
+
+constexpr std::size_t kBufferBytes = std::size_t{1} << 20;
+
+std::uint64_t RandomSalt() {
+  std::random_device device;
+  return (std::uint64_t{device()} << 32) | device();
+}
+
+}  // namespace
+
+Journal::Journal(FileSystem& files, std::filesystem::path path) : files_(&files), path_(std::move(path)) {}
+
+void Journal::Prepare() {
+  if (file_) return;
+  std::unique_ptr<File> file = files_->Open(path_);
+  if (!file) {
+    file = files_->Create(path_);
+    files_->SyncFolder(path_.parent_path());
+  }
+  if (!file->Writable()) throw PagerError(path_, "may not be written");
+  file_ = std::move(file);
+}
+
+void Journal::Start(std::size_t page_size, std::uint32_t page_count) {
+  JournalHeader header{kJournalMagic, RandomSalt(), static_cast<std::uint32_t>(page_size), page_count, 0};
+  header.hash = HeaderHash(header);
+  hash_ = header.hash;
+  kept_.assign(page_count, false);
+  buffer_.assign(kJournalHeaderBytes, std::byte{0});
+  std::memcpy(buffer_.data(), &header, sizeof header);
+  end_ = 0;
+}
+
+void Journal::Keep(std::uint32_t page, std::span<const std::byte> original) {
+  Add(RecordKind::kOriginal, page, original);
+  kept_[page] = true;
+}
+
+void Journal::Announce(std::uint32_t page, std::span<const std::byte> rewrite) {
+  std::vector<std::uint64_t> sectors;
+  for (std::size_t at = 0; at < rewrite.size(); at += kSectorBytes) {
+    sectors.push_back(Hash(0, rewrite.subspan(at, kSectorBytes)));
+  }
+  Add(RecordKind::kRewrite, page, std::as_bytes(std::span(sectors)));
+}
+
+void Journal::Seal() {
+  Add(RecordKind::kBatchEnd, 0, {});
+  WriteOut();
+  file_->Sync();
+}
+
+void Journal::Retire() {
+  file_->Truncate(0);
+  file_->Sync();
+}
+
+void Journal::Close() noexcept {
+  if (!file_) return;
+  file_.reset();
+  try {
+    files_->Remove(path_);
+  } catch (const PagerError&) {
+    // An empty journal may lie about.
+  }
+}
+
+void Journal::Add(RecordKind kind, std::uint32_t page, std::span<const std::byte> bytes) {
+  hash_ = RecordHash(hash_, kind, page, bytes);
+  const RecordHead head{kind, page, hash_};
+  const std::span<const std::byte> head_bytes = std::as_bytes(std::span(&head, 1));
+  buffer_.insert(buffer_.end(), head_bytes.begin(), head_bytes.end());
+  buffer_.insert(buffer_.end(), bytes.begin(), bytes.end());
+  if (buffer_.size() >= kBufferBytes) WriteOut();
+}
+
+void Journal::WriteOut() {
+  file_->WriteAt(end_, buffer_);
+  end_ += buffer_.size();
+  buffer_.clear();
+}
+
+}  // namespace marlevo::pager

@@ -1,0 +1,18 @@
+#include "platform/pager/pager_error.h"
+
+#include <utility>
+
+namespace marlevo::pager {
+namespace {
+
+std::string Utf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+}  // namespace
+
+PagerError::PagerError(std::filesystem::path path, const std::string& reason)
+    : std::runtime_error(Utf8(path) + ": " + reason), path_(std::move(path)) {}
+
+}  // namespace marlevo::pager

@@ -1,0 +1,118 @@
+#include "platform/pager/recovery.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <tuple>
+
+namespace marlevo::pager {
+namespace {
+
+constexpr std::size_t kMinPageBytes = 512;
+constexpr std::size_t kMaxPageBytes = 65536;
+
+std::vector<std::byte> ReadBytes(File& file, std::uint64_t offset, std::size_t size) {
+  std::vector<std::byte> bytes(size);
+  bytes.resize(file.ReadAt(offset, bytes));
+  return bytes;
+}
+
+template <typename T>
+std::optional<T> ReadStruct(File& file, std::uint64_t offset) {
+  T value = {};
+  if (file.ReadAt(offset, std::as_writable_bytes(std::span(&value, 1))) != sizeof value) return std::nullopt;
+  return value;
+}
+
+}  // namespace
+
+Recovery::Recovery(File& journal) : journal_(journal) {
+  const std::optional<JournalHeader> header = ReadStruct<JournalHeader>(journal, 0);
+  if (!header || header->magic != kJournalMagic || header->hash != HeaderHash(*header)) return;
+  if (!std::has_single_bit(header->page_size) || header->page_size < kMinPageBytes ||
+      header->page_size > kMaxPageBytes) {
+    return;
+  }
+  header_ = *header;
+
+  std::uint64_t offset = kJournalHeaderBytes;
+  std::uint64_t hash = header_.hash;
+  std::size_t complete = 0;
+  while (const std::optional<RecordHead> head = ReadStruct<RecordHead>(journal, offset)) {
+    offset += sizeof *head;
+    const std::vector<std::byte> bytes = ReadBytes(journal, offset, BytesOf(head->kind));
+    if (bytes.size() != BytesOf(head->kind)) break;
+    hash = RecordHash(hash, head->kind, head->page, bytes);
+    if (hash != head->hash) break;
+    if (head->kind == RecordKind::kBatchEnd) {
+      sealed_ = true;
+      complete = records_.size();
+    } else {
+      records_.push_back({head->page, head->kind, offset});
+    }
+    offset += bytes.size();
+  }
+  records_.resize(complete);
+  std::ranges::sort(records_, {}, [](const Record& r) { return std::tuple(r.page, r.kind, r.offset); });
+}
+
+bool Recovery::Fits(File& file) const {
+  if (file.Size() < std::uint64_t{header_.page_count} * header_.page_size) return false;
+  // Every page that was journaled must be made of sectors from before and from the writes that were announced. One
+  // sector in a page may be neither: a disk that tears inside a sector. The first page is always among them.
+  for (auto from = records_.begin(); from != records_.end();) {
+    const auto to = std::find_if(from, records_.end(), [&](const Record& r) { return r.page != from->page; });
+    if (StrangeSectors({from, to}, file) > 1) return false;
+    from = to;
+  }
+  return !records_.empty();
+}
+
+void Recovery::PlayBack(File& file) const {
+  for (const Record& record : records_) {
+    if (record.kind != RecordKind::kOriginal) continue;
+    const std::vector<std::byte> bytes = ReadBytes(journal_, record.offset, header_.page_size);
+    file.WriteAt(std::uint64_t{record.page} * header_.page_size, bytes);
+  }
+  file.Truncate(std::uint64_t{header_.page_count} * header_.page_size);
+  file.Sync();
+}
+
+std::size_t Recovery::BytesOf(RecordKind kind) const {
+  switch (kind) {
+    case RecordKind::kOriginal:
+      return header_.page_size;
+    case RecordKind::kRewrite:
+      return header_.page_size / kSectorBytes * sizeof(std::uint64_t);
+    case RecordKind::kBatchEnd:
+      break;
+  }
+  return 0;
+}
+
+std::size_t Recovery::StrangeSectors(std::span<const Record> records, File& file) const {
+  std::vector<std::byte> now;
+  try {
+    now = ReadBytes(file, std::uint64_t{records.front().page} * header_.page_size, header_.page_size);
+  } catch (const PagerError&) {
+    return 0;  // A page that the medium does not give back says nothing; writing it anew may cure it.
+  }
+  const std::size_t sectors = header_.page_size / kSectorBytes;
+  std::vector<bool> known(sectors, false);
+  for (const Record& record : records) {
+    const std::vector<std::byte> bytes = ReadBytes(journal_, record.offset, BytesOf(record.kind));
+    for (std::size_t i = 0; i < sectors; ++i) {
+      const std::span<const std::byte> sector = std::span<const std::byte>(now).subspan(i * kSectorBytes, kSectorBytes);
+      if (record.kind == RecordKind::kOriginal) {
+        if (std::ranges::equal(sector, std::span(bytes).subspan(i * kSectorBytes, kSectorBytes))) known[i] = true;
+      } else {
+        std::uint64_t hash = 0;
+        std::memcpy(&hash, bytes.data() + i * sizeof hash, sizeof hash);
+        if (hash == Hash(0, sector)) known[i] = true;
+      }
+    }
+  }
+  return static_cast<std::size_t>(std::ranges::count(known, false));
+}
+
+}  // namespace marlevo::pager
