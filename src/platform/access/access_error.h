@@ -23,4 +23,9 @@ class AccessError : public std::runtime_error {
   std::optional<std::uint32_t> page_;
 };
 
+// A value that does not fit its column. Nothing was changed.
+class ValueError : public AccessError {
+  using AccessError::AccessError;
+};
+
 }  // namespace marlevo::access

@@ -15,6 +15,7 @@
 #include "platform/access/access_error.h"
 #include "platform/access/schema.h"
 #include "platform/access/table.h"
+#include "platform/pager/file.h"
 
 namespace marlevo::access {
 
@@ -26,11 +27,13 @@ struct OpenOptions {
 
 class Database {
  public:
-  static Database Open(const std::filesystem::path& path, const OpenOptions& options);
+  static Database Open(const std::filesystem::path& path, const OpenOptions& options,
+                       pager::FileSystem& files = pager::NativeFiles());
 
-  // Makes a new Jet 4 file with empty tables. Never over an existing file; a failure leaves no file.
+  // Makes a new Jet 4 file with empty tables, on the disk when this returns. Never over an existing file; a failure
+  // leaves no file.
   static Database Create(const std::filesystem::path& path, std::string_view password,
-                         const std::vector<TableSchema>& tables);
+                         const std::vector<TableSchema>& tables, pager::FileSystem& files = pager::NativeFiles());
 
   // Names of the user's own local tables, in catalog order.
   std::vector<std::string> Tables() const;
@@ -60,6 +63,7 @@ class Database {
 class Statement {
  public:
   explicit Statement(const Database& database);
+  explicit Statement(std::shared_ptr<File> file);
   ~Statement();
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;

@@ -69,7 +69,7 @@ class Table {
   const std::string& WriteRefusal() const;
 
   // One value a column. A value that does not fit (range, length, fraction, a character that the code page lacks, kind)
-  // is refused with an AccessError that names the column; nothing is changed then, and a caller's Statement may go on.
+  // is refused with a ValueError that names the column; nothing is changed then, and a caller's Statement may go on.
   RowId Insert(std::span<const Value> values);
 
   // False when there is no such row.

@@ -1,0 +1,57 @@
+#include "platform/access/database.h"
+
+#include "platform/access/catalog.h"
+#include "platform/access/file.h"
+#include "platform/access/table_state.h"
+
+namespace marlevo::access {
+
+Database::Database(std::shared_ptr<File> file) : file_(std::move(file)) {}
+
+Database Database::Open(const std::filesystem::path& path, const OpenOptions& options, pager::FileSystem& files) {
+  return Database(File::Open(path, options, files));
+}
+
+std::vector<std::string> Database::Tables() const {
+  const pager::Reading reading(file_->Pages());
+  std::vector<std::string> names;
+  for (CatalogEntry& entry : ReadCatalog(file_)) {
+    if (IsUserTable(entry)) {
+      names.push_back(std::move(entry.name));
+    }
+  }
+  return names;
+}
+
+Table Database::OpenTable(std::string_view name) const {
+  const pager::Reading reading(file_->Pages());
+  const CatalogEntry entry = FindTable(file_, name);
+  return Table(file_->Table(entry.page, entry.name));
+}
+
+bool Database::ReadOnly() const {
+  return file_->Pages().ReadOnly();
+}
+
+void Database::Flush() {
+  file_->Pages().Flush();
+}
+
+Statement::Statement(const Database& database) : Statement(database.file_) {}
+
+Statement::Statement(std::shared_ptr<File> file) : file_(std::move(file)) {
+  file_->Begin();
+}
+
+Statement::~Statement() {
+  if (open_) {
+    file_->Rollback();
+  }
+}
+
+void Statement::Commit() {
+  file_->Commit();
+  open_ = false;
+}
+
+}  // namespace marlevo::access

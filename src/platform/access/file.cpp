@@ -1,0 +1,175 @@
+#include "platform/access/file.h"
+
+#include <string>
+
+#include "platform/access/access_error.h"
+#include "platform/access/data_page.h"
+#include "platform/access/database.h"
+#include "platform/access/global_map.h"
+#include "platform/access/table_state.h"
+
+namespace marlevo::access {
+
+namespace {
+
+constexpr int kWestern = 1252;  // of a Jet 3 file without any label
+constexpr std::size_t kNextDefinitionPageAt = 4;
+constexpr std::size_t kContinuationHeader = 8;
+constexpr std::size_t kMaxDefinitionPages = 64;  // four times what the largest table needs
+
+pager::PageFormat PageFormatOf(const FileHeader& header) {
+  pager::PageFormat format{.page_size = header.format->page_size, .crypt = {}};
+  if (header.encoding_key != 0) {
+    format.crypt = [key = header.encoding_key](std::uint32_t page, MutableBytes bytes) {
+      ApplyPageKey(key, page, bytes);
+    };
+  }
+  return format;
+}
+
+}  // namespace
+
+std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOptions& options,
+                                 pager::FileSystem& files) {
+  auto pager = pager::Pager::Open(
+      path, [](Bytes head) { return PageFormatOf(ParseHeader(head)); }, files);
+  const pager::Reading reading(*pager);
+  const pager::PageRef page = pager->Read(0);
+  const FileHeader header = ParseHeader(page.Bytes());
+  std::shared_ptr<File> file(new File(*header.format, pager));
+  file->header_code_page_ = header.code_page;
+  file->code_page_override_ = options.code_page;
+  if (!header.password.empty() &&
+      file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
+    throw AccessError("the password is not that of the database");
+  }
+  return file;
+}
+
+std::shared_ptr<File> File::Create(const std::filesystem::path& path, pager::FileSystem& files) {
+  return std::shared_ptr<File>(
+      new File(kJet4, pager::Pager::Create(path, {.page_size = kJet4.page_size, .crypt = {}}, files)));
+}
+
+pager::PageRef File::Read(std::uint32_t page) const {
+  if (page >= pager_->PageCount()) {
+    throw AccessError(page, "the file ends before this page");
+  }
+  return pager_->Read(page);
+}
+
+pager::PageEdit File::Change(std::uint32_t page) const {
+  if (page >= pager_->PageCount()) {
+    throw AccessError(page, "the file ends before this page");
+  }
+  return pager_->Change(page);
+}
+
+const TextCodec& File::Text(int code_page_label) const {
+  if (format_->version == 4) {
+    return codecs_[0];
+  }
+  const int labelled = code_page_label != 0 ? code_page_label : header_code_page_;
+  const int code_page = code_page_override_.value_or(labelled != 0 ? labelled : kWestern);
+  if (const auto found = codecs_.find(code_page); found != codecs_.end()) {
+    return found->second;
+  }
+  return codecs_.emplace(code_page, TextCodec(code_page)).first->second;
+}
+
+std::shared_ptr<TableState> File::Table(std::uint32_t page, const std::string& name) {
+  std::weak_ptr<TableState>& slot = tables_[page];
+  std::shared_ptr<TableState> table = slot.lock();
+  if (table == nullptr) {
+    slot = table = std::make_shared<TableState>(shared_from_this(), page, name);
+  }
+  return table;
+}
+
+std::vector<std::byte> File::ReadDefinitionPages(std::uint32_t page) const {
+  std::vector<std::byte> joined;
+  std::size_t pages = 0;
+  for (std::uint32_t next = page; next != 0;) {
+    const pager::PageRef part = Read(next);
+    if (LoadU8(part.Bytes().data()) != kDefinitionPage || ++pages > kMaxDefinitionPages) {
+      throw AccessError(next,
+                        "expected a table's definition, found type " + std::to_string(LoadU8(part.Bytes().data())));
+    }
+    const Bytes content = part.Bytes().subspan(next == page ? 0 : kContinuationHeader);
+    joined.insert(joined.end(), content.begin(), content.end());
+    next = LoadU32(&part.Bytes()[kNextDefinitionPageAt]);
+  }
+  return joined;
+}
+
+void File::Begin() {
+  pager_->Begin();
+  in_statement_ = true;
+}
+
+void File::Commit() {
+  static_cast<void>(Changes());
+  pager_->Commit();
+  in_statement_ = false;
+  pager_changes_ = pager_->ChangeCount();
+}
+
+void File::Rollback() noexcept {
+  pager_->Rollback();
+  in_statement_ = false;
+}
+
+std::uint64_t File::Changes() {
+  if (pager_->ChangeCount() != pager_changes_) {
+    pager_changes_ = pager_->ChangeCount();
+    ++changes_;
+  }
+  return changes_;
+}
+
+std::uint32_t File::TakePage() {
+  GlobalMap map(*this);
+  for (auto page = map.Next(kObjectsPage); page && *page < pager_->PageCount(); page = map.Next(*page + 1)) {
+    map.Remove(*page);
+    if (!LooksUsed(*page)) {
+      return *page;
+    }
+  }
+  if (pager_->PageCount() >= format_->max_pages) {
+    throw AccessError("the file has reached the largest size of its format");
+  }
+  const std::uint32_t page = pager_->Append();
+  map.Reach(page);
+  map.Remove(page);
+  return page;
+}
+
+void File::GivePage(std::uint32_t page) {
+  GlobalMap map(*this);
+  map.Reach(page);
+  map.Add(page);
+  const pager::PageEdit edit = Change(page);
+  edit.Bytes()[0] |= std::byte{kFreedPageBit};
+}
+
+// Writers exist whose map of the file calls pages free that are not. Overwriting one would lose data, leaving a free
+// one alone costs its space only.
+bool File::LooksUsed(std::uint32_t page) const {
+  const pager::PageRef ref = Read(page);
+  const std::uint8_t type = LoadU8(ref.Bytes().data());
+  if (type < kDataPage || type > kMapPage) {
+    return false;
+  }
+  const std::uint32_t owner = LoadU32(&ref.Bytes()[kOwnerAt]);
+  if (type != kDataPage || owner < kObjectsPage || owner >= pager_->PageCount()) {
+    return true;
+  }
+  const pager::PageRef definition = Read(owner);
+  if (LoadU8(definition.Bytes().data()) != kDefinitionPage) {
+    return false;
+  }
+  return UsageMap(const_cast<File&>(*this), LoadRowPointer(&definition.Bytes()[format_->definition.owned_map]))
+      .Contains(page);
+}
+
+}  // namespace marlevo::access

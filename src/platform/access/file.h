@@ -1,0 +1,77 @@
+// An open Access file below its tables: format, pages, texts, and which pages are in use.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/access/bytes.h"
+#include "platform/access/file_header.h"
+#include "platform/access/format.h"
+#include "platform/access/text_codec.h"
+#include "platform/pager/pager.h"
+
+namespace marlevo::access {
+
+struct OpenOptions;
+class TableState;
+
+class File : public std::enable_shared_from_this<File> {
+ public:
+  // Checks format and password.
+  static std::shared_ptr<File> Open(const std::filesystem::path& path, const OpenOptions& options,
+                                    pager::FileSystem& files);
+  // A Jet 4 file of no pages.
+  static std::shared_ptr<File> Create(const std::filesystem::path& path, pager::FileSystem& files);
+
+  const Format& Layout() const { return *format_; }
+  pager::Pager& Pages() const { return *pager_; }
+
+  // As Pager's, but a page outside the file is an AccessError.
+  pager::PageRef Read(std::uint32_t page) const;
+  pager::PageEdit Change(std::uint32_t page) const;
+
+  // How texts with this code-page label are stored; the label counts for Jet 3 only. Lives as long as the File.
+  const TextCodec& Text(int code_page_label) const;
+
+  // The table whose definition begins at `page`; the same one while somebody has it, so that what it remembers stays
+  // true.
+  std::shared_ptr<TableState> Table(std::uint32_t page, const std::string& name);
+
+  // The joined bytes of a table's definition.
+  std::vector<std::byte> ReadDefinitionPages(std::uint32_t page) const;
+
+  // Statements of this File. `Changes` grows whenever pages have changed otherwise than by them: what was remembered of
+  // the file may be wrong then.
+  void Begin();
+  void Commit();
+  void Rollback() noexcept;
+  bool InStatement() const { return in_statement_; }
+  std::uint64_t Changes();
+
+  // Takes a page that nobody uses, or makes the file longer; its content is undefined. Inside a statement.
+  std::uint32_t TakePage();
+  // Gives a page back. The caller has removed it from all maps. Inside a statement.
+  void GivePage(std::uint32_t page);
+
+ private:
+  File(const Format& format, std::shared_ptr<pager::Pager> pager) : format_(&format), pager_(std::move(pager)) {}
+
+  bool LooksUsed(std::uint32_t page) const;
+
+  const Format* format_;
+  std::shared_ptr<pager::Pager> pager_;
+  int header_code_page_ = 0;
+  std::optional<int> code_page_override_;
+  mutable std::map<int, TextCodec> codecs_;
+  std::map<std::uint32_t, std::weak_ptr<TableState>> tables_;
+  bool in_statement_ = false;
+  std::uint64_t changes_ = 0;
+  std::uint64_t pager_changes_ = 0;  // that are known
+};
+
+}  // namespace marlevo::access

@@ -1,0 +1,48 @@
+// Turns the values of a row into its bytes.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "platform/access/file.h"
+#include "platform/access/row.h"
+#include "platform/access/schema.h"
+#include "platform/access/table_definition.h"
+
+namespace marlevo::access {
+
+class RowEncoder {
+ public:
+  // A Memo or Ole value that is too long for the row: in the row it has a place of kLongValueHeader bytes.
+  struct LongCell {
+    const ColumnDefinition* column;
+    std::size_t place;  // in the row
+    std::vector<std::byte> value;
+  };
+
+  // `definition` outlives this; `texts`: for each of its columns.
+  RowEncoder(const Format& format, const TableDefinition& definition, std::vector<const TextCodec*> texts);
+
+  // One value a column. The row can be changed and is valid until the next call. Throws ValueError when a value or the
+  // whole row does not fit.
+  MutableBytes Encode(std::span<const Value> values);
+
+  // Of the last row; their places are still empty.
+  const std::vector<LongCell>& LongCells() const { return long_cells_; }
+
+ private:
+  void EncodeFixed(const ColumnDefinition& column, const TextCodec& text, const Value& value);
+  void EncodeVariable(const ColumnDefinition& column, const TextCodec& text, const Value& value);
+  void EncodeLong(const ColumnDefinition& column, const TextCodec& text, const Value& value);
+
+  const Format& format_;
+  const TableDefinition& definition_;
+  std::vector<const TextCodec*> texts_;
+  std::vector<std::size_t> order_;  // fixed columns, then variable ones as they follow each other in the row
+  RowBuilder builder_;
+  std::vector<std::byte> cell_;
+  std::vector<LongCell> long_cells_;
+};
+
+}  // namespace marlevo::access

@@ -1,0 +1,69 @@
+// The work behind a Cursor: from page to page of a table, from slot to slot, conditions first, cells when asked for.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/access/row.h"
+#include "platform/access/table.h"
+#include "platform/access/table_state.h"
+#include "platform/pager/pager.h"
+
+namespace marlevo::access {
+
+class ScanState {
+ public:
+  ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions);
+
+  bool Next();
+  RowId Row() const { return ToRowId({page_, static_cast<std::uint8_t>(slot_)}); }
+  const TableState& Table() const { return *table_; }
+
+  bool IsNull(std::size_t column) const;
+  std::int64_t Integer(std::size_t column) const;
+  double Real(std::size_t column) const;
+  std::string_view Text(std::size_t column);
+  Bytes Raw(std::size_t column);
+
+ private:
+  // A condition on a fixed column of 1 to 8 bytes: they have to be these.
+  struct RawCondition {
+    std::size_t end;  // of the bytes in the row
+    std::size_t width;
+    std::uint64_t bytes;
+    std::uint16_t number;
+  };
+
+  void Compile(std::span<const Equals> conditions);
+  bool NextPage();
+  bool ReloadPage();
+  bool LookAt(Bytes row, std::uint32_t page);
+  bool MeetsRaw(const std::byte* row, std::size_t size) const;
+  bool LookAtMoved();
+  Bytes CellBytes(std::size_t column) const;
+  std::pair<std::uint64_t, bool> Moment() const;
+
+  std::shared_ptr<TableState> table_;
+  pager::Reading reading_;
+  std::vector<RawCondition> raw_conditions_;
+  std::vector<Equals> other_conditions_;
+  bool impossible_ = false;  // a value that no row can hold
+
+  std::uint32_t page_ = 0;
+  pager::PageRef page_ref_;
+  std::pair<std::uint64_t, bool> page_moment_;  // when page_ref_ was read
+  std::size_t slot_ = 0;
+  std::size_t next_slot_ = 0;
+
+  pager::PageRef body_ref_;  // page of a moved row's body
+  std::uint32_t row_page_ = 0;
+  RowView row_;
+  std::vector<std::string> texts_;                   // decoded cells, by column
+  std::vector<std::vector<std::byte>> long_values_;  // by column
+};
+
+}  // namespace marlevo::access

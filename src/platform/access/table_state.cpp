@@ -1,0 +1,211 @@
+#include "platform/access/table_state.h"
+
+#include <algorithm>
+
+#include "platform/access/access_error.h"
+#include "platform/access/cell.h"
+#include "platform/access/long_value.h"
+
+namespace marlevo::access {
+
+namespace {
+
+constexpr std::size_t kLongestPath = 16;  // Access moves a row once; more than a few pointers is damage
+
+std::vector<Column> ShownColumns(const TableDefinition& definition) {
+  std::vector<Column> shown;
+  for (const ColumnDefinition& column : definition.columns) {
+    shown.push_back(column.shown);
+  }
+  return shown;
+}
+
+std::vector<const TextCodec*> TextsOf(const File& file, const TableDefinition& definition) {
+  std::vector<const TextCodec*> texts;
+  for (const ColumnDefinition& column : definition.columns) {
+    texts.push_back(&file.Text(column.code_page));
+  }
+  return texts;
+}
+
+}  // namespace
+
+TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::string name)
+    : file_(std::move(file)),
+      page_(page),
+      name_(std::move(name)),
+      definition_bytes_(LoadDefinition()),
+      definition_(ParseDefinition(file_->Layout(), file_->Text(0), page, definition_bytes_)),
+      columns_(ShownColumns(definition_)),
+      texts_(TextsOf(*file_, definition_)),
+      encoder_(file_->Layout(), definition_, texts_),
+      rows_(*file_, page, definition_.owned_map, definition_.free_map),
+      seen_changes_(file_->Changes()) {
+  const auto autonumber = std::ranges::find_if(columns_, &Column::autonumber);
+  if (autonumber != columns_.end()) {
+    autonumber_ = static_cast<std::size_t>(autonumber - columns_.begin());
+  }
+  for (const LongValueMaps& maps : definition_.long_value_maps) {
+    long_values_.emplace(maps.column, RowSpace(*file_, kOwnerLongValues, maps.owned, maps.free));
+  }
+  write_refusal_ = FindWriteRefusal();
+}
+
+// Rows, autonumbers and keys are counted in the definition, too: those places are cleared.
+std::vector<std::byte> TableState::LoadDefinition() const {
+  const Format& format = file_->Layout();
+  std::vector<std::byte> bytes = file_->ReadDefinitionPages(page_);
+  StoreU32(&bytes[format.definition.rows], 0);
+  StoreU32(&bytes[format.definition.last_autonumber], 0);
+  const std::size_t indexes = LoadU32(&bytes[format.definition.real_indexes]);
+  const std::size_t counters = std::min(indexes * format.index_counter_size, bytes.size() - format.definition.body);
+  std::ranges::fill(MutableBytes(bytes).subspan(format.definition.body, counters), std::byte{0});
+  return bytes;
+}
+
+std::string TableState::FindWriteRefusal() const {
+  const std::string table = "table " + name_;
+  for (const LogicalIndex& index : definition_.logical_indexes) {
+    if (index.kind == IndexKind::kForeignKey) {
+      return table + " takes part in the relationship " + index.name + ", which this program does not keep right";
+    }
+  }
+  if (!definition_.real_indexes.empty()) {
+    return table + " has an index, which this program does not keep right";
+  }
+  for (const ColumnDefinition& column : definition_.columns) {
+    if (!IsKnown(column.shown.type)) {
+      return table + " has the column " + column.shown.name + " of a type that this program does not write";
+    }
+    if (IsLongValue(column.shown.type) && (column.fixed || !long_values_.contains(column.number))) {
+      return table + " has no place for the long values of column " + column.shown.name;
+    }
+  }
+  return {};
+}
+
+void TableState::Refresh() {
+  const std::uint64_t changes = file_->Changes();
+  if (changes == seen_changes_) {
+    return;
+  }
+  if (LoadDefinition() != definition_bytes_) {
+    throw AccessError(page_, "the design of table " + name_ + " was changed by another program; open it again");
+  }
+  rows_.Forget();
+  for (auto& [number, space] : long_values_) {
+    space.Forget();
+  }
+  seen_changes_ = changes;
+}
+
+std::size_t TableState::RowCount() const {
+  const pager::PageRef page = file_->Read(page_);
+  return LoadU32(&page.Bytes()[file_->Layout().definition.rows]);
+}
+
+std::vector<RowPointer> TableState::PathOf(RowPointer row) const {
+  std::vector<RowPointer> path{row};
+  for (;;) {
+    const RowPointer at = path.back();
+    const pager::PageRef ref = file_->Read(at.page);
+    const DataPage page(file_->Layout(), at.page, ref.Bytes());
+    if (page.Owner() != page_ || at.slot >= page.SlotCount() || page.IsDeleted(at.slot) || path.size() > kLongestPath) {
+      throw AccessError(at.page, "there is no body of a moved row at " + std::to_string(at.slot));
+    }
+    if ((page.Flags(at.slot) & kSlotMoved) == 0) {
+      return path;
+    }
+    path.push_back(page.Body(at.slot));
+  }
+}
+
+std::vector<Value> TableState::WithAutonumber(std::span<const Value> values) const {
+  std::vector<Value> completed(values.begin(), values.end());
+  if (autonumber_ && *autonumber_ < completed.size() &&
+      std::holds_alternative<std::monostate>(completed[*autonumber_])) {
+    const pager::PageRef page = file_->Read(page_);
+    completed[*autonumber_] =
+        std::int64_t{Load<std::int32_t>(&page.Bytes()[file_->Layout().definition.last_autonumber])} + 1;
+  }
+  return completed;
+}
+
+// The definition's counters after a row has come in.
+void TableState::CountInserted(std::span<const Value> values) {
+  const pager::PageEdit page = file_->Change(page_);
+  std::byte* rows = &page.Bytes()[file_->Layout().definition.rows];
+  StoreU32(rows, LoadU32(rows) + 1);
+  if (autonumber_) {
+    std::byte* last = &page.Bytes()[file_->Layout().definition.last_autonumber];
+    const Value& value = values[*autonumber_];
+    const auto* real = std::get_if<double>(&value);
+    const std::int64_t number = real != nullptr ? static_cast<std::int64_t>(*real) : std::get<std::int64_t>(value);
+    Store(last, std::max(Load<std::int32_t>(last), static_cast<std::int32_t>(number)));
+  }
+}
+
+RowPointer TableState::Insert(std::span<const Value> values) {
+  Refresh();
+  std::vector<Value> completed;
+  if (autonumber_) {
+    completed = WithAutonumber(values);
+    values = completed;
+  }
+  const MutableBytes row = encoder_.Encode(values);
+  for (const RowEncoder::LongCell& cell : encoder_.LongCells()) {
+    StoreLongValue(*file_, LongValueSpace(*cell.column), cell.value, row.subspan(cell.place, kLongValueHeader));
+  }
+  const RowPointer added = rows_.Add(row);
+  CountInserted(values);
+  return added;
+}
+
+RowSpace& TableState::LongValueSpace(const ColumnDefinition& column) {
+  return long_values_.at(column.number);
+}
+
+bool TableState::IsLiving(RowPointer row) const {
+  if (row.page >= file_->Pages().PageCount()) {
+    return false;
+  }
+  const pager::PageRef ref = file_->Read(row.page);
+  if (LoadU8(ref.Bytes().data()) != kDataPage || LoadU32(&ref.Bytes()[kOwnerAt]) != page_) {
+    return false;
+  }
+  const DataPage page(file_->Layout(), row.page, ref.Bytes());
+  return row.slot < page.SlotCount() && (page.Flags(row.slot) & kSlotBody) == 0;
+}
+
+bool TableState::Delete(RowPointer row) {
+  Refresh();
+  if (!IsLiving(row)) {
+    return false;
+  }
+  const std::vector<RowPointer> path = PathOf(row);
+  if (!long_values_.empty()) {
+    RemoveLongValues(path.back());
+  }
+  for (const RowPointer at : path) {
+    rows_.Remove(at);
+  }
+  const pager::PageEdit page = file_->Change(page_);
+  std::byte* rows = &page.Bytes()[file_->Layout().definition.rows];
+  StoreU32(rows, std::max(LoadU32(rows), 1u) - 1);
+  return true;
+}
+
+void TableState::RemoveLongValues(RowPointer body) {
+  const pager::PageRef ref = file_->Read(body.page);
+  const RowView row(file_->Layout(), body.page, DataPage(file_->Layout(), body.page, ref.Bytes()).Row(body.slot),
+                    HasVariableColumns());
+  for (const ColumnDefinition& column : definition_.columns) {
+    if (IsLongValue(column.shown.type) && row.IsSet(column.number)) {
+      if (const Bytes field = row.Variable(column.variable_index); !field.empty()) {
+        RemoveLongValue(*file_, LongValueSpace(column), body.page, field);
+      }
+    }
+  }
+}
+
+}  // namespace marlevo::access

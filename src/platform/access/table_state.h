@@ -1,0 +1,73 @@
+// A table that is open: its definition and what follows from it, shared by a Table and its Cursors.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/access/file.h"
+#include "platform/access/row_encoder.h"
+#include "platform/access/row_space.h"
+#include "platform/access/schema.h"
+#include "platform/access/table_definition.h"
+
+namespace marlevo::access {
+
+class TableState {
+ public:
+  // `page`: the first one of its definition.
+  TableState(std::shared_ptr<File> file, std::uint32_t page, std::string name);
+  TableState(const TableState&) = delete;
+  TableState& operator=(const TableState&) = delete;
+
+  File& Storage() const { return *file_; }
+  const std::shared_ptr<File>& SharedStorage() const { return file_; }
+  std::uint32_t Page() const { return page_; }
+  const std::string& Name() const { return name_; }
+  const TableDefinition& Definition() const { return definition_; }
+  const std::vector<Column>& Columns() const { return columns_; }
+  const TextCodec& Text(std::size_t column) const { return *texts_[column]; }
+  bool HasVariableColumns() const { return definition_.variable_columns > 0; }
+  UsageMap OwnedPages() const { return rows_.Owned(); }
+  std::size_t RowCount() const;
+  const std::string& WriteRefusal() const { return write_refusal_; }
+
+  // Throws AccessError when somebody else has changed the columns since the table was opened.
+  void Refresh();
+
+  // The slots that lead to a row's bytes: its own, and those of its body when it was moved. `row` is not deleted.
+  std::vector<RowPointer> PathOf(RowPointer row) const;
+
+  // Inside a statement. Without asking WriteRefusal.
+  RowPointer Insert(std::span<const Value> values);
+  bool Delete(RowPointer row);
+
+ private:
+  std::vector<std::byte> LoadDefinition() const;
+  std::string FindWriteRefusal() const;
+  bool IsLiving(RowPointer row) const;
+  void RemoveLongValues(RowPointer body);
+  RowSpace& LongValueSpace(const ColumnDefinition& column);
+  std::vector<Value> WithAutonumber(std::span<const Value> values) const;
+  void CountInserted(std::span<const Value> values);
+
+  std::shared_ptr<File> file_;
+  std::uint32_t page_;
+  std::string name_;
+  std::vector<std::byte> definition_bytes_;  // without the counters
+  TableDefinition definition_;
+  std::vector<Column> columns_;
+  std::vector<const TextCodec*> texts_;
+  std::optional<std::size_t> autonumber_;  // that column
+  std::string write_refusal_;
+  RowEncoder encoder_;
+  RowSpace rows_;
+  std::map<std::uint16_t, RowSpace> long_values_;  // by column number
+  std::uint64_t seen_changes_;
+};
+
+}  // namespace marlevo::access
