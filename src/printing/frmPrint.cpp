@@ -44,19 +44,14 @@ QHBoxLayout* NewRowLayout(QWidget* row) {
   return layout;
 }
 
-// A place of fixed width in a row, so that the rows stand under one another.
-template <typename Item>
-void AddColumn(QHBoxLayout* row, Item* item, int digits) {
+// A place of fixed width in a row, so that the rows stand under one another. Returns its layout.
+QHBoxLayout* NewColumn(QHBoxLayout* row, int digits) {
   auto* const place = new QWidget(row->parentWidget());
-  place->setFixedWidth(digits * row->parentWidget()->fontMetrics().horizontalAdvance('0'));
+  place->setFixedWidth(digits * place->fontMetrics().horizontalAdvance('0'));
   auto* const layout = new QHBoxLayout(place);
   layout->setContentsMargins(0, 0, 0, 0);
-  if constexpr (std::is_base_of_v<QLayout, Item>) {
-    layout->addLayout(item);
-  } else {
-    layout->addWidget(item);
-  }
   row->addWidget(place);
+  return layout;
 }
 
 }  // namespace
@@ -90,7 +85,7 @@ QWidget* frmPrint::NewHeading() {
   const std::pair<const char*, int> columns[] = {
       {"種類", kKindWidth}, {"列印範圍", kRangeWidth}, {"張數", kCountWidth}, {"長期投注", kMultiDrawWidth}};
   for (const auto& [caption, width] : columns) {
-    AddColumn(row, new QLabel(caption, heading), width);
+    NewColumn(row, width)->addWidget(new QLabel(caption, heading));
   }
   return heading;
 }
@@ -107,15 +102,14 @@ frmPrint::KindRow frmPrint::NewKindRow(int kind) {
   row.lblMax = NewLabel(frame, ElementName("lblMax", kind), {});
   row.cboMD = new DropDownList(frame, ElementName("cboMD", kind));
 
-  auto* const range = new QHBoxLayout;
+  QHBoxLayout* const columns = NewRowLayout(frame);
+  NewColumn(columns, kKindWidth)->addWidget(row.chkPlay);
+  QHBoxLayout* const range = NewColumn(columns, kRangeWidth);
   range->addWidget(row.txtStart);
   range->addWidget(new QLabel("至", frame));
   range->addWidget(row.txtEnd);
-  QHBoxLayout* const columns = NewRowLayout(frame);
-  AddColumn(columns, row.chkPlay, kKindWidth);
-  AddColumn(columns, range, kRangeWidth);
-  AddColumn(columns, row.lblMax, kCountWidth);
-  AddColumn(columns, row.cboMD, kMultiDrawWidth);
+  NewColumn(columns, kCountWidth)->addWidget(row.lblMax);
+  NewColumn(columns, kMultiDrawWidth)->addWidget(row.cboMD);
 
   connect(row.chkPlay, &QCheckBox::toggled, this, &frmPrint::ShowSlipCount);
   for (QLineEdit* const box : {row.txtStart, row.txtEnd}) {

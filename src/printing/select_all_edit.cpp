@@ -5,7 +5,7 @@ namespace marlevo {
 void SelectAllEdit::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
   // After the mouse press that brought the focus, which would put the cursor where it hit.
-  QMetaObject::invokeMethod(this, &QLineEdit::selectAll, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(this, "selectAll", Qt::QueuedConnection);
 }
 
 }  // namespace marlevo

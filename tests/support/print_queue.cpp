@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QTest>
 
 namespace marlevo::test {
 
@@ -25,11 +26,13 @@ std::vector<PrintedJob> PrintQueue::TakeJobs() {
   for (;;) {
     const QString number = QString("%1").arg(jobs_ + 1, 5, 10, QChar('0'));
     const QString document = folder_.filePath("spool/d" + number + "-001");
-    QFile attributes(folder_.filePath("spool/c" + number));
-    if (!QFileInfo::exists(document) || !attributes.open(QIODevice::ReadOnly)) {
+    if (!QFileInfo::exists(document)) {
       return jobs;
     }
     ++jobs_;
+    // The server writes a job's attributes when it has answered.
+    QFile attributes(folder_.filePath("spool/c" + number));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return attributes.open(QIODevice::ReadOnly); }));
     jobs.push_back({document.toStdString(), attributes.readAll().toStdString(), ReadPdf(document.toStdString())});
   }
 }
