@@ -19,10 +19,6 @@ char ToLower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool SameName(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, ToLower, ToLower);
-}
-
 std::size_t ColumnNamed(const TableState& table, std::string_view name) {
   const auto found = std::ranges::find(table.Columns(), name, &Column::name);
   if (found == table.Columns().end()) {
@@ -32,6 +28,10 @@ std::size_t ColumnNamed(const TableState& table, std::string_view name) {
 }
 
 }  // namespace
+
+bool SameName(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, ToLower, ToLower);
+}
 
 std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file) {
   const auto objects = file->Table(kObjectsPage, "MSysObjects");

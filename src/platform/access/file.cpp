@@ -13,9 +13,6 @@ namespace marlevo::access {
 namespace {
 
 constexpr int kWestern = 1252;  // of a Jet 3 file without any label
-constexpr std::size_t kNextDefinitionPageAt = 4;
-constexpr std::size_t kContinuationHeader = 8;
-constexpr std::size_t kMaxDefinitionPages = 64;  // four times what the largest table needs
 
 pager::PageFormat PageFormatOf(const FileHeader& header) {
   pager::PageFormat format{.page_size = header.format->page_size, .crypt = {}};
@@ -84,22 +81,6 @@ std::shared_ptr<TableState> File::Table(std::uint32_t page, const std::string& n
     slot = table = std::make_shared<TableState>(shared_from_this(), page, name);
   }
   return table;
-}
-
-std::vector<std::byte> File::ReadDefinitionPages(std::uint32_t page) const {
-  std::vector<std::byte> joined;
-  std::size_t pages = 0;
-  for (std::uint32_t next = page; next != 0;) {
-    const pager::PageRef part = Read(next);
-    if (LoadU8(part.Bytes().data()) != kDefinitionPage || ++pages > kMaxDefinitionPages) {
-      throw AccessError(next,
-                        "expected a table's definition, found type " + std::to_string(LoadU8(part.Bytes().data())));
-    }
-    const Bytes content = part.Bytes().subspan(next == page ? 0 : kContinuationHeader);
-    joined.insert(joined.end(), content.begin(), content.end());
-    next = LoadU32(&part.Bytes()[kNextDefinitionPageAt]);
-  }
-  return joined;
 }
 
 void File::Begin() {

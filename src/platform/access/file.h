@@ -42,9 +42,6 @@ class File : public std::enable_shared_from_this<File> {
   // true.
   std::shared_ptr<TableState> Table(std::uint32_t page, const std::string& name);
 
-  // The joined bytes of a table's definition.
-  std::vector<std::byte> ReadDefinitionPages(std::uint32_t page) const;
-
   // Statements of this File. `Changes` grows whenever pages have changed otherwise than by them: what was remembered of
   // the file may be wrong then.
   void Begin();

@@ -4,6 +4,7 @@
 
 #include "platform/access/access_error.h"
 #include "platform/access/cell.h"
+#include "platform/access/definition_pages.h"
 #include "platform/access/long_value.h"
 
 namespace marlevo::access {
@@ -54,7 +55,7 @@ TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::stri
 // Rows, autonumbers and keys are counted in the definition, too: those places are cleared.
 std::vector<std::byte> TableState::LoadDefinition() const {
   const Format& format = file_->Layout();
-  std::vector<std::byte> bytes = file_->ReadDefinitionPages(page_);
+  std::vector<std::byte> bytes = ReadDefinitionPages(*file_, page_);
   StoreU32(&bytes[format.definition.rows], 0);
   StoreU32(&bytes[format.definition.last_autonumber], 0);
   const std::size_t indexes = LoadU32(&bytes[format.definition.real_indexes]);

@@ -1,0 +1,209 @@
+// A new Jet 4 file: header, map of the file, the four system tables, the user's tables, and what the system tables say
+// of them.
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <ctime>
+#include <string>
+
+#include "platform/access/access_error.h"
+#include "platform/access/catalog.h"
+#include "platform/access/data_page.h"
+#include "platform/access/database.h"
+#include "platform/access/definition_pages.h"
+#include "platform/access/file.h"
+#include "platform/access/global_map.h"
+#include "platform/access/system_tables.h"
+#include "platform/access/table_state.h"
+
+namespace marlevo::access {
+
+namespace {
+
+// Local time as a date of the file's own kind.
+double Now() {
+  const std::time_t now = std::time(nullptr);
+  const std::tm local = *std::localtime(&now);
+  const std::chrono::sys_days day = std::chrono::year{local.tm_year + 1900} /
+                                    std::chrono::month{static_cast<unsigned>(local.tm_mon) + 1} /
+                                    std::chrono::day{static_cast<unsigned>(local.tm_mday)};
+  const std::chrono::sys_days origin = std::chrono::year{1899} / 12 / 30;
+  const int seconds = (local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec;
+  return static_cast<double>((day - origin).count()) + seconds / 86400.0;
+}
+
+std::int64_t SignedId(std::uint32_t id) {
+  return static_cast<std::int32_t>(id);
+}
+
+// Writes what a database consists of, inside one statement.
+class Creator {
+ public:
+  explicit Creator(File& file) : file_(file), format_(file.Layout()) {}
+
+  void WriteFrame(std::string_view password) {
+    std::vector<std::byte> stored;
+    const std::optional<std::size_t> length = file_.Text(0).Encode(password, false, stored);
+    if (!length || stored.size() > format_.password_size) {
+      throw AccessError("a password has at most " + std::to_string(format_.password_size / 2) + " characters");
+    }
+    {
+      const pager::PageEdit edit = file_.Change(file_.Pages().Append());
+      WriteHeader(edit.Bytes(), kCreationDate, AsText(stored));
+    }
+    {
+      const pager::PageEdit edit = file_.Change(file_.Pages().Append());
+      FormatDataPage(format_, edit.Bytes(), kOwnerGlobalMap);
+      std::vector<std::byte> row(format_.usual_map_row);
+      std::fill(row.begin() + 5, row.end(), std::byte{0xFF});
+      AppendRow(format_, edit.Bytes(), row);
+      AppendRow(format_, edit.Bytes(), std::vector<std::byte>(row.size()));  // every file has it; of unknown use
+    }
+    std::vector<SystemTable> tables = SystemTables();
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+      file_.Pages().Append();  // their pages are given by the header
+    }
+    for (std::uint32_t page = 0; page < file_.Pages().PageCount(); ++page) {
+      GlobalMap(file_).Remove(page);
+    }
+    std::uint32_t page = kObjectsPage;
+    for (SystemTable& table : tables) {
+      WriteDefinition(page++, table.definition);
+    }
+  }
+
+  // The definition's first page.
+  std::uint32_t WriteTable(const TableSchema& schema) {
+    std::vector<ColumnDefinition> columns;
+    for (const ColumnSchema& column : schema.columns) {
+      columns.push_back(NewColumn(column));
+    }
+    TableDefinition definition = LayOutTable(kUserTable, columns);
+    const std::uint32_t page = file_.TakePage();
+    WriteDefinition(page, definition);
+    return page;
+  }
+
+ private:
+  void WriteDefinition(std::uint32_t page, TableDefinition& definition) {
+    definition.owned_map = NewMap();
+    definition.free_map = NewMap();
+    for (LongValueMaps& maps : definition.long_value_maps) {
+      maps.owned = NewMap();
+      maps.free = NewMap();
+    }
+    for (RealIndex& index : definition.real_indexes) {
+      index.owned_map = NewMap();
+      index.root = file_.TakePage();
+      UsageMap(file_, index.owned_map).Add(index.root);
+      WriteEmptyIndex(index.root, page);
+    }
+    WriteDefinitionPages(file_, page, BuildDefinition(format_, file_.Text(0), definition));
+  }
+
+  void WriteEmptyIndex(std::uint32_t root, std::uint32_t table) {
+    const pager::PageEdit edit = file_.Change(root);
+    std::ranges::fill(edit.Bytes(), std::byte{0});
+    StoreU8(&edit.Bytes()[0], kIndexLeafPage);
+    StoreU8(&edit.Bytes()[1], 1);
+    StoreU16(&edit.Bytes()[kFreeSpaceAt], static_cast<std::uint16_t>(format_.page_size - format_.index_page.entries));
+    StoreU32(&edit.Bytes()[kOwnerAt], table);
+  }
+
+  RowPointer NewMap() {
+    const std::vector<std::byte> row(format_.usual_map_row);
+    if (map_page_ != 0) {
+      const pager::PageEdit edit = file_.Change(map_page_);
+      if (DataPage(format_, map_page_, edit.Bytes()).Room() >= row.size() + 2) {
+        return {map_page_, AppendRow(format_, edit.Bytes(), row)};
+      }
+    }
+    map_page_ = file_.TakePage();
+    const pager::PageEdit edit = file_.Change(map_page_);
+    FormatDataPage(format_, edit.Bytes(), kOwnerUsageMaps);
+    return {map_page_, AppendRow(format_, edit.Bytes(), row)};
+  }
+
+  File& file_;
+  const Format& format_;
+  std::uint32_t map_page_ = 0;  // where the last map was put
+};
+
+// Writes the rows of the two system tables that say which objects there are and who may use them.
+class Registrar {
+ public:
+  explicit Registrar(File& file)
+      : objects_(file.Table(kObjectsPage, "MSysObjects")),
+        permissions_(file.Table(kObjectsPage + 1, "MSysACEs")),
+        now_(Now()) {}
+
+  void Register(const SystemObject& object) {
+    std::vector<Value> row(objects_->Columns().size());
+    row[0] = SignedId(object.id);
+    row[1] = SignedId(object.parent);
+    row[2] = object.name;
+    row[3] = std::int64_t{object.type};
+    row[4] = now_;
+    row[5] = now_;
+    row[6] = Bytes(object.owner);
+    row[7] = SignedId(object.flags);
+    objects_->Insert(row);
+  }
+
+  void Permit(const std::vector<Permission>& permissions) {
+    for (const Permission& permission : permissions) {
+      const std::array<Value, 4> row{SignedId(permission.object), Bytes(permission.who), SignedId(permission.rights),
+                                     permission.inheritable};
+      permissions_->Insert(row);
+    }
+  }
+
+ private:
+  std::shared_ptr<TableState> objects_;
+  std::shared_ptr<TableState> permissions_;
+  double now_;
+};
+
+void CheckNames(const std::vector<TableSchema>& tables) {
+  for (auto table = tables.begin(); table != tables.end(); ++table) {
+    if (table->name.empty() || table->name.starts_with("MSys") || table->columns.empty() ||
+        std::any_of(tables.begin(), table,
+                    [&](const TableSchema& other) { return SameName(other.name, table->name); })) {
+      throw AccessError("table \"" + table->name + "\" cannot be made: it has no columns, or its name is taken");
+    }
+    const auto& columns = table->columns;
+    for (auto column = columns.begin(); column != columns.end(); ++column) {
+      if (std::any_of(columns.begin(), column,
+                      [&](const ColumnSchema& other) { return SameName(other.name, column->name); })) {
+        throw AccessError("column " + column->name + " stands twice in table " + table->name);
+      }
+    }
+  }
+}
+
+}  // namespace
+
+Database Database::Create(const std::filesystem::path& path, std::string_view password,
+                          const std::vector<TableSchema>& tables, pager::FileSystem& files) {
+  CheckNames(tables);
+  const std::shared_ptr<File> file = File::Create(path, files);
+  Statement statement(file);
+  Creator creator(*file);
+  creator.WriteFrame(password);
+  Registrar registrar(*file);
+  for (const SystemObject& object : SystemObjects()) {
+    registrar.Register(object);
+  }
+  registrar.Permit(SystemPermissions());
+  for (const TableSchema& table : tables) {
+    const std::uint32_t page = creator.WriteTable(table);
+    registrar.Register({page, kTablesId, table.name, kLocalTable, 0, kAdminSid});
+    registrar.Permit(UserTablePermissions(page));
+  }
+  statement.Commit();
+  file->Pages().Flush();
+  return Database(file);
+}
+
+}  // namespace marlevo::access

@@ -1,0 +1,17 @@
+// A table's definition is longer than a page in wide tables: it is spread over a chain of pages.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/access/file.h"
+
+namespace marlevo::access {
+
+// The joined bytes; what follows the definition on its last page is there, too.
+std::vector<std::byte> ReadDefinitionPages(const File& file, std::uint32_t page);
+
+// Writes a new Jet 4 definition to `page` and as many more as it needs, inside a statement.
+void WriteDefinitionPages(File& file, std::uint32_t page, Bytes joined);
+
+}  // namespace marlevo::access
