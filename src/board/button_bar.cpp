@@ -2,6 +2,8 @@
 
 #include <QGridLayout>
 
+#include "ui/appearance.h"
+
 namespace marlevo {
 
 namespace {
@@ -30,10 +32,7 @@ QPushButton* ButtonBar::Add(const QString& name, const QString& caption, const Q
   button->setToolTip(tip.isEmpty() ? key_tip : tip + "\n" + key_tip);
   if (emphasis == Emphasis::kMain) {
     button->setMinimumHeight(kMainButtonHeight);
-    QFont font = button->font();
-    font.setPointSizeF(font.pointSizeF() + 2);
-    font.setBold(true);
-    button->setFont(font);
+    button->setFont(LargeFont(QFont::Bold));
   }
   buttons_.append(button);
 
@@ -65,7 +64,7 @@ QString ButtonBar::Hint() const {
   for (const QPushButton* const button : buttons_) {
     keys.append(button->shortcut().toString(QKeySequence::NativeText) + ' ' + button->text().trimmed());
   }
-  return keys.join("    ");
+  return keys.join("   ");
 }
 
 }  // namespace marlevo

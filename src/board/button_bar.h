@@ -29,7 +29,7 @@ class ButtonBar : public QFrame {
   // Changes a caption; the button keeps its key.
   static void SetCaption(QPushButton& button, const QString& caption);
 
-  // "F2 組合    F3 重覆選號碼組合 ..."
+  // "F2 組合   F3 重覆選號碼組合 ..."
   QString Hint() const;
 
  private:

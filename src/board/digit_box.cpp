@@ -10,7 +10,6 @@ namespace marlevo {
 namespace {
 constexpr QSize kSmallest(34, 32);
 constexpr QSize kComfortable(56, 40);
-constexpr double kActionPoints = 12;
 constexpr double kRadius = 4;
 constexpr double kMarkSize = 14;
 constexpr QRgb kFocus = 0xffe08a00;
@@ -22,9 +21,7 @@ DigitBox::DigitBox(QWidget* parent, const QString& name, const QString& caption,
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setAttribute(Qt::WA_Hover);
   if (kind == Kind::kAction) {
-    QFont small = font();
-    small.setPointSizeF(kActionPoints);
-    setFont(small);
+    setFont(WindowFont());
   }
 }
 
@@ -66,9 +63,7 @@ void DigitBox::paintEvent(QPaintEvent*) {
   }
 
   if (on) {
-    QFont bold = font();
-    bold.setBold(true);
-    painter.setFont(bold);
+    painter.setFont(LargeFont(QFont::Bold));
     DrawCheckMark(painter, QRectF(width() - kMarkSize - 3, 3, kMarkSize, kMarkSize), Qt::white, 2);
   }
   painter.setPen(on ? QColor(Qt::white) : QColor(kind_ == Kind::kDigit ? colours::kText : colours::kFaintText));

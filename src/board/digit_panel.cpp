@@ -4,14 +4,13 @@
 #include <QKeyEvent>
 #include <QLabel>
 
+#include "ui/appearance.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
 
 namespace {
 
-constexpr double kDigitPoints = 18;
-constexpr double kTitlePoints = 12;
 constexpr int kSpacing = 4;
 // The extra columns are narrow: their titles are short.
 constexpr std::array<const char*, kPickColumns> kTitles = {"第一柱", "第二柱", "第三柱", "第四柱", "五柱",
@@ -24,21 +23,17 @@ constexpr int GridColumn(int cell_column) {
 constexpr int kGapColumn = 7;
 constexpr int kFirstExtraCell = 6;
 
-QLabel* NewTitle(QWidget* parent, const QString& name, const QString& text, const QFont& font) {
+QLabel* NewTitle(QWidget* parent, const QString& name, const QString& text) {
   QLabel* const label = NewLabel(parent, name, text);
   label->setAlignment(Qt::AlignCenter);
-  label->setFont(font);
+  label->setFont(WindowFont());
   return label;
 }
 
 }  // namespace
 
 DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
-  QFont title_font = font();
-  title_font.setPointSizeF(kTitlePoints);
-  QFont digit_font = font();
-  digit_font.setPointSizeF(kDigitPoints);
-  setFont(digit_font);
+  setFont(LargeFont());
   setFrameStyle(QFrame::StyledPanel);
   setBackgroundRole(QPalette::Base);
   setAutoFillBackground(true);
@@ -48,7 +43,7 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
   grid->setSpacing(kSpacing);
   for (int digit = 0; digit < kDigits; ++digit) {
     const QString caption = QString::number(digit);
-    QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), caption, title_font);
+    QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), caption);
     title->setForegroundRole(QPalette::PlaceholderText);
     grid->addWidget(title, digit + 1, 0);
     grid->setRowStretch(digit + 1, 1);
@@ -69,7 +64,7 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
   }
   for (int column = 0; column < kShownColumns; ++column) {
     const QString title = kTitles[static_cast<std::size_t>(column)];
-    grid->addWidget(NewTitle(this, ElementName("lblTitle2", column), title, title_font), 0, GridColumn(column));
+    grid->addWidget(NewTitle(this, ElementName("lblTitle2", column), title), 0, GridColumn(column));
     auto* const on = new DigitBox(this, ElementName("chkAll_Y1", column), "全", DigitBox::Kind::kAction);
     on->setToolTip(title + "全選 0 到 9");
     connect(on, &QCheckBox::clicked, this, [this, column] { chkAll_Y1_Click(column); });
@@ -85,7 +80,7 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
   grid->setColumnMinimumWidth(0, 22);
   grid->setColumnMinimumWidth(kGapColumn, 6);
 
-  reserved_ = NewTitle(this, "lblExtra", {}, title_font);
+  reserved_ = NewTitle(this, "lblExtra", {});
   reserved_->setWordWrap(true);
   reserved_->setForegroundRole(QPalette::PlaceholderText);
   reserved_->setFrameStyle(QFrame::StyledPanel);
@@ -102,7 +97,7 @@ void DigitPanel::AddExtraColumns(QGridLayout& grid) {
     const int cell_column = kFirstExtraCell + column - kShownColumns - 1;
     const auto extra = static_cast<std::size_t>(column - kShownColumns - 1);
     extra_titles_[extra] = NewTitle(this, ElementName("lblTitle3", static_cast<int>(extra)),
-                                    kTitles[static_cast<std::size_t>(column - 1)], reserved_->font());
+                                    kTitles[static_cast<std::size_t>(column - 1)]);
     extra_titles_[extra]->hide();
     grid.addWidget(extra_titles_[extra], 0, GridColumn(cell_column));
     for (int digit = 0; digit < kDigits; ++digit) {

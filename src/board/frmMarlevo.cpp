@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QScrollArea>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "board/button_bar.h"
@@ -13,6 +14,7 @@
 #include "board/result_panel.h"
 #include "filters/filters.h"
 #include "filters/instant_check.h"
+#include "ui/appearance.h"
 #include "ui/frmMessage.h"
 #include "ui/frmMessage2.h"
 
@@ -21,9 +23,9 @@ namespace marlevo {
 namespace {
 
 constexpr int kMargin = 12;
+constexpr int kStageRow = 1;               // of the board's layout: panels and bars
 constexpr int kSideWidth = 392;            // kinds, totals and bars: the widest bar caption and totals line fit
 constexpr QSize kLargestBoard(1200, 800);  // beyond this the columns only drift apart
-constexpr double kCaptionPoints = 20;
 constexpr double kHintPoints = 10;
 constexpr const char* kCheckCaption = "即時對獎";
 constexpr const char* kDataCaption = "投注資料";
@@ -39,36 +41,27 @@ frmMarlevo::frmMarlevo(BoardWindows windows) : windows_(std::move(windows)) {
 void frmMarlevo::InitBoard() {
   picMain_ = Named(new QWidget, "picMain");
   picMain_->setMaximumSize(kLargestBoard);
+  picMain_->installEventFilter(this);
 
   QLabel* const caption = NewLabel(picMain_, "lblCaption", "3、4 星   彩");
-  QFont caption_font = caption->font();
-  caption_font.setPointSizeF(kCaptionPoints);
-  caption_font.setBold(true);
-  caption->setFont(caption_font);
+  caption->setFont(LargeFont(QFont::Bold));
   caption->setForegroundRole(QPalette::Link);
   lblHint_ = NewLabel(picMain_, "lblHint", {});
   QFont hint_font = lblHint_->font();
   hint_font.setPointSizeF(kHintPoints);
   lblHint_->setFont(hint_font);
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
+  // A long line of keys is cut off rather than the board made wider than the window.
+  lblHint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
   picBox1_ = Named(new QWidget(picMain_), "picBox1");
   kinds_ = new KindRows(picBox1_);
   kinds_->setFixedWidth(kSideWidth);
   digits_ = new DigitPanel(picBox1_);
-  picBox2_ = Named(new ResultPanel(picMain_, list_, kSideWidth), "picBox2");
-  connect(picBox2_->CheckButton(), &QPushButton::clicked, this, &frmMarlevo::cmdCheck2_Click);
-  picBox2_->hide();
 
-  // After the panels, so that the Tab key reaches the buttons last.
+  // After the panel, so that the Tab key reaches the buttons last.
   picMenu1_ = NewSelectionBar();
-  picMenu2_ = NewResultBar();
-  picMenu3_ = NewFilterBar();
-  const int result_bars = std::max(picMenu2_->sizeHint().height(), picMenu3_->sizeHint().height());
   picMenu1_->setFixedWidth(kSideWidth);
-  picMenu2_->setFixedSize(kSideWidth, result_bars);
-  picMenu3_->setFixedSize(kSideWidth, result_bars);
-
   auto* const side = new QVBoxLayout;
   side->setSpacing(0);
   side->addWidget(kinds_, 1);
@@ -78,21 +71,15 @@ void frmMarlevo::InitBoard() {
   selection->setSpacing(kMargin);
   selection->addLayout(side);
   selection->addWidget(digits_, 1);
-  picBox2_->KeepFree(result_bars + kMargin);
 
-  // The panels of a stage leave room for its bar at the bottom of their left column.
-  auto* const grid = new QGridLayout(picMain_);
-  grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin / 2);
-  grid->setSpacing(kMargin / 2);
-  grid->addWidget(caption, 0, 0);
-  grid->addWidget(picBox1_, 1, 0);
-  grid->addWidget(picBox2_, 1, 0);
-  for (ButtonBar* const bar : {picMenu1_, picMenu2_, picMenu3_}) {
-    grid->addWidget(bar, 1, 0, Qt::AlignLeft | Qt::AlignBottom);
-    bar->raise();
-  }
-  grid->addWidget(lblHint_, 2, 0);
-  grid->setRowStretch(1, 1);
+  grid_ = new QGridLayout(picMain_);
+  grid_->setContentsMargins(kMargin, kMargin, kMargin, kMargin / 2);
+  grid_->setSpacing(kMargin / 2);
+  grid_->addWidget(caption, 0, 0);
+  grid_->addWidget(picBox1_, kStageRow, 0);
+  AddBar(picMenu1_);
+  grid_->addWidget(lblHint_, kStageRow + 1, 0);
+  grid_->setRowStretch(kStageRow, 1);
   ShowBar(picMenu1_);
 
   // Centres the board in a window that is larger, and scrolls to every part of it in one that is smaller.
@@ -105,6 +92,39 @@ void frmMarlevo::InitBoard() {
   auto* const window = new QVBoxLayout(this);
   window->setContentsMargins(0, 0, 0, 0);
   window->addWidget(scroll);
+}
+
+void frmMarlevo::InitResultStage() {
+  if (picBox2_ != nullptr) {
+    return;
+  }
+  picBox2_ = Named(new ResultPanel(picMain_, list_, kSideWidth), "picBox2");
+  picBox2_->hide();
+  connect(picBox2_->CheckButton(), &QPushButton::clicked, this, &frmMarlevo::cmdCheck2_Click);
+  picMenu2_ = NewResultBar();
+  picMenu3_ = NewFilterBar();
+  const int height = std::max(picMenu2_->sizeHint().height(), picMenu3_->sizeHint().height());
+  picBox2_->KeepFree(height + kMargin);
+  grid_->addWidget(picBox2_, kStageRow, 0);
+  for (ButtonBar* const bar : {picMenu2_, picMenu3_}) {
+    bar->hide();
+    bar->setFixedSize(kSideWidth, height);
+    AddBar(bar);
+  }
+}
+
+// The panels of a stage leave room for its bar at the bottom of their left column.
+void frmMarlevo::AddBar(ButtonBar* bar) {
+  grid_->addWidget(bar, kStageRow, 0, Qt::AlignLeft | Qt::AlignBottom);
+  bar->raise();
+}
+
+bool frmMarlevo::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Paint) {
+    picMain_->removeEventFilter(this);
+    QTimer::singleShot(0, this, &frmMarlevo::InitResultStage);
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 ButtonBar* frmMarlevo::NewSelectionBar() {
@@ -208,6 +228,7 @@ void frmMarlevo::ExpandPicks(Expand expand) {
     ShowMessage(this, QString::fromUtf8(message.data(), static_cast<qsizetype>(message.size())));
     return;
   }
+  InitResultStage();
   picBox1_->hide();
   picBox2_->show();
   ShowBar(picMenu2_);
@@ -293,7 +314,9 @@ const CurrentList& frmMarlevo::ReadList() {
 
 void frmMarlevo::ShowBar(ButtonBar* bar) {
   for (ButtonBar* const other : {picMenu1_, picMenu2_, picMenu3_}) {
-    other->setVisible(other == bar);
+    if (other != nullptr) {
+      other->setVisible(other == bar);
+    }
   }
   lblHint_->setText(bar->Hint());
 }

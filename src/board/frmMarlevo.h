@@ -10,6 +10,7 @@
 #include "tickets/tickets.h"
 #include "tickets/totals.h"
 
+class QGridLayout;
 class QLabel;
 
 namespace marlevo {
@@ -48,12 +49,17 @@ class frmMarlevo : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   using Expand = TicketCounts (*)(const Selection&, CurrentList&);
   using Filter = void (*)(CurrentList&);
 
   void InitBoard();
+  // Makes the result stage, which is not needed to show the board: right after the first painting, or when it is asked
+  // for earlier.
+  void InitResultStage();
+  void AddBar(ButtonBar* bar);
   ButtonBar* NewSelectionBar();
   ButtonBar* NewResultBar();
   ButtonBar* NewFilterBar();
@@ -83,14 +89,15 @@ class frmMarlevo : public QWidget {
   CurrentList list_;
 
   QWidget* picMain_;
+  QGridLayout* grid_;
   QWidget* picBox1_;
-  ResultPanel* picBox2_;
-  ButtonBar* picMenu1_;
-  ButtonBar* picMenu2_;
-  ButtonBar* picMenu3_;
+  ResultPanel* picBox2_ = nullptr;
+  ButtonBar* picMenu1_ = nullptr;
+  ButtonBar* picMenu2_ = nullptr;
+  ButtonBar* picMenu3_ = nullptr;
   KindRows* kinds_;
   DigitPanel* digits_;
-  QPushButton* cmdCheck_;
+  QPushButton* cmdCheck_ = nullptr;
   QLabel* lblHint_;
 };
 

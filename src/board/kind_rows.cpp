@@ -3,25 +3,23 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "ui/appearance.h"
+
 namespace marlevo {
 
 namespace {
 
-constexpr double kKindPoints = 15.5;
-constexpr double kListPoints = 14;
-constexpr int kMultiplierWidth = 92;
-constexpr int kAmountWidth = 100;
+constexpr int kMultiplierWidth = 84;
+constexpr int kAmountWidth = 94;
 
 template <std::size_t count>
 DropDownList* NewList(QWidget* parent, const QString& name, const std::array<std::string_view, count>& entries,
                       int width) {
   auto* const list = new DropDownList(parent, name);
+  list->setFont(LargeFont());
   for (const std::string_view entry : entries) {
     list->addItem(QString::fromUtf8(entry.data(), static_cast<qsizetype>(entry.size())));
   }
-  QFont font = list->font();
-  font.setPointSizeF(kListPoints);
-  list->setFont(font);
   list->setFixedWidth(width);
   list->setMaxVisibleItems(static_cast<int>(count));
   return list;
@@ -51,10 +49,7 @@ QWidget* KindRows::NewRow(int kind) {
   const QString caption =
       QString::fromUtf8(kBetKindNames[index].data(), static_cast<qsizetype>(kBetKindNames[index].size()));
   QCheckBox* const tick = Named(new QCheckBox(caption, row), ElementName("chkPlay", kind));
-  QFont bold = tick->font();
-  bold.setPointSizeF(kKindPoints);
-  bold.setBold(true);
-  tick->setFont(bold);
+  tick->setFont(LargeFont(QFont::Bold));
   tick->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   connect(tick, &QCheckBox::toggled, row,
           [row](bool on) { row->setBackgroundRole(on ? QPalette::Midlight : QPalette::Base); });

@@ -15,8 +15,9 @@ namespace {
 constexpr int kSpacing = 12;
 constexpr int kCheckLines = 7;  // the most there can be
 constexpr double kGridPoints = 14;
-constexpr double kSequenceWidth = 7;  // in widths of "W"
-constexpr double kDigitWidth = 8;
+constexpr double kSequenceWidth = 5.5;  // in widths of "W"
+constexpr double kDigitWidth = 6.75;
+constexpr int kDrawnWidth = 50;
 constexpr std::array<const char*, 4> kPositions = {"第一柱", "第二柱", "第三柱", "第四柱"};
 
 }  // namespace
@@ -82,7 +83,7 @@ QWidget* ResultPanel::NewCheckArea() {
   area->setAutoFillBackground(true);
 
   auto* const drawn = new QHBoxLayout;
-  drawn->setSpacing(8);
+  drawn->setSpacing(5);
   for (std::size_t position = 0; position < cboCheck_.size(); ++position) {
     const int index = static_cast<int>(position);
     auto* const list = new DropDownList(area, ElementName("cboCheck", index));
@@ -90,6 +91,7 @@ QWidget* ResultPanel::NewCheckArea() {
       list->addItem(QString::number(digit));
     }
     list->setMaxVisibleItems(10);
+    list->setFixedWidth(kDrawnWidth);
     drawn->addWidget(NewLabel(area, ElementName("lblCheck", index), kPositions[position]));
     drawn->addWidget(list);
     drawn->addSpacing(4);

@@ -9,6 +9,7 @@ namespace marlevo {
 
 namespace {
 constexpr double kWindowPoints = 12;
+constexpr double kLargePoints = 18;
 constexpr double kAlignedPoints = 14;
 }  // namespace
 
@@ -20,6 +21,13 @@ QFont WindowFont() {
   return font;
 }
 
+QFont LargeFont(QFont::Weight weight) {
+  QFont font = WindowFont();
+  font.setPointSizeF(kLargePoints);
+  font.setWeight(weight);
+  return font;
+}
+
 QFont AlignedFont() {
   QFont font;
   font.setFamilies({"MingLiU", "Noto Sans Mono CJK TC", "WenQuanYi Micro Hei Mono"});
@@ -28,11 +36,10 @@ QFont AlignedFont() {
   return font;
 }
 
-void SetUpAppearance(QApplication& application) {
+void SetUpAppearance() {
   QApplication::setStyle(new WindowStyle);
   QApplication::setPalette(WindowPalette());
   QApplication::setFont(WindowFont());
-  application.setApplicationDisplayName({});
   QToolTip::setFont(WindowFont());
 }
 

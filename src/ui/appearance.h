@@ -4,12 +4,14 @@
 #include <QColor>
 #include <QFont>
 
-class QApplication;
-
 namespace marlevo {
 
 // The font of the windows: the first Traditional Chinese family that the system has.
 QFont WindowFont();
+
+// The same for what has to be read from a distance: digits, kinds, main actions. There is one large size only: each
+// size of a Chinese font costs a millisecond or two at the start.
+QFont LargeFont(QFont::Weight weight = QFont::Normal);
 
 // A font in which a full-width character is exactly as wide as two half-width ones, for boxes whose lines are columns.
 QFont AlignedFont();
@@ -26,6 +28,7 @@ inline constexpr QRgb kGround = 0xffeef2f5;  // behind panels
 inline constexpr QRgb kPanel = 0xffffffff;   // panels, lists, boxes
 }  // namespace colours
 
-void SetUpAppearance(QApplication& application);
+// Sets them for the whole program.
+void SetUpAppearance();
 
 }  // namespace marlevo

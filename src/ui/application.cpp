@@ -9,7 +9,7 @@
 namespace marlevo {
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
-  SetUpAppearance(*this);
+  SetUpAppearance();
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {

@@ -1,0 +1,10 @@
+// The yardstick of start_bench: the shortest program that shows a window.
+#include <QApplication>
+#include <QMainWindow>
+
+int main(int argc, char** argv) {
+  const QApplication application(argc, argv);
+  QMainWindow window;
+  window.show();
+  return QApplication::exec();
+}

@@ -1,0 +1,74 @@
+#include "ui/application.h"
+
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <stdexcept>
+
+#include "platform/errors/operation_error.h"
+#include "support/qt_modal.h"
+
+namespace marlevo {
+namespace {
+
+void Fail() {
+  throw DatabaseError("讀取客戶資料", "4star.mdb", "page 7 is damaged");
+}
+
+TEST(ErrorGuardTest, AnErrorOfASlotIsReportedAndTheProgramGoesOn) {
+  QPushButton button;
+  QObject::connect(&button, &QPushButton::clicked, &Fail);
+  for (const char* const words : {"讀取客戶資料", "4star.mdb", "page 7 is damaged"}) {
+    WithModals([&button] { QTest::mouseClick(&button, Qt::LeftButton); }, {ExpectErrorReport(words, "繼續")});
+  }
+  // Not only errors of files and printers, and not only in slots.
+  WithModals(
+      [] {
+        QTimer::singleShot(0, [] { throw std::length_error("too long"); });
+        QTest::qWait(20);
+      },
+      {ExpectErrorReport("too long", "繼續")});
+}
+
+TEST(ErrorGuardTest, ASecondErrorWaitsForTheFirstReport) {
+  WithModals(
+      [] {
+        QTimer::singleShot(0, &Fail);
+        QTest::qWait(20);
+      },
+      {[](QWidget& first) {
+         QTimer::singleShot(0, [] { throw PrinterError("列印", "HP LaserJet", "no paper"); });
+         QTest::qWait(20);
+         EXPECT_EQ(QApplication::activeModalWidget(), &first);
+         ExpectErrorReport("4star.mdb", "繼續")(first);
+       },
+       ExpectErrorReport("HP LaserJet", "繼續")});
+}
+
+// The last one: the application is over afterwards.
+TEST(ErrorGuardTest, EndLeavesEveryNestedLoopWithStatusOne) {
+  auto& application = *static_cast<Application*>(QCoreApplication::instance());
+  int status = 0;
+  bool returned = false;
+  WithModals(
+      [&] {
+        status = application.Run([&returned] {
+          QTimer::singleShot(0, [&returned] {
+            QDialog window;
+            QMetaObject::invokeMethod(&window, &Fail, Qt::QueuedConnection);
+            window.exec();
+            returned = true;
+          });
+        });
+      },
+      {ExpectErrorReport("page 7", "結束")});
+  EXPECT_TRUE(returned);
+  EXPECT_EQ(status, 1);
+}
+
+}  // namespace
+}  // namespace marlevo

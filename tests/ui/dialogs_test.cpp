@@ -1,0 +1,46 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+
+#include "support/qt_modal.h"
+#include "ui/frmMessage.h"
+#include "ui/frmMessage2.h"
+#include "ui/question.h"
+
+namespace marlevo {
+namespace {
+
+TEST(QuestionTest, OnlyTheYesButtonIsAYes) {
+  const auto answered = [](const ModalStep& step) {
+    bool yes = false;
+    WithModals([&yes] { yes = Question(nullptr, "是否刪除 ?"); }, {step});
+    return yes;
+  };
+  EXPECT_TRUE(answered(ExpectQuestion("是否刪除 ?", QMessageBox::Yes)));
+  EXPECT_FALSE(answered(ExpectQuestion("是否刪除 ?", QMessageBox::No)));
+  EXPECT_FALSE(answered([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); }));
+  EXPECT_FALSE(answered([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Return); }));
+  EXPECT_FALSE(answered([](QWidget& window) { window.close(); }));
+}
+
+TEST(MessageTest, EnterAndEscCloseItAndALineBreakIsOne) {
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+    WithModals([] { ShowMessage(nullptr, "選擇三星玩法\r\n一 二 三排需要有號碼"); }, {[key](QWidget& window) {
+                 EXPECT_EQ(window.findChild<QLabel*>("lblMsg")->text().count('\n'), 1);
+                 EXPECT_FALSE(window.findChild<QLabel*>("lblMsg")->text().contains('\r'));
+                 QTest::keyClick(&window, key);
+               }});
+  }
+}
+
+TEST(BusyNoticeTest, EscDoesNotTakeItAway) {
+  frmMessage2 busy(nullptr);
+  busy.ShowPainted();
+  QTest::keyClick(&busy, Qt::Key_Escape);
+  EXPECT_TRUE(busy.isVisible());
+}
+
+}  // namespace
+}  // namespace marlevo
