@@ -1,6 +1,7 @@
 #include "platform/access/database.h"
 
 #include "platform/access/catalog.h"
+#include "platform/access/check.h"
 #include "platform/access/file.h"
 #include "platform/access/table_state.h"
 
@@ -35,6 +36,10 @@ bool Database::ReadOnly() const {
 
 void Database::Flush() {
   file_->Pages().Flush();
+}
+
+std::vector<std::string> Database::Check() const {
+  return CheckFile(file_);
 }
 
 Statement::Statement(const Database& database) : Statement(database.file_) {}

@@ -15,18 +15,26 @@ constexpr std::size_t kMaxPages = 64;  // four times what the largest table need
 
 }  // namespace
 
-std::vector<std::byte> ReadDefinitionPages(const File& file, std::uint32_t page) {
-  std::vector<std::byte> joined;
-  std::size_t pages = 0;
+std::vector<std::uint32_t> DefinitionPages(const File& file, std::uint32_t page) {
+  std::vector<std::uint32_t> pages;
   for (std::uint32_t next = page; next != 0;) {
     const pager::PageRef part = file.Read(next);
     const std::uint8_t type = LoadU8(part.Bytes().data());
-    if (type != kDefinitionPage || ++pages > kMaxPages) {
+    if (type != kDefinitionPage || pages.size() == kMaxPages) {
       throw AccessError(next, "expected a table's definition, found type " + std::to_string(type));
     }
-    const Bytes content = part.Bytes().subspan(next == page ? 0 : kHeader);
-    joined.insert(joined.end(), content.begin(), content.end());
+    pages.push_back(next);
     next = LoadU32(&part.Bytes()[kNextAt]);
+  }
+  return pages;
+}
+
+std::vector<std::byte> ReadDefinitionPages(const File& file, std::uint32_t page) {
+  std::vector<std::byte> joined;
+  for (const std::uint32_t number : DefinitionPages(file, page)) {
+    const pager::PageRef part = file.Read(number);
+    const Bytes content = part.Bytes().subspan(number == page ? 0 : kHeader);
+    joined.insert(joined.end(), content.begin(), content.end());
   }
   return joined;
 }

@@ -8,6 +8,9 @@
 
 namespace marlevo::access {
 
+// The pages of a definition in turn.
+std::vector<std::uint32_t> DefinitionPages(const File& file, std::uint32_t page);
+
 // The joined bytes; what follows the definition on its last page is there, too.
 std::vector<std::byte> ReadDefinitionPages(const File& file, std::uint32_t page);
 

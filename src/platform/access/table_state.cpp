@@ -47,6 +47,9 @@ TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::stri
     autonumber_ = static_cast<std::size_t>(autonumber - columns_.begin());
   }
   for (const LongValueMaps& maps : definition_.long_value_maps) {
+    if (maps.owned.page == 0 || maps.free.page == 0) {
+      continue;  // Access itself makes such columns
+    }
     long_values_.emplace(maps.column, RowSpace(*file_, kOwnerLongValues, maps.owned, maps.free));
   }
   write_refusal_ = FindWriteRefusal();

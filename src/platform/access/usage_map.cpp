@@ -106,6 +106,17 @@ std::uint32_t UsageMap::PagesPerMapPage() const {
   return static_cast<std::uint32_t>((file_->Layout().page_size - kMapPageHeader) * 8);
 }
 
+std::vector<std::uint32_t> UsageMap::MapPages() const {
+  std::vector<std::uint32_t> pages;
+  const Loaded map = Load();
+  for (std::size_t index = 0; !map.IsInline() && index < map.References(); ++index) {
+    if (map.Reference(index) != 0) {
+      pages.push_back(map.Reference(index));
+    }
+  }
+  return pages;
+}
+
 bool UsageMap::Contains(std::uint32_t page) const {
   const Loaded map = Load();
   if (map.IsInline()) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "platform/access/data_page.h"
 #include "platform/access/file.h"
@@ -17,6 +18,10 @@ class UsageMap {
 
   // The first member from `page` on.
   std::optional<std::uint32_t> Next(std::uint32_t page) const;
+
+  // Where the map itself is: its row, and its pages of bits if it has any.
+  RowPointer Row() const { return row_; }
+  std::vector<std::uint32_t> MapPages() const;
 
   // Inside a statement. Adding may take pages for the map itself.
   void Add(std::uint32_t page);
