@@ -32,9 +32,10 @@ std::shared_ptr<Pager> Work(FaultFiles& files, History& history) {
   if (!pager) return nullptr;
   std::mt19937 random(5);
   for (std::uint32_t turn = 1; turn <= 36; ++turn) {
+    const bool empty = history.committed.back().empty();
     const std::uint32_t changes = turn % 6 == 0 ? 44 : 1 + random() % 4;
-    const std::uint32_t appends = turn == 1 ? 12 : turn % 6 == 3 ? 25 : random() % 2;
-    const bool keep = turn % 5 != 0 && turn != 12;
+    const std::uint32_t appends = empty ? 12 : turn % 6 == 3 ? 25 : random() % 2;
+    const bool keep = empty || (turn % 5 != 0 && turn != 12);
     Image image = history.committed.back();
     try {
       Statement statement(*pager);
