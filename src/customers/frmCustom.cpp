@@ -24,6 +24,7 @@ frmCustom::frmCustom(QWidget* parent, const std::string& connection_string)
   mfgCustom_H_->Fill(connection_);
 }
 
+// In the order of the Tab key: first the customers, then what they bought.
 void frmCustom::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, {8, 8, 9, 9, 12});
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
@@ -51,21 +52,21 @@ void frmCustom::SetUpWidgets() {
   QPushButton* const cmdAdd = NewButton(this, "cmdAdd", "新增", Emphasis::kMain);
   QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改");
   QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除客戶資料");
+  QPushButton* const check = NewButton(this, "Command1", "客戶資料對獎");
   connect(cmdAdd, &QPushButton::clicked, this, &frmCustom::cmdAdd_Click);
   connect(cmdEdit, &QPushButton::clicked, this, &frmCustom::cmdEdit_Click);
   connect(cmdDel, &QPushButton::clicked, this, &frmCustom::cmdDel_Click);
+  connect(check, &QPushButton::clicked, this, &frmCustom::Command1_Click);
 
   lstRecord_ = new RecordList(this);
   lstRecord_->OnChosen([this](int) { lstRecord_MouseDown(); });
   QLabel* const lblRecord = NewLabel(this, "lblRecord", "購買記錄");
   lblRecord->setBuddy(lstRecord_);
-  QPushButton* const cmdDelRecord = NewButton(this, "cmdDelRecord", "刪除購買記錄");
-  connect(cmdDelRecord, &QPushButton::clicked, this, &frmCustom::cmdDelRecord_Click);
   SSTab1_ = new RecordTabs(this);
 
-  QPushButton* const check = NewButton(this, "Command1", "客戶資料對獎");
+  QPushButton* const cmdDelRecord = NewButton(this, "cmdDelRecord", "刪除購買記錄");
   QPushButton* const cmdExit = NewButton(this, "cmdExit", "結束");
-  connect(check, &QPushButton::clicked, this, &frmCustom::Command1_Click);
+  connect(cmdDelRecord, &QPushButton::clicked, this, &frmCustom::cmdDelRecord_Click);
   connect(cmdExit, &QPushButton::clicked, this, &QDialog::close);
 
   auto* const customer_buttons = new QHBoxLayout;

@@ -1,0 +1,57 @@
+// A database with customers, and the windows of the customers opened on it.
+#pragma once
+
+#include <QPushButton>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "customers/customer_statements.h"
+#include "platform/database/database_fixture.h"
+#include "support/qt_modal.h"
+#include "support/window_driver.h"
+
+namespace marlevo {
+
+class CustomerWindowsTest : public DatabaseFixture {
+ protected:
+  void AddCustomer(const Customer& customer) { Run(InsertCustomer(customer)); }
+
+  // Tickets as "mode amount digits", e.g. "3 25 1709", numbered from 1 within their mode.
+  void AddRecord(const std::string& number, const std::string& stamp, const std::vector<std::string>& tickets) {
+    int seq[10] = {};
+    for (const std::string& text : tickets) {
+      const int mode = text[0] - '0';
+      const std::size_t blank = text.find(' ', 2);
+      StoredTicket ticket{mode, text.substr(2, blank - 2), ++seq[mode], {}};
+      for (std::size_t i = 0; i < 4; ++i) {
+        ticket.digits[i] = text[blank + 1 + i] - '0';
+      }
+      Run(InsertTicket(number, stamp, ticket));
+    }
+  }
+
+  void Run(const std::string& sql) {
+    Connection connection(Opening());
+    connection.Execute(sql);
+    connection.Flush();
+  }
+
+  std::string Customers() const {
+    Connection connection(Opening());
+    return Rows(connection, std::string(kSelectCustomers), {"CUSTOM_NO", "CUSTOM_NAME", "TEL1", "TEL2", "MEMO1"});
+  }
+  std::string Tickets(const std::string& number) const {
+    Connection connection(Opening());
+    return Rows(connection,
+                "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='" + number + "' ORDER BY SAL_DATE,PLAY_MODE,PLAY_SEQ",
+                {"SAL_DATE", "PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"});
+  }
+
+  static void Press(const QWidget& window, const QString& button, const std::vector<ModalStep>& steps = {}) {
+    WithModals([&] { Click(window, button); }, steps);
+  }
+};
+
+}  // namespace marlevo

@@ -1,0 +1,225 @@
+// What goes wrong with the database while the customer windows are open: each fault gives one error report, changes
+// nothing that it should not, and the window goes on working.
+#include <fstream>
+
+#include "customer_windows.h"
+#include "customers/frmCustom.h"
+#include "customers/frmCustom_CHK.h"
+#include "customers/frmSave.h"
+#include "helper_process.h"
+#include "stored_rows.h"
+#include "support/largest_list.h"
+#include "support/ticket_text.h"
+
+namespace marlevo {
+namespace {
+
+class FaultsTest : public CustomerWindowsTest {
+ protected:
+  // Opens each window in turn from a button, as the program does. Each opening is one step.
+  void OpenEachWindow(const std::string& connection_string, const ModalStep& step) {
+    const CurrentList list;
+    const std::vector<std::function<void()>> openings = {[&] { frmCustom(nullptr, connection_string).exec(); },
+                                                         [&] { frmSave(nullptr, connection_string, list).exec(); },
+                                                         [&] { frmCustom_CHK(nullptr, connection_string).exec(); }};
+    for (const auto& opening : openings) {
+      QWidget opener;
+      auto* const button = new QPushButton(&opener);
+      button->setObjectName("open");
+      QObject::connect(button, &QPushButton::clicked, opening);
+      opener.show();
+      Press(opener, "open", {step});
+    }
+  }
+
+  void Overwrite(std::uintmax_t from, std::uintmax_t length, char byte) {
+    std::fstream file(file_, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(static_cast<std::streamoff>(from));
+    file << std::string(length, byte);
+  }
+};
+
+TEST_F(FaultsTest, AFileThatCannotBeOpenedGivesAReportAndNoWindow) {
+  AddCustomer({"A01", "王小明", "", "", ""});
+  const ModalStep report = ExpectErrorReport("開啟資料庫", "繼續");
+  const std::filesystem::path kept = folder_.Path() / "kept.mdb";
+  std::filesystem::copy_file(file_, kept);
+
+  std::filesystem::remove(file_);
+  OpenEachWindow(Opening(), report);
+  std::ofstream(file_).close();
+  OpenEachWindow(Opening(), report);
+  std::filesystem::remove(file_);
+  std::filesystem::copy_file(kept, file_);
+  Overwrite(0, 64, '\0');
+  OpenEachWindow(Opening(), report);
+  std::filesystem::copy_file(kept, file_, std::filesystem::copy_options::overwrite_existing);
+  const std::string opening = Opening();
+  OpenEachWindow(opening.substr(0, opening.rfind('=') + 1) + "wrong", report);
+
+  OpenEachWindow(Opening(), [](QWidget& window) {
+    EXPECT_EQ(RowsText(window, "mfgCustom_H").substr(0, 4), "A01|");
+    window.close();
+  });
+}
+
+TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
+  AddCustomer({"A01", "王小明", "", "", ""});
+  const std::uintmax_t healthy = std::filesystem::file_size(file_);
+  {
+    Connection connection(Opening());
+    int seq = 0;
+    for (int i = 0; i < 3000; ++i) {
+      connection.Execute(InsertTicket("A01", "20021005143012", {0, "25", ++seq, {1, 2, 3, 4}}));
+    }
+    connection.Flush();
+  }
+  ASSERT_GT(std::filesystem::file_size(file_), healthy + 65536);
+  Overwrite(healthy + 32768, 32768, '\xAA');
+  frmCustom window(nullptr, Opening());
+  window.show();
+  WithModals([&] { PressRow(window, "mfgCustom_H", 0); }, {ExpectErrorReport("4star.mdb", "繼續")});
+  EXPECT_EQ(RowsText(window, "lstRecord"), "");
+  EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
+  frmCustom_CHK check(nullptr, Opening());
+  check.show();
+  Click(check, "Option1(2)");
+  Press(check, "cmdCheck2", {ExpectErrorReport("4star.mdb", "繼續")});
+  EXPECT_EQ(RowsText(check, "lstCheck"), "");
+}
+
+TEST_F(FaultsTest, AQuoteIsRefusedAndMeansNobody) {
+  AddCustomer({"A01", "王小明", "", "", ""});
+  AddCustomer({"A02", "陳大文", "", "", ""});
+  AddRecord("A01", "20021005143012", {"0 25 1234"});
+  const std::string before = Customers() + Tickets("A01");
+  const CurrentList list = test::Lists({{0, "1234"}});
+  const ModalStep report = ExpectErrorReport("單引號", "繼續");
+
+  frmCustom window(nullptr, Opening());
+  window.show();
+  Enter(window, "txtCustom_No", "x' OR 'a'='a");
+  for (const char* button : {"cmdAdd", "cmdEdit", "cmdDel"}) {
+    Press(window, button, {report});
+  }
+  Enter(window, "txtCustom_No", "A01");
+  Enter(window, "txtMemo1", "it's");
+  Press(window, "cmdEdit", {report});
+  Enter(window, "txtCustom_No", "A03");
+  Press(window, "cmdAdd", {report});
+  EXPECT_EQ(Customers() + Tickets("A01"), before);
+  Enter(window, "txtMemo1", "it is");
+  Press(window, "cmdAdd");
+  EXPECT_EQ(Customers(), "A01|王小明|||\nA02|陳大文|||\nA03||||it is\n");
+
+  // Another program may have stored such a number.
+  Run("INSERT INTO [CUSTOM_H] (CUSTOM_NO,CUSTOM_NAME,TEL1,TEL2,MEMO1) VALUES ('0''0','','','','')");
+  frmSave save(nullptr, Opening(), list);
+  save.show();
+  Press(save, "cmdPrint", {ExpectQuestion("確定要將號碼組合資料存檔到 [0'0] ?", QMessageBox::Yes), report});
+  EXPECT_TRUE(Find<QWidget>(save, "picMsg").isHidden());
+  PressRow(save, "mfgCustom_H", 2);
+  Press(save, "cmdPrint",
+        {ExpectQuestion("確定要將號碼組合資料存檔到 [A02] ?", QMessageBox::Yes), ExpectMessage("存檔完畢 !")});
+}
+
+TEST_F(FaultsTest, ATextThatIsTooLongIsRefusedAndCanBeShortened) {
+  AddCustomer({"A01", "王小明", "", "", ""});
+  frmCustom window(nullptr, Opening());
+  window.show();
+  const ModalStep report = ExpectErrorReport("執行資料庫指令", "繼續");
+  for (const auto& [box, length] : {std::pair{"txtCustom_No", 51}, {"txtCustom_Name", 101}, {"txtMemo1", 256}}) {
+    Enter(window, "txtCustom_No", "A02");
+    Enter(window, "txtCustom_Name", "");
+    Enter(window, box, QString(length, u'長'));
+    Press(window, "cmdAdd", {report});
+    EXPECT_EQ(Customers(), "A01|王小明|||\n") << box;
+    EXPECT_EQ(RowsText(window, "mfgCustom_H"), Customers()) << box;
+  }
+  // A change deletes the customer first. What was typed is still there, and one key less makes it fit.
+  PressRow(window, "mfgCustom_H", 0);
+  Enter(window, "txtMemo1", QString(256, u'長'));
+  Press(window, "cmdEdit", {report});
+  EXPECT_EQ(Customers(), "");
+  auto& memo = Find<QLineEdit>(window, "txtMemo1");
+  QTest::keyClick(&memo, Qt::Key_End);
+  QTest::keyClick(&memo, Qt::Key_Backspace);
+  Press(window, "cmdAdd");
+  EXPECT_EQ(Customers(), "A01|王小明|||" + QString(255, u'長').toStdString() + "\n");
+}
+
+TEST_F(FaultsTest, AFileThatAnotherProcessWritesToCanBeReadUntilItIsFree) {
+  AddCustomer({"A01", "王小明", "", "", ""});
+  const CurrentList list = test::Lists({{0, "1234"}});
+  const QString question = "確定要將號碼組合資料存檔到 [A01] ?";
+  auto other = std::make_unique<HelperProcess>("HoldsTheFile", file_);
+  other->WaitFor("held");
+  frmSave save(nullptr, Opening(), list);
+  save.show();
+  EXPECT_EQ(RowsText(save, "mfgCustom_H"), "A01|王小明\n");
+  Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectErrorReport("執行資料庫指令", "繼續")});
+  EXPECT_EQ(Tickets("A01"), "");
+  other.reset();
+  Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectMessage("存檔完畢 !")});
+  Connection connection(Opening());
+  EXPECT_EQ(StoredOfSave(connection, "A01", list), 1U);
+}
+
+TEST_F(FaultsTest, AKillInTheMiddleOfASaveLeavesItsFirstRows) {
+  const CurrentList list = LargestList();
+  const int rounds = 8;
+  qint64 whole_save = 0;  // milliseconds
+  std::size_t cut_off = 0;
+  for (int round = 0; round <= rounds; ++round) {
+    const std::string number = QString("K%1").arg(round).toStdString();
+    AddCustomer({number, "", "", "", ""});
+    QElapsedTimer clock;
+    HelperProcess saving("SavesTheLargestList", file_);
+    saving.WaitFor("saving");
+    clock.start();
+    if (round == 0) {
+      saving.WaitFor("saved");
+      whole_save = clock.elapsed();
+    } else {
+      QTest::qWait(static_cast<int>(whole_save * round / rounds));
+    }
+    const bool reported = saving.Kill().contains("saved");
+
+    Connection connection(Opening());
+    const std::size_t stored = StoredOfSave(connection, number, list);
+    if (reported) {
+      EXPECT_EQ(stored, 23000U) << "round " << round;
+    }
+    cut_off += stored < 23000U ? 1 : 0;
+    connection.Execute(DeleteCustomer(number));  // so that the next round's customer is the first again
+    connection.Flush();
+  }
+  EXPECT_GT(cut_off, 0U) << "no kill came in the middle of a save";
+}
+
+// What the helper processes do. They are this program once more, with a test that does not run by itself.
+
+TEST(Helper, DISABLED_HoldsTheFile) {
+  Connection connection(HelperProcess::ConnectionString());
+  connection.Execute("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3,NO4) VALUES (1,1,2,3,4)");
+  HelperProcess::Say("held");
+  HelperProcess::WaitForTheEnd();
+}
+
+TEST(Helper, DISABLED_SavesTheLargestList) {
+  const CurrentList list = LargestList();
+  frmSave window(nullptr, HelperProcess::ConnectionString(), list);
+  window.show();
+  WithModals([&] { Click(window, "cmdPrint"); },
+             {[](QWidget& question) {
+                HelperProcess::Say("saving");
+                qobject_cast<QMessageBox*>(&question)->button(QMessageBox::Yes)->click();
+              },
+              [](QWidget&) {
+                HelperProcess::Say("saved");
+                HelperProcess::WaitForTheEnd();
+              }});
+}
+
+}  // namespace
+}  // namespace marlevo

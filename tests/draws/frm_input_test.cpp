@@ -1,0 +1,148 @@
+#include "draws/frmInput.h"
+
+#include <QAbstractItemModelTester>
+#include <QComboBox>
+
+#include "platform/database/database_fixture.h"
+#include "support/qt_modal.h"
+#include "support/window_driver.h"
+
+namespace marlevo {
+namespace {
+
+class FrmInputTest : public DatabaseFixture {
+ protected:
+  // Opens the window afresh.
+  frmInput& Window() {
+    window_ = std::make_unique<frmInput>(nullptr, Opening());
+    window_->show();
+    return *window_;
+  }
+
+  void EnterDraw(const QString& number, const QString& digits) {
+    Enter(*window_, "txtVou_No", number);
+    for (int i = 0; i < 4; ++i) {
+      Find<QComboBox>(*window_, QString("cboCheck(%1)").arg(i)).setEditText(digits.mid(i, 1));
+    }
+  }
+  void Press(const QString& button, const std::vector<ModalStep>& steps = {}) {
+    WithModals([&] { Click(*window_, button); }, steps);
+  }
+  std::string Entered() const {
+    std::string text = BoxText(*window_, "txtVou_No") + " ";
+    for (int i = 0; i < 4; ++i) {
+      text += Find<QComboBox>(*window_, QString("cboCheck(%1)").arg(i)).currentText().toStdString();
+    }
+    return text;
+  }
+  std::string Stored() const {
+    Connection connection(Opening());
+    return Rows(connection, "SELECT * FROM [NUMERIC] ORDER BY VOU_NO", {"VOU_NO", "NO1", "NO2", "NO3", "NO4"});
+  }
+
+  std::unique_ptr<frmInput> window_;
+};
+
+TEST_F(FrmInputTest, MirrorsEveryChangeUntilItIsOpenedAgain) {
+  frmInput& window = Window();
+  const QAbstractItemModelTester tester(Find<QAbstractItemView>(window, "mfgNumeric").model());
+  EXPECT_EQ(Entered(), " 0000");
+  for (const char* draw : {"92001", "92005", "92003"}) {
+    EnterDraw(draw, "3071");
+    Press("cmdAdd");
+  }
+  EXPECT_EQ(RowsText(window, "mfgNumeric"), "92001|3|0|7|1\n92005|3|0|7|1\n92003|3|0|7|1\n||||\n");
+  EXPECT_EQ(Entered(), "92003 3071") << "the boxes keep their contents";
+
+  EnterDraw("92005", "9876");
+  Press("cmdEdit");
+  EnterDraw("92001", "0000");
+  Press("cmdDel");
+  EXPECT_EQ(RowsText(window, "mfgNumeric"), "92005|9|8|7|6\n92003|3|0|7|1\n||||\n");
+  EXPECT_EQ(Entered(), "92001 0000") << "a row that goes chooses no other";
+
+  // The same number, but not the same text.
+  EnterDraw("092003", "5555");
+  Press("cmdEdit");
+  EXPECT_EQ(RowsText(window, "mfgNumeric"), "92005|9|8|7|6\n92003|3|0|7|1\n||||\n");
+  EXPECT_EQ(RowsText(Window(), "mfgNumeric"), "92003|5|5|5|5\n92005|9|8|7|6\n||||\n");
+}
+
+TEST_F(FrmInputTest, ChangesNothingWhenANumberIsMissingTakenOrUnknown) {
+  Window();
+  for (const char* button : {"cmdAdd", "cmdEdit", "cmdDel"}) {
+    Press(button, {ExpectMessage("請先輸入期數 !!")});
+  }
+  EnterDraw("92001", "1234");
+  Press("cmdEdit", {ExpectMessage("開獎期數不存在,不可修改 !!")});
+  Press("cmdDel", {ExpectMessage("開獎期數不存在,不可刪除 !!")});
+  Press("cmdAdd");
+  EnterDraw("092001", "9999");
+  Press("cmdAdd", {ExpectMessage("開獎期數已經存在,不可新增 !!")});
+  EXPECT_EQ(Stored(), "92001|1|2|3|4\n");
+}
+
+TEST_F(FrmInputTest, TakesTheRowThatIsChosenByMouseOrKeys) {
+  Connection(Opening()).Execute("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3) VALUES (92001,11,0,7)");
+  Connection(Opening()).Execute("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3,NO4) VALUES (92002,1,2,3,4)");
+  frmInput& window = Window();
+  PressRow(window, "mfgNumeric", 0);
+  EXPECT_EQ(Entered(), "92001 11070") << "a missing digit reads as 0, one of two places is shown";
+  QTest::keyClick(&Find<QWidget>(window, "mfgNumeric"), Qt::Key_Down);
+  EXPECT_EQ(Entered(), "92002 1234");
+  QTest::keyClick(&Find<QWidget>(window, "mfgNumeric"), Qt::Key_Down);
+  EXPECT_EQ(Entered(), " 0000") << "the blank row";
+}
+
+TEST_F(FrmInputTest, TakesOnlyDigitsFromTheKeyboardAndAnythingFromTheClipboard) {
+  frmInput& window = Window();
+  auto& box = Find<QLineEdit>(window, "txtVou_No");
+  Type(window, "txtVou_No", "9a2-0. 0x1");
+  EXPECT_EQ(BoxText(window, "txtVou_No"), "92001");
+  QTest::keyClick(&box, Qt::Key_Backspace);
+  QTest::keyClick(&box, Qt::Key_Return);
+  EXPECT_EQ(BoxText(window, "txtVou_No"), "9200");
+  EXPECT_EQ(Stored(), "");
+  box.selectAll();
+  QTest::keyClick(&box, Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(BoxText(window, "txtVou_No"), "");
+  QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(BoxText(window, "txtVou_No"), "9200");
+  // A click into the box selects the whole number, ready to be typed over.
+  window.setFocus();
+  QTest::mouseClick(&box, Qt::LeftButton, {}, {3, 10});
+  QCoreApplication::processEvents();
+  EXPECT_EQ(box.selectedText(), "9200");
+  QTest::keyClick(&box, Qt::Key_Escape);
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(FrmInputTest, GoesOnAfterAStatementThatTheDatabaseRefuses) {
+  Window();
+  EnterDraw("92001", "1234");
+  Press("cmdAdd");
+  // Pasted, these would mean every draw.
+  for (const char* number : {"92001 OR 1=1", "VOU_NO"}) {
+    EnterDraw(number, "5555");
+    for (const char* button : {"cmdAdd", "cmdEdit", "cmdDel"}) {
+      Press(button, {ExpectErrorReport("不是數字", "繼續")});
+    }
+  }
+  EnterDraw("92001", "12x4");
+  Press("cmdEdit", {ExpectErrorReport("不是數字", "繼續")});
+  EnterDraw("99999999999", "1234");
+  Press("cmdAdd", {ExpectErrorReport("4star.mdb", "繼續")});
+  EXPECT_EQ(Stored(), "92001|1|2|3|4\n");
+
+  // A change deletes the draw first; what the insert is refused for afterwards stays deleted.
+  EnterDraw("92001", "1234");
+  Find<QComboBox>(*window_, "cboCheck(3)").setEditText("99999999999");
+  Press("cmdEdit", {ExpectErrorReport("4star.mdb", "繼續")});
+  EXPECT_EQ(Stored(), "");
+  EnterDraw("92001", "4321");
+  Press("cmdAdd");
+  EXPECT_EQ(Stored(), "92001|4|3|2|1\n");
+}
+
+}  // namespace
+}  // namespace marlevo

@@ -1,0 +1,73 @@
+// What an operator does to a window, as real mouse and key events, and what is to be seen in it.
+#pragma once
+
+#include <QAbstractItemView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QString>
+#include <QTest>
+#include <stdexcept>
+#include <string>
+
+namespace marlevo {
+
+template <typename Widget>
+Widget& Find(const QWidget& window, const QString& name) {
+  auto* const widget = window.findChild<Widget*>(name);
+  if (widget == nullptr) {
+    throw std::runtime_error("no widget " + name.toStdString());
+  }
+  return *widget;
+}
+
+inline void Click(const QWidget& window, const QString& button) {
+  auto& widget = Find<QWidget>(window, button);
+  // Near its left edge: a choice takes clicks on its mark and text only.
+  QTest::mouseClick(&widget, Qt::LeftButton, {}, {10, widget.height() / 2});
+}
+
+// Rows count from 0, without the heading.
+inline void PressRow(const QWidget& window, const QString& view, int row, Qt::MouseButton button = Qt::LeftButton) {
+  auto& rows = Find<QAbstractItemView>(window, view);
+  const QModelIndex index = rows.model()->index(row, 0);
+  rows.scrollTo(index);
+  QTest::mouseClick(rows.viewport(), button, {}, rows.visualRect(index).center());
+}
+
+// Replaces the text of a box, key by key.
+inline void Type(const QWidget& window, const QString& box, const QString& text) {
+  auto& edit = Find<QLineEdit>(window, box);
+  edit.setFocus();
+  edit.selectAll();
+  QTest::keyClick(&edit, Qt::Key_Delete);
+  QTest::keyClicks(&edit, text);
+}
+
+// For texts that are entered by an input method.
+inline void Enter(const QWidget& window, const QString& box, const QString& text) {
+  Find<QLineEdit>(window, box).setText(text);
+}
+
+inline std::string BoxText(const QWidget& window, const QString& box) {
+  return Find<QLineEdit>(window, box).text().toStdString();
+}
+
+inline std::string LabelText(const QWidget& window, const QString& label) {
+  return Find<QLabel>(window, label).text().toStdString();
+}
+
+// The rows of a grid or list, each ending in a line break, the cells joined by "|".
+inline std::string RowsText(const QWidget& window, const QString& view) {
+  const QAbstractItemModel& model = *Find<QAbstractItemView>(window, view).model();
+  std::string text;
+  for (int row = 0; row < model.rowCount(); ++row) {
+    for (int column = 0; column < model.columnCount(); ++column) {
+      text += column == 0 ? "" : "|";
+      text += model.index(row, column).data().toString().toStdString();
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+}  // namespace marlevo
