@@ -13,6 +13,7 @@
 #include "platform/access/definition_pages.h"
 #include "platform/access/global_map.h"
 #include "platform/access/long_value.h"
+#include "platform/access/scan_state.h"
 #include "platform/access/table_state.h"
 
 namespace marlevo::access {
@@ -89,26 +90,31 @@ class Checker {
     for (const std::uint32_t page : DefinitionPages(*file_, table.Page())) {
       Use(page, name + " (definition)");
     }
-    CheckMaps(table.OwnedPages(), UsageMap(*file_, definition.free_map), name);
+    CheckOwned(table.OwnedPages(), name);
+    CheckFree(UsageMap(*file_, definition.free_map), table.OwnedPages(), name);
     for (const LongValueMaps& maps : definition.long_value_maps) {
-      if (maps.owned.page == 0 && maps.free.page == 0) {
-        continue;  // Access itself makes such columns
-      }
       Try([&] { CheckLongValueMaps(maps, name); });
     }
     for (const RealIndex& index : definition.real_indexes) {
       Try([&] { CheckIndexMap(index, name); });
     }
     CheckRows(table, name);
+    for (const Index& index : table.Indexes()) {
+      Try([&] { CheckIndex(table, index, name + " (index " + index.Name() + ")"); });
+    }
   }
 
-  // Both maps of a table or a long-value column, and the claims that follow.
-  void CheckMaps(const UsageMap& owned, const UsageMap& free, const std::string& user) {
+  // The pages of a table, a long-value column or an index.
+  void CheckOwned(const UsageMap& owned, const std::string& user) {
     UseMap(owned, user);
-    UseMap(free, user);
     for (auto page = owned.Next(0); page; page = owned.Next(*page + 1)) {
       Use(*page, user);
     }
+  }
+
+  // Those of them that have room.
+  void CheckFree(const UsageMap& free, const UsageMap& owned, const std::string& user) {
+    UseMap(free, user);
     for (auto page = free.Next(0); page; page = free.Next(*page + 1)) {
       if (!owned.Contains(*page)) {
         Fault(*page, "is offered for new rows of " + user + ", which does not own it");
@@ -116,9 +122,16 @@ class Checker {
     }
   }
 
+  // Access itself makes columns without these maps.
   void CheckLongValueMaps(const LongValueMaps& maps, const std::string& table) {
+    if (maps.owned.page == 0) {
+      return;
+    }
     const UsageMap owned(*file_, maps.owned);
-    CheckMaps(owned, UsageMap(*file_, maps.free), table + " (long values)");
+    CheckOwned(owned, table + " (long values)");
+    if (maps.free.page != 0) {
+      CheckFree(UsageMap(*file_, maps.free), owned, table + " (long values)");
+    }
     for (auto page = owned.Next(0); page; page = owned.Next(*page + 1)) {
       Try([&] { CheckDataPage(*page, kOwnerLongValues); });
     }
@@ -126,12 +139,37 @@ class Checker {
 
   void CheckIndexMap(const RealIndex& index, const std::string& table) {
     const UsageMap owned(*file_, index.owned_map);
-    UseMap(owned, table + " (index)");
+    CheckOwned(owned, table + " (index)");
     if (!owned.Contains(index.root)) {
       Fault(index.root, "is the root of an index of " + table + " but not in its map");
     }
-    for (auto page = owned.Next(0); page; page = owned.Next(*page + 1)) {
-      Use(*page, table + " (index)");
+  }
+
+  // Besides its structure: one entry for each row, no others.
+  void CheckIndex(const TableState& table, const Index& index, const std::string& user) {
+    for (const std::string& fault : index.Tree().Check()) {
+      faults_.push_back(user + ": " + fault);
+    }
+    std::size_t surplus = 0;
+    IndexWalk walk(index.Tree(), {});
+    while (walk.Next()) {
+      ++surplus;
+    }
+    ScanState rows(file_->Table(table.Page(), table.Name()), {});
+    while (index.Refusal().empty() && rows.Next()) {
+      try {
+        const Index::RowKey key = index.KeyOf(rows.Cells());
+        if (index.Lists(key) && !index.Contains(key.key, rows.Row())) {
+          faults_.push_back(user + " lacks a row of page " + std::to_string(FromRowId(rows.Row()).page));
+        } else {
+          surplus -= index.Lists(key) ? 1 : 0;
+        }
+      } catch (const ValueError&) {
+        --surplus;  // Access knows the place of this value
+      }
+    }
+    if (index.Refusal().empty() && surplus != 0) {
+      faults_.push_back(user + " has entries of rows that do not exist");
     }
   }
 
