@@ -23,7 +23,7 @@ class AccessError : public std::runtime_error {
   std::optional<std::uint32_t> page_;
 };
 
-// A value that does not fit its column. Nothing was changed.
+// A value that does not fit its column, or that an index or a relationship of the table forbids. Nothing was changed.
 class ValueError : public AccessError {
   using AccessError::AccessError;
 };

@@ -14,6 +14,7 @@
 #include "platform/access/definition_pages.h"
 #include "platform/access/file.h"
 #include "platform/access/global_map.h"
+#include "platform/access/index_tree.h"
 #include "platform/access/system_tables.h"
 #include "platform/access/table_state.h"
 
@@ -80,6 +81,9 @@ class Creator {
       columns.push_back(NewColumn(column));
     }
     TableDefinition definition = LayOutTable(kUserTable, columns);
+    for (const IndexSchema& index : schema.indexes) {
+      AddIndex(definition, index);
+    }
     const std::uint32_t page = file_.TakePage();
     WriteDefinition(page, definition);
     return page;
@@ -97,18 +101,9 @@ class Creator {
       index.owned_map = NewMap();
       index.root = file_.TakePage();
       UsageMap(file_, index.owned_map).Add(index.root);
-      WriteEmptyIndex(index.root, page);
+      IndexTree(file_, page, index.root, index.owned_map).Clear();
     }
     WriteDefinitionPages(file_, page, BuildDefinition(format_, file_.Text(0), definition));
-  }
-
-  void WriteEmptyIndex(std::uint32_t root, std::uint32_t table) {
-    const pager::PageEdit edit = file_.Change(root);
-    std::ranges::fill(edit.Bytes(), std::byte{0});
-    StoreU8(&edit.Bytes()[0], kIndexLeafPage);
-    StoreU8(&edit.Bytes()[1], 1);
-    StoreU16(&edit.Bytes()[kFreeSpaceAt], static_cast<std::uint16_t>(format_.page_size - format_.index_page.entries));
-    StoreU32(&edit.Bytes()[kOwnerAt], table);
   }
 
   RowPointer NewMap() {

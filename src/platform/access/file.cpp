@@ -62,12 +62,16 @@ pager::PageEdit File::Change(std::uint32_t page) const {
   return pager_->Change(page);
 }
 
+int File::CodePageOf(int label) const {
+  const int labelled = label != 0 ? label : header_code_page_;
+  return code_page_override_.value_or(labelled != 0 ? labelled : kWestern);
+}
+
 const TextCodec& File::Text(int code_page_label) const {
   if (format_->version == 4) {
     return codecs_[0];
   }
-  const int labelled = code_page_label != 0 ? code_page_label : header_code_page_;
-  const int code_page = code_page_override_.value_or(labelled != 0 ? labelled : kWestern);
+  const int code_page = CodePageOf(code_page_label);
   if (const auto found = codecs_.find(code_page); found != codecs_.end()) {
     return found->second;
   }

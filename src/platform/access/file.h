@@ -35,6 +35,9 @@ class File : public std::enable_shared_from_this<File> {
   pager::PageRef Read(std::uint32_t page) const;
   pager::PageEdit Change(std::uint32_t page) const;
 
+  // The code page in which Jet 3 texts with this label are stored.
+  int CodePageOf(int label) const;
+
   // How texts with this code-page label are stored; the label counts for Jet 3 only. Lives as long as the File.
   const TextCodec& Text(int code_page_label) const;
 

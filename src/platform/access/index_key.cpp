@@ -121,8 +121,8 @@ void AppendGuid(Bytes stored, Key& key) {
 [[noreturn]] void RefuseCharacter(const KeyColumn& column, unsigned character) {
   char code[16];
   std::snprintf(code, sizeof code, "U+%04X", character);
-  throw AccessError("column " + column.name + " is indexed, and the place of the character " + code +
-                    " in the order of its index is not known" + kAdvice);
+  throw ValueError("column " + column.name + " is indexed, and the place of the character " + code +
+                   " in the order of its index is not known" + kAdvice);
 }
 
 void AppendStored(const KeyColumn& column, Bytes stored, Key& key) {
@@ -153,14 +153,14 @@ void AppendStored(const KeyColumn& column, Bytes stored, Key& key) {
       break;
     default:
       if (stored.empty()) {
-        throw AccessError("column " + column.name + " is indexed, and no order is known for empty bytes" + kAdvice);
+        throw ValueError("column " + column.name + " is indexed, and no order is known for empty bytes" + kAdvice);
       }
       AppendGroups(stored, key);
   }
 }
 
 void AppendText(const KeyColumn& column, const KeyValue& value, Key& key) {
-  if (column.order == TextOrder::kJet4) {
+  if (column.order == TextOrder::kGeneralJet4) {
     const auto unknown = AppendJet4TextKey(std::get<std::u16string_view>(value), key);
     if (unknown) {
       RefuseCharacter(column, *unknown);
@@ -168,13 +168,13 @@ void AppendText(const KeyColumn& column, const KeyValue& value, Key& key) {
     return;
   }
   const std::string_view text = AsText(std::get<Bytes>(value));
-  if (column.order == TextOrder::kJet3Ascii) {
+  if (column.order == TextOrder::kAsciiJet3) {
     const auto high =
         std::find_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     if (high != text.end()) {
-      throw AccessError(
-          "column " + column.name +
-          " is indexed, and the place of characters outside ASCII in the order of its index is not known" + kAdvice);
+      throw ValueError("column " + column.name +
+                       " is indexed, and the place of characters outside ASCII in the order of its index is not known" +
+                       kAdvice);
     }
   }
   AppendJet3TextKey(text, key);
@@ -236,7 +236,7 @@ void AppendKey(const KeyColumn& column, const KeyValue& value, Key& key) {
       for (std::size_t at = first + 1 + kGroup; at + 1 < key.size(); at += kGroup + 1) {
         key[at] = kMoreGroups;
       }
-    } else if (IsText(column.type) && column.order == TextOrder::kJet4 && key.size() > first + 1) {
+    } else if (IsText(column.type) && column.order == TextOrder::kGeneralJet4 && key.size() > first + 1) {
       key.push_back(kEndOfDescendingText);
     }
   }

@@ -16,10 +16,10 @@ using Key = std::vector<std::byte>;
 
 // How an index orders the texts of a column.
 enum class TextOrder {
-  kJet3,       // "General" of Jet 3, texts in code page 1252
-  kJet3Ascii,  // the same, but the texts are in another code page: of that only the ASCII part is known
-  kJet4,       // "General" of Jet 4
-  kUnknown,    // any other language
+  kGeneralJet3,  // "General" of Jet 3, texts in code page 1252
+  kAsciiJet3,    // the same, but the texts are in another code page: of that only the ASCII part is known
+  kGeneralJet4,  // "General" of Jet 4
+  kUnknown,      // any other language
 };
 
 struct KeyColumn {
@@ -36,8 +36,8 @@ using KeyValue = std::variant<std::monostate, bool, std::u16string_view, Bytes>;
 // Why no keys can be made for a column at all; empty when they can.
 std::string KeyRefusal(const KeyColumn& column);
 
-// Appends the part of `column`, which has no KeyRefusal, to an entry's key. An AccessError when the value holds a
-// character whose place in the order is not known, or is not of the length that its type has.
+// Appends the part of `column`, which has no KeyRefusal, to an entry's key. A ValueError when the value holds a
+// character whose place in the order is not known, an AccessError when it does not have the length of its type.
 void AppendKey(const KeyColumn& column, const KeyValue& value, Key& key);
 
 }  // namespace marlevo::access

@@ -22,6 +22,7 @@ class ScanState {
   bool Next();
   RowId Row() const { return ToRowId({page_, static_cast<std::uint8_t>(slot_)}); }
   const TableState& Table() const { return *table_; }
+  const RowView& Cells() const { return row_; }
 
   bool IsNull(std::size_t column) const;
   std::int64_t Integer(std::size_t column) const;

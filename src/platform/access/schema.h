@@ -59,9 +59,26 @@ struct ColumnSchema {
   std::size_t length = 0;
 };
 
+// Names columns of its table. A unique index does not tell upper from lower case and ignores trailing blanks; rows
+// whose indexed columns are all null do not disturb each other.
+struct IndexSchema {
+  struct Part {
+    std::string column;
+    bool descending = false;
+  };
+
+  std::string name;
+  std::vector<Part> columns;  // 1 to 10
+  bool primary_key = false;   // unique and required, and Access shows it as the key
+  bool unique = false;
+  bool required = false;      // null is refused
+  bool ignore_nulls = false;  // rows whose indexed columns are all null have no entry
+};
+
 struct TableSchema {
   std::string name;
   std::vector<ColumnSchema> columns;
+  std::vector<IndexSchema> indexes = {};
 };
 
 // Names a row as long as it is stored: page number * 256 + slot.

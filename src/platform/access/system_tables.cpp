@@ -1,8 +1,13 @@
 #include "platform/access/system_tables.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "platform/access/access_error.h"
+#include "platform/access/catalog.h"
 #include "platform/access/cell.h"
 #include "platform/access/database.h"
+#include "platform/access/index_key.h"
 
 namespace marlevo::access {
 
@@ -11,6 +16,7 @@ namespace {
 constexpr std::uint16_t kGeneral = 0x0409;  // language of the "General" order
 constexpr std::size_t kMaxTextLength = 255;
 constexpr std::size_t kMaxBinaryLength = 255;
+constexpr std::size_t kMaxIndexes = 32;
 
 ColumnDefinition SystemColumn(const std::string& name, ColumnType type, std::uint8_t more_flags = 0) {
   ColumnDefinition column;
@@ -24,20 +30,17 @@ ColumnDefinition SystemColumn(const std::string& name, ColumnType type, std::uin
   return column;
 }
 
-// `columns`: their numbers, which are their places.
-void AddIndex(TableDefinition& table, const std::string& name, const std::vector<std::uint16_t>& columns,
-              std::uint8_t flags, IndexKind kind) {
+void AddIndex(TableDefinition& table, const std::string& name, std::vector<IndexColumn> columns, std::uint8_t flags,
+              IndexKind kind) {
   RealIndex real;
-  for (const std::uint16_t number : columns) {
-    real.columns.push_back({number, true});
-  }
+  real.columns = std::move(columns);
   real.flags = flags | kIndexJet4;
   LogicalIndex logical;
   logical.name = name;
   logical.number = logical.real_index = static_cast<std::uint32_t>(table.real_indexes.size());
   logical.kind = kind;
-  table.real_indexes.push_back(real);
-  table.logical_indexes.push_back(logical);
+  table.real_indexes.push_back(std::move(real));
+  table.logical_indexes.push_back(std::move(logical));
 }
 
 SystemTable Objects() {
@@ -61,8 +64,8 @@ SystemTable Objects() {
                                                                  SystemColumn("LvModule", kOle),
                                                                  SystemColumn("LvExtra", kOle),
                                                              })};
-  AddIndex(table.definition, "ParentIdName", {1, 2}, kIndexUnique, IndexKind::kNormal);
-  AddIndex(table.definition, "Id", {0}, kIndexUnique, IndexKind::kPrimaryKey);
+  AddIndex(table.definition, "ParentIdName", {{1, true}, {2, true}}, kIndexUnique, IndexKind::kNormal);
+  AddIndex(table.definition, "Id", {{0, true}}, kIndexUnique, IndexKind::kPrimaryKey);
   return table;
 }
 
@@ -74,7 +77,7 @@ SystemTable Permissions() {
                                                               SystemColumn("ACM", kLong),
                                                               SystemColumn("FInheritable", kBoolean),
                                                           })};
-  AddIndex(table.definition, "ObjectId", {0}, kIndexRequired, IndexKind::kNormal);
+  AddIndex(table.definition, "ObjectId", {{0, true}}, kIndexRequired, IndexKind::kNormal);
   return table;
 }
 
@@ -90,7 +93,8 @@ SystemTable Queries() {
                                                                  SystemColumn("Flag", kInteger),
                                                                  SystemColumn("LvExtra", kLong),
                                                              })};
-  AddIndex(table.definition, "ObjectIdAttribute", {0, 1, 2}, kIndexUnique, IndexKind::kPrimaryKey);
+  AddIndex(table.definition, "ObjectIdAttribute", {{0, true}, {1, true}, {2, true}}, kIndexUnique,
+           IndexKind::kPrimaryKey);
   return table;
 }
 
@@ -106,9 +110,9 @@ SystemTable Relationships() {
                                                                        SystemColumn("szReferencedObject", kText),
                                                                        SystemColumn("szReferencedColumn", kText),
                                                                    })};
-  AddIndex(table.definition, "szRelationship", {0}, kIndexIgnoreNulls, IndexKind::kNormal);
-  AddIndex(table.definition, "szObject", {4}, kIndexIgnoreNulls, IndexKind::kNormal);
-  AddIndex(table.definition, "szReferencedObject", {6}, kIndexIgnoreNulls, IndexKind::kNormal);
+  AddIndex(table.definition, "szRelationship", {{0, true}}, kIndexIgnoreNulls, IndexKind::kNormal);
+  AddIndex(table.definition, "szObject", {{4, true}}, kIndexIgnoreNulls, IndexKind::kNormal);
+  AddIndex(table.definition, "szReferencedObject", {{6, true}}, kIndexIgnoreNulls, IndexKind::kNormal);
   return table;
 }
 
@@ -176,6 +180,29 @@ ColumnDefinition NewColumn(const ColumnSchema& schema) {
     throw AccessError("column " + schema.name + " cannot be made: no such type in a new table");
   }
   return column;
+}
+
+void AddIndex(TableDefinition& table, const IndexSchema& schema) {
+  std::vector<IndexColumn> columns;
+  for (const IndexSchema::Part& part : schema.columns) {
+    const auto column = std::ranges::find_if(
+        table.columns, [&](const ColumnDefinition& c) { return SameName(c.shown.name, part.column); });
+    if (column == table.columns.end() ||
+        !KeyRefusal({part.column, column->shown.type, TextOrder::kGeneralJet4, part.descending}).empty()) {
+      throw AccessError("index " + schema.name + " cannot be made of column " + part.column);
+    }
+    columns.push_back({column->number, !part.descending});
+  }
+  const bool taken = std::ranges::any_of(table.logical_indexes,
+                                         [&](const LogicalIndex& other) { return SameName(other.name, schema.name); });
+  if (taken || columns.empty() || columns.size() > kMaxIndexColumns || table.real_indexes.size() == kMaxIndexes) {
+    throw AccessError("index " + schema.name + " cannot be made: its name is taken, or there are too many");
+  }
+  const bool primary = schema.primary_key;
+  const auto flags = static_cast<std::uint8_t>((primary || schema.unique ? kIndexUnique : 0) |
+                                               (primary || schema.required ? kIndexRequired : 0) |
+                                               (schema.ignore_nulls ? kIndexIgnoreNulls : 0));
+  AddIndex(table, schema.name, std::move(columns), flags, primary ? IndexKind::kPrimaryKey : IndexKind::kNormal);
 }
 
 std::vector<SystemTable> SystemTables() {

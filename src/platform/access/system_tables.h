@@ -17,6 +17,9 @@ TableDefinition LayOutTable(std::uint8_t table_type, const std::vector<ColumnDef
 // A column of a user's table; LayOutTable does the rest. Throws AccessError for a type or length that cannot be made.
 ColumnDefinition NewColumn(const ColumnSchema& schema);
 
+// To a table that LayOutTable has made. Throws AccessError when there can be no such index.
+void AddIndex(TableDefinition& table, const IndexSchema& schema);
+
 struct SystemTable {
   std::string name;
   TableDefinition definition;

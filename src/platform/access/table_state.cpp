@@ -41,7 +41,8 @@ TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::stri
       texts_(TextsOf(*file_, definition_)),
       encoder_(file_->Layout(), definition_, texts_),
       rows_(*file_, page, definition_.owned_map, definition_.free_map),
-      seen_changes_(file_->Changes()) {
+      seen_changes_(file_->Changes()),
+      indexes_(*file_, page, definition_) {
   const auto autonumber = std::ranges::find_if(columns_, &Column::autonumber);
   if (autonumber != columns_.end()) {
     autonumber_ = static_cast<std::size_t>(autonumber - columns_.begin());
@@ -69,13 +70,8 @@ std::vector<std::byte> TableState::LoadDefinition() const {
 
 std::string TableState::FindWriteRefusal() const {
   const std::string table = "table " + name_;
-  for (const LogicalIndex& index : definition_.logical_indexes) {
-    if (index.kind == IndexKind::kForeignKey) {
-      return table + " takes part in the relationship " + index.name + ", which this program does not keep right";
-    }
-  }
-  if (!definition_.real_indexes.empty()) {
-    return table + " has an index, which this program does not keep right";
+  if (!indexes_.Refusal().empty()) {
+    return table + ": " + indexes_.Refusal();
   }
   for (const ColumnDefinition& column : definition_.columns) {
     if (!IsKnown(column.shown.type)) {
@@ -157,10 +153,12 @@ RowPointer TableState::Insert(std::span<const Value> values) {
     values = completed;
   }
   const MutableBytes row = encoder_.Encode(values);
+  indexes_.CheckNew(RowView(file_->Layout(), page_, row, HasVariableColumns()));
   for (const RowEncoder::LongCell& cell : encoder_.LongCells()) {
     StoreLongValue(*file_, LongValueSpace(*cell.column), cell.value, row.subspan(cell.place, kLongValueHeader));
   }
   const RowPointer added = rows_.Add(row);
+  indexes_.Insert(ToRowId(added));
   CountInserted(values);
   return added;
 }
@@ -187,6 +185,7 @@ bool TableState::Delete(RowPointer row) {
     return false;
   }
   const std::vector<RowPointer> path = PathOf(row);
+  EraseFromIndexes(ToRowId(row), path.back());
   if (!long_values_.empty()) {
     RemoveLongValues(path.back());
   }
@@ -197,6 +196,16 @@ bool TableState::Delete(RowPointer row) {
   std::byte* rows = &page.Bytes()[file_->Layout().definition.rows];
   StoreU32(rows, std::max(LoadU32(rows), 1u) - 1);
   return true;
+}
+
+void TableState::EraseFromIndexes(RowId row, RowPointer body) {
+  {
+    const pager::PageRef ref = file_->Read(body.page);
+    indexes_.CheckGone(RowView(file_->Layout(), body.page,
+                               DataPage(file_->Layout(), body.page, ref.Bytes()).Row(body.slot), HasVariableColumns()),
+                       row);
+  }
+  indexes_.Erase(row);
 }
 
 void TableState::RemoveLongValues(RowPointer body) {

@@ -14,6 +14,7 @@
 #include "platform/access/row_space.h"
 #include "platform/access/schema.h"
 #include "platform/access/table_definition.h"
+#include "platform/access/table_indexes.h"
 
 namespace marlevo::access {
 
@@ -32,6 +33,7 @@ class TableState {
   const std::vector<Column>& Columns() const { return columns_; }
   const TextCodec& Text(std::size_t column) const { return *texts_[column]; }
   bool HasVariableColumns() const { return definition_.variable_columns > 0; }
+  const std::vector<Index>& Indexes() const { return indexes_.All(); }
   UsageMap OwnedPages() const { return rows_.Owned(); }
   std::size_t RowCount() const;
   const std::string& WriteRefusal() const { return write_refusal_; }
@@ -50,6 +52,7 @@ class TableState {
   std::vector<std::byte> LoadDefinition() const;
   std::string FindWriteRefusal() const;
   bool IsLiving(RowPointer row) const;
+  void EraseFromIndexes(RowId row, RowPointer body);
   void RemoveLongValues(RowPointer body);
   RowSpace& LongValueSpace(const ColumnDefinition& column);
   std::vector<Value> WithAutonumber(std::span<const Value> values) const;
@@ -68,6 +71,7 @@ class TableState {
   RowSpace rows_;
   std::map<std::uint16_t, RowSpace> long_values_;  // by column number
   std::uint64_t seen_changes_;
+  TableIndexes indexes_;
 };
 
 }  // namespace marlevo::access

@@ -76,32 +76,46 @@ class Utf8Writer {
   char16_t high_ = 0;  // the first half of a pair, when one is waiting
 };
 
-void DecodeUtf16(Bytes bytes, std::string& out) {
-  Utf8Writer writer(out);
+template <typename Put>
+void ForEachUnit(Bytes bytes, Put put) {
   for (std::size_t i = 0; i + 2 <= bytes.size(); i += 2) {
-    writer.Put(LoadU16(&bytes[i]));
+    put(char16_t{LoadU16(&bytes[i])});
   }
-  writer.Finish();
 }
 
 // One byte a character; a zero byte switches to UTF-16 and back.
-void DecodeShortForm(Bytes bytes, std::string& out) {
-  Utf8Writer writer(out);
+template <typename Put>
+void ForEachShortUnit(Bytes bytes, Put put) {
   bool single = true;
   for (std::size_t i = 0; i < bytes.size();) {
     if (bytes[i] == std::byte{0}) {
       single = !single;
       ++i;
     } else if (single) {
-      writer.Put(LoadU8(&bytes[i]));
+      put(char16_t{LoadU8(&bytes[i])});
       ++i;
     } else if (i + 2 <= bytes.size()) {
-      writer.Put(LoadU16(&bytes[i]));
+      put(char16_t{LoadU16(&bytes[i])});
       i += 2;
     } else {
       break;
     }
   }
+}
+
+bool IsShortForm(Bytes bytes) {
+  return bytes.size() >= 2 && std::ranges::equal(bytes.first(2), kShortForm);
+}
+
+void DecodeUtf16(Bytes bytes, std::string& out) {
+  Utf8Writer writer(out);
+  ForEachUnit(bytes, [&](char16_t unit) { writer.Put(unit); });
+  writer.Finish();
+}
+
+void DecodeShortForm(Bytes bytes, std::string& out) {
+  Utf8Writer writer(out);
+  ForEachShortUnit(bytes, [&](char16_t unit) { writer.Put(unit); });
   writer.Finish();
 }
 
@@ -176,7 +190,7 @@ TextCodec::TextCodec(int code_page) : code_page_(CodePage::Find(code_page)) {
 }
 
 std::string_view TextCodec::Decode(Bytes bytes, std::string& buffer) const {
-  const bool short_form = code_page_ == nullptr && bytes.size() >= 2 && std::ranges::equal(bytes.first(2), kShortForm);
+  const bool short_form = code_page_ == nullptr && IsShortForm(bytes);
   if (short_form) {
     bytes = bytes.subspan(2);
   }
@@ -193,6 +207,17 @@ std::string_view TextCodec::Decode(Bytes bytes, std::string& buffer) const {
     DecodeUtf16(bytes, buffer);
   }
   return buffer;
+}
+
+std::u16string TextCodec::DecodeUnits(Bytes bytes) {
+  std::u16string units;
+  const auto put = [&units](char16_t unit) { units += unit; };
+  if (IsShortForm(bytes)) {
+    ForEachShortUnit(bytes.subspan(std::size(kShortForm)), put);
+  } else {
+    ForEachUnit(bytes, put);
+  }
+  return units;
 }
 
 std::string TextCodec::DecodeName(Bytes bytes) const {

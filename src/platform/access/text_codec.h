@@ -25,6 +25,9 @@ class TextCodec {
   // U+FFFD.
   std::string_view Decode(Bytes bytes, std::string& buffer) const;
 
+  // The units of a Jet 4 text.
+  static std::u16string DecodeUnits(Bytes bytes);
+
   // Names in definitions and the password: never the shorter form.
   std::string DecodeName(Bytes bytes) const;
 

@@ -34,11 +34,11 @@ Key KeyOf(const KeyColumn& column, const KeyValue& value) {
 }
 
 std::string Jet4(std::u16string_view text, bool descending = false) {
-  return Hex(KeyOf(TextColumn(TextOrder::kJet4, descending), text));
+  return Hex(KeyOf(TextColumn(TextOrder::kGeneralJet4, descending), text));
 }
 
 std::string Jet3(std::string_view text, bool descending = false) {
-  return Hex(KeyOf(TextColumn(TextOrder::kJet3, descending), AsBytes(text)));
+  return Hex(KeyOf(TextColumn(TextOrder::kGeneralJet3, descending), AsBytes(text)));
 }
 
 // The values, given from the smallest to the greatest, have keys in that order, and in the other one where the order is
@@ -148,14 +148,14 @@ TEST(IndexKey, RefusesWhatItDoesNotKnow) {
   for (const std::u16string_view text : {u"\u3042", u"\uFF21", u"\U00020000", u"\u0416"}) {
     EXPECT_THROW(Jet4(text), AccessError);
   }
-  const KeyColumn other_page = TextColumn(TextOrder::kJet3Ascii);
+  const KeyColumn other_page = TextColumn(TextOrder::kAsciiJet3);
   EXPECT_THROW(KeyOf(other_page, AsBytes("\xA4\xA4")), AccessError);
   EXPECT_EQ(Hex(KeyOf(other_page, AsBytes("A"))), Jet3("A"));
 
   EXPECT_NE(KeyRefusal(TextColumn(TextOrder::kUnknown)), "");
   EXPECT_NE(KeyRefusal({"N", ColumnType::kNumeric, TextOrder::kUnknown, true}), "");
   EXPECT_NE(KeyRefusal({"O", ColumnType::kOle, TextOrder::kUnknown, false}), "");
-  EXPECT_EQ(KeyRefusal(TextColumn(TextOrder::kJet3Ascii)), "");
+  EXPECT_EQ(KeyRefusal(TextColumn(TextOrder::kAsciiJet3)), "");
 }
 
 }  // namespace

@@ -1,0 +1,89 @@
+// The tree of an index: leaves that hold every entry in order and are chained, pages above them that lead to them. What
+// the entries mean is the business of index.h.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/access/file.h"
+#include "platform/access/index_page.h"
+#include "platform/access/table_definition.h"
+
+namespace marlevo::access {
+
+class IndexTree {
+ public:
+  // `table` is the table's definition page.
+  IndexTree(File& file, std::uint32_t table, std::uint32_t root, RowPointer owned_map)
+      : file_(&file), table_(table), root_(root), owned_map_(owned_map) {}
+
+  // Makes the root an empty index's only page. Inside a statement.
+  void Clear() const;
+
+  // No entry, not even as the greatest of a higher page, may be longer.
+  std::size_t LongestEntry() const;
+
+  // Inside a statement. False when the entry is (Insert) or is not (Erase) there.
+  bool Insert(Bytes entry) const;
+  bool Erase(Bytes entry) const;
+
+  // What is wrong with pages, links, order and map, one line each.
+  std::vector<std::string> Check() const;
+
+ private:
+  friend class IndexWalk;
+
+  // A page on the way from the root to a leaf, and which of the page's children comes next.
+  struct Step {
+    std::uint32_t number;
+    IndexPage page;
+    std::size_t child = 0;
+  };
+  using Path = std::vector<Step>;
+
+  struct Audit;
+
+  IndexPage Load(std::uint32_t number) const;
+  Path Descend(Bytes sought) const;
+  Path DescendToChange(Bytes entry) const;
+  std::uint32_t TakePage() const;
+  void GivePage(std::uint32_t number) const;
+  void Store(const Step& step) const;
+  void Link(std::uint32_t number, std::optional<std::uint32_t> previous, std::optional<std::uint32_t> next) const;
+
+  void StoreChanged(Path path, const std::optional<std::vector<std::byte>>& last, bool at_end) const;
+  void GrowRoot(Path& path) const;
+  std::vector<Step> Split(Step& step, bool at_end) const;
+  void RemoveEmpty(Path path) const;
+  void RemoveChild(Step& step) const;
+  void ShrinkRoot(IndexPage& root) const;
+  std::optional<std::vector<std::byte>> Greatest(IndexPage page) const;
+  void CheckBelow(std::uint32_t number, std::size_t depth, Audit& audit) const;
+
+  File* file_;
+  std::uint32_t table_;
+  std::uint32_t root_;
+  RowPointer owned_map_;
+};
+
+// Walks the leaf entries upwards from the first one that is not less than a given one. The tree must not change
+// meanwhile.
+class IndexWalk {
+ public:
+  IndexWalk(const IndexTree& tree, Bytes from);
+
+  bool Next();  // false at the end
+  Bytes Entry() const { return leaf_.Entry(at_); }
+
+ private:
+  IndexTree tree_;
+  IndexPage leaf_;
+  std::size_t at_;  // of the next entry before the first Next
+  bool started_ = false;
+  std::uint32_t pages_left_;  // guards against chains without end
+};
+
+}  // namespace marlevo::access
