@@ -1,13 +1,34 @@
 // Builds the services, shows the board and ends the program.
 #include <QScreen>
+#include <filesystem>
 
 #include "board/frmMarlevo.h"
+#include "customers/frmCustom.h"
+#include "customers/frmSave.h"
+#include "draws/frmInput.h"
+#include "platform/database/connection_string.h"
+#include "printing/frmPrint.h"
+#include "printing/slip_settings_file.h"
 #include "ui/application.h"
 
 int main(int argc, char** argv) {
   marlevo::Application application(argc, argv);
 
-  marlevo::frmMarlevo board({});
+  // Everything that lasts is kept beside the program.
+  const std::filesystem::path folder = QCoreApplication::applicationDirPath().toStdU16String();
+  const std::string database = marlevo::ConnectionString(folder);
+  marlevo::BoardWindows windows;
+  windows.customers = [database](QWidget* parent) { marlevo::frmCustom(parent, database).exec(); };
+  windows.draws = [database](QWidget* parent) { marlevo::frmInput(parent, database).exec(); };
+  windows.save = [database](QWidget* parent, const marlevo::CurrentList& list) {
+    marlevo::frmSave(parent, database, list).exec();
+  };
+  windows.print = [folder](QWidget* parent, const marlevo::CurrentList& list) {
+    marlevo::frmPrint(parent, list, folder).exec();
+  };
+  windows.load_slip_settings = [folder] { marlevo::LoadSlipSettings(folder, "4Star"); };
+
+  marlevo::frmMarlevo board(windows);
   QObject::connect(&board, &marlevo::frmMarlevo::Unloaded, [] { QCoreApplication::exit(0); });
   return application.Run([&board] {
     constexpr QSize kComfortable(1304, 800);
