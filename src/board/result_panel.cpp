@@ -15,8 +15,10 @@ namespace {
 constexpr int kSpacing = 12;
 constexpr int kCheckLines = 7;  // the most there can be
 constexpr double kGridPoints = 14;
+constexpr int kGridBorder = 6;
 constexpr double kSequenceWidth = 5.5;  // in widths of "W"
 constexpr double kDigitWidth = 6.75;
+constexpr double kWidestDigit = 9.5;
 constexpr int kDrawnWidth = 50;
 constexpr std::array<const char*, 4> kPositions = {"第一柱", "第二柱", "第三柱", "第四柱"};
 
@@ -68,9 +70,6 @@ void ResultPanel::AddGrid(int kind) {
   SetUpGrid(*grid, GridSelection::kRow);
   models_[index] = new TicketModel(list_.kinds[index].tickets, DigitColumns(kind), grid);
   grid->setModel(models_[index]);
-  std::vector<double> widths(static_cast<std::size_t>(DigitColumns(kind)) + 1, kDigitWidth);
-  widths[0] = kSequenceWidth;
-  SetColumnWidths(*grid, widths);
   mfgData_[index] = grid;
   SSTab1_->addTab(grid,
                   QString::fromUtf8(kBetKindNames[index].data(), static_cast<qsizetype>(kBetKindNames[index].size())));
@@ -110,6 +109,21 @@ QWidget* ResultPanel::NewCheckArea() {
   column->addLayout(drawn);
   column->addWidget(lstCheck_);
   return area;
+}
+
+// Digits take what room there is, within what reads well.
+void ResultPanel::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  layout()->activate();
+  for (int kind = 0; kind < kBetKinds; ++kind) {
+    QTableView& grid = *mfgData_[static_cast<std::size_t>(kind)];
+    const int room = SSTab1_->width() - style()->pixelMetric(QStyle::PM_ScrollBarExtent) - kGridBorder;
+    const double units = static_cast<double>(room) / grid.fontMetrics().horizontalAdvance('W') - kSequenceWidth;
+    std::vector<double> widths(static_cast<std::size_t>(DigitColumns(kind)) + 1,
+                               std::clamp(units / DigitColumns(kind), kDigitWidth, kWidestDigit));
+    widths[0] = kSequenceWidth;
+    SetColumnWidths(grid, widths);
+  }
 }
 
 void ResultPanel::RefreshGrids() {

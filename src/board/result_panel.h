@@ -44,6 +44,9 @@ class ResultPanel : public QWidget {
   std::array<std::string, 4> DrawnDigits() const;
   void ShowCheckLines(const std::vector<std::string>& lines);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   void AddGrid(int kind);
   QWidget* NewCheckArea();
