@@ -40,7 +40,8 @@ inline std::string CellText(const Value& value) {
 inline std::string RowText(const std::vector<Value>& row) {
   std::string text;
   for (const Value& value : row) {
-    text += (text.empty() ? "" : " ") + CellText(value);
+    text += text.empty() ? "" : " ";
+    text += CellText(value);
   }
   return text;
 }
@@ -53,7 +54,8 @@ inline Rows RowsOf(const Table& table) {
   while (cursor.Next()) {
     std::string text;
     for (std::size_t i = 0; i < table.Columns().size(); ++i) {
-      text += (text.empty() ? "" : " ") + CellText(cursor.Cell(i));
+      text += text.empty() ? "" : " ";
+      text += CellText(cursor.Cell(i));
     }
     EXPECT_TRUE(rows.emplace(cursor.Row(), text).second) << "a row came up twice: " << text;
   }

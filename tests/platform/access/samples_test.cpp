@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/access/access_files.h"
 #include "platform/access/database.h"
 
 namespace marlevo::access {
@@ -146,7 +147,7 @@ class Samples : public testing::Test {
   void SetUp() override {
     const char* folder = std::getenv("MARLEVO_SAMPLES");
     if (folder == nullptr) {
-      GTEST_SKIP() << "MARLEVO_SAMPLES does not name the folder of sample databases";
+      GTEST_SKIP() << kNoSamples;
     }
     folder_ = folder;
   }
@@ -164,6 +165,7 @@ TEST_F(Samples, EveryTableReadsAsDumped) {
     const std::string name = entry.path().stem().string();
     SCOPED_TRACE(name);
     const Database database = Database::Open(entry.path(), OptionsFor(name));
+    EXPECT_EQ(Health(database), "sound");
     std::vector<std::string> dumped;
     const fs::path dumps = folder_ / "csv" / name;
     if (fs::exists(dumps)) {
