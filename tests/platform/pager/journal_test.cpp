@@ -1,0 +1,149 @@
+// Journals that do not belong to the file they lie beside, or are not whole.
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "platform/pager/fault_files.h"
+#include "platform/pager/test_pages.h"
+
+namespace marlevo::pager {
+namespace {
+
+constexpr const char* kFile = "/disk/file";
+constexpr const char* kJournal = "/disk/file-journal";
+constexpr const char* kForeign = "/disk/file-journal.foreign";
+
+using Bytes = std::vector<std::byte>;
+
+Bytes MakeFile(std::uint32_t pages, std::uint32_t value) {
+  FaultFiles files;
+  {
+    const std::shared_ptr<Pager> pager = Pager::Create(kFile, TestFormat(), files);
+    Statement statement(*pager);
+    for (std::uint32_t i = 0; i < pages; ++i) AppendPage(*pager, value + i);
+    statement.Commit();
+    pager->Flush();
+  }
+  return files.Content(kFile);
+}
+
+struct Crash {
+  Bytes file;     // torn
+  Bytes journal;  // complete
+};
+
+// Pages 3, 4 and 7 become 900, and there are two new ones; the machine stops in the midst of it.
+Crash CrashWhileChanging(const Bytes& before) {
+  for (std::uint64_t step = 1;; ++step) {
+    FaultFiles files;
+    files.Put(kFile, before);
+    files.Plan(step, FaultFiles::Trouble::kEnd);
+    try {
+      const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, files);
+      Statement statement(*pager);
+      for (const std::uint32_t page : {3U, 4U, 7U}) ChangePage(*pager, page, 900);
+      AppendPage(*pager, 900);
+      AppendPage(*pager, 900);
+      statement.Commit();
+      pager->Flush();
+    } catch (const PagerError&) {
+      if (files.Content(kFile) != before) return {files.Content(kFile), files.Content(kJournal)};
+    }
+  }
+}
+
+// What is in the file when it has been opened with such a journal beside it.
+Bytes Opened(FaultFiles& files, const Bytes& file, const Bytes& journal) {
+  files.Put(kFile, file);
+  files.Put(kJournal, journal);
+  Pager::Open(kFile, TestProbe, files);
+  EXPECT_FALSE(files.Exists(kJournal));
+  return files.Content(kFile);
+}
+
+TEST(Journal, LeftByACrashIsPlayedBackAndGone) {
+  const Bytes before = MakeFile(12, 10);
+  const Crash crash = CrashWhileChanging(before);
+  FaultFiles files;
+  EXPECT_EQ(Opened(files, crash.file, crash.journal), before);
+  EXPECT_FALSE(files.Exists(kForeign));
+}
+
+TEST(Journal, TruncatedOrDamagedChangesNothing) {
+  const Bytes before = MakeFile(12, 10);
+  const Bytes journal = CrashWhileChanging(before).journal;
+  const Bytes good = MakeFile(14, 500);
+  for (std::size_t size = 0; size < journal.size(); size += 37) {
+    FaultFiles files;
+    ASSERT_EQ(Opened(files, good, Bytes(journal.begin(), journal.begin() + static_cast<std::ptrdiff_t>(size))), good);
+    Bytes damaged = journal;
+    damaged[size] ^= std::byte{1};
+    FaultFiles others;
+    ASSERT_EQ(Opened(others, good, damaged), good) << size;
+  }
+  FaultFiles files;
+  EXPECT_EQ(Opened(files, good, Bytes(100000, std::byte{0x5a})), good);
+}
+
+TEST(Journal, OfAnotherFileIsSetAside) {
+  const Bytes before = MakeFile(12, 10);
+  const Bytes journal = CrashWhileChanging(before).journal;
+  // Another database; a shorter one; the same one with other content put in its place: a backup.
+  Bytes backup = before;
+  {
+    const Bytes older = MakeFile(12, 60);
+    std::copy(older.begin() + 4 * kTestPage, older.begin() + 5 * kTestPage, backup.begin() + 4 * kTestPage);
+  }
+  for (const Bytes& other : {MakeFile(14, 500), MakeFile(3, 10), backup}) {
+    FaultFiles files;
+    EXPECT_EQ(Opened(files, other, journal), other);
+    EXPECT_EQ(files.Content(kForeign), journal);
+  }
+}
+
+TEST(Journal, OfTheFirstPagesNeverEmptiesAFile) {
+  // The crash of a creation, its leftovers renamed by hand to lie beside a good file.
+  FaultFiles files;
+  for (std::uint64_t step = 1;; ++step) {
+    files = FaultFiles();
+    files.Plan(step, FaultFiles::Trouble::kEnd);
+    try {
+      const std::shared_ptr<Pager> pager = Pager::Create(kFile, TestFormat(), files);
+      Statement statement(*pager);
+      AppendPage(*pager, 1);
+      statement.Commit();
+      pager->Flush();
+    } catch (const PagerError&) {
+    }
+    if (files.Exists("/disk/file-new") && !files.Content("/disk/file-new").empty()) break;
+  }
+  const Bytes journal = files.Content("/disk/file-new-journal");
+  ASSERT_FALSE(journal.empty());
+  const Bytes good = MakeFile(5, 1);
+  FaultFiles others;
+  EXPECT_EQ(Opened(others, good, journal), good);
+}
+
+TEST(Journal, OnAMediumThatMayNotBeWritten) {
+  const Bytes before = MakeFile(12, 10);
+  const Crash crash = CrashWhileChanging(before);
+  FaultFiles files;
+  files.Put(kFile, crash.file);
+  files.Put(kJournal, crash.journal);
+  files.SetWritable(false);
+  EXPECT_THROW(Pager::Open(kFile, TestProbe, files), PagerError);
+  EXPECT_EQ(files.Content(kFile), crash.file);
+
+  // One that is not whole says nothing.
+  FaultFiles others;
+  others.Put(kFile, before);
+  others.Put(kJournal, Bytes(crash.journal.begin(), crash.journal.end() - 1));
+  others.SetWritable(false);
+  const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, others);
+  EXPECT_EQ(ReadAll(*pager).size(), 12U);
+  EXPECT_TRUE(pager->ReadOnly());
+  EXPECT_THROW(pager->Begin(), PagerError);
+}
+
+}  // namespace
+}  // namespace marlevo::pager

@@ -1,0 +1,152 @@
+// The pager against a plain vector of pages, and what callers may rely on while they hold pages.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <random>
+
+#include "platform/pager/fault_files.h"
+#include "platform/pager/test_pages.h"
+
+namespace marlevo::pager {
+namespace {
+
+constexpr const char* kFile = "/disk/file";
+
+std::shared_ptr<Pager> NewPager(FaultFiles& files, std::uint32_t pages) {
+  std::shared_ptr<Pager> pager = Pager::Create(kFile, TestFormat(), files, kSmall);
+  Statement statement(*pager);
+  for (std::uint32_t page = 0; page < pages; ++page) AppendPage(*pager, page);
+  statement.Commit();
+  return pager;
+}
+
+TEST(Pager, ActsLikeAVectorOfPages) {
+  std::mt19937 random(11);
+  FaultFiles files;
+  std::shared_ptr<Pager> pager = NewPager(files, 40);
+  Image model = ReadAll(*pager);
+  // Pages held for a while must go on showing what was read.
+  struct Held {
+    PageRef ref;
+    std::uint32_t page;
+    std::uint32_t value;
+  };
+  std::vector<Held> held;
+  for (std::uint32_t turn = 0; turn < 6000; ++turn) {
+    const auto what = static_cast<std::uint32_t>(random() % 100);
+    if (what < 60) {
+      const std::uint64_t changes_seen = pager->ChangeCount();
+      Image after = model;
+      Statement statement(*pager);
+      const auto changes = static_cast<std::uint32_t>(what == 0 ? 120 : random() % 6);
+      for (std::uint32_t i = 0; i < changes; ++i) {
+        if (random() % 8 == 0 && after.size() < 400) {
+          after.push_back(turn);
+          AppendPage(*pager, turn);
+        }
+        const auto page = static_cast<std::uint32_t>(random() % after.size());
+        after[page] = turn * 1000 + i;
+        ChangePage(*pager, page, after[page]);
+        const auto other = static_cast<std::uint32_t>(random() % after.size());
+        const PageRef ref = pager->Read(other);
+        ASSERT_EQ(ValueOf(ref.Bytes(), other), after[other]);
+      }
+      if (random() % 4 != 0) {
+        statement.Commit();
+        model = std::move(after);
+        ASSERT_GT(pager->ChangeCount(), changes_seen);
+      }
+    } else if (what < 90) {
+      const auto page = static_cast<std::uint32_t>(random() % model.size());
+      held.push_back({pager->Read(page), page, model[page]});
+      ASSERT_EQ(ValueOf(held.back().ref.Bytes(), page), model[page]);
+      if (held.size() > 30) {
+        const Held& oldest = held.front();
+        ASSERT_EQ(ValueOf(oldest.ref.Bytes(), oldest.page), oldest.value);
+        held.erase(held.begin());
+      }
+    } else if (what < 98) {
+      pager->Flush();
+    } else {
+      ASSERT_EQ(ReadAll(*pager), model);
+      pager.reset();
+      pager = Pager::Open(kFile, TestProbe, files, kSmall);
+    }
+    ASSERT_EQ(pager->PageCount(), model.size());
+  }
+  ASSERT_EQ(ReadAll(*pager), model);
+  pager.reset();
+  for (const Held& page : held) ASSERT_EQ(ValueOf(page.ref.Bytes(), page.page), page.value);
+}
+
+TEST(Pager, EditsHeldAcrossASpillAreNotLost) {
+  FaultFiles files;
+  const std::shared_ptr<Pager> pager = NewPager(files, 200);
+  Statement statement(*pager);
+  const PageEdit early = pager->Change(5);
+  for (std::uint32_t page = 10; page < 200; ++page) ChangePage(*pager, page, 7000);
+  Fill(early.Bytes(), 5, 7001);
+  statement.Commit();
+  pager->Flush();
+  const std::shared_ptr<Pager> again = Pager::Open(kFile, TestProbe, *files.Killed());
+  const Image image = ReadAll(*again);
+  EXPECT_EQ(image[5], 7001U);
+  EXPECT_EQ(image[199], 7000U);
+}
+
+TEST(Pager, FlushInsideAStatementTakesOnlyWhatWasCommitted) {
+  FaultFiles files;
+  const std::shared_ptr<Pager> pager = NewPager(files, 20);
+  pager->Flush();
+  for (const bool commits : {false, true}) {
+    {
+      Statement statement(*pager);
+      ChangePage(*pager, 3, 100);
+      ChangePage(*pager, 4, 100);
+      statement.Commit();
+    }
+    const Image committed = ReadAll(*pager);
+    Statement statement(*pager);
+    ChangePage(*pager, 3, 200);
+    AppendPage(*pager, 200);
+    pager->Flush();
+    const std::unique_ptr<FaultFiles> disk = files.AfterPowerFailure(1);
+    EXPECT_EQ(ReadAll(*Pager::Open(kFile, TestProbe, *disk)), committed);
+    if (!commits) {
+      pager->Rollback();
+      EXPECT_EQ(ReadAll(*pager), committed);
+    } else {
+      statement.Commit();
+      EXPECT_EQ(ReadAll(*pager)[3], 200U);
+    }
+  }
+}
+
+TEST(Pager, OneForAllWhoOpenTheFile) {
+  FaultFiles files;
+  const std::shared_ptr<Pager> pager = NewPager(files, 3);
+  pager->Flush();
+  EXPECT_EQ(Pager::Open(kFile, TestProbe, files), pager);
+}
+
+TEST(Pager, CreatesNeverOverAFileAndLeavesNothingBehind) {
+  FaultFiles files;
+  NewPager(files, 2).reset();
+  EXPECT_THROW(Pager::Create(kFile, TestFormat(), files), PagerError);
+  FaultFiles others;
+  Pager::Create(kFile, TestFormat(), others).reset();
+  EXPECT_FALSE(others.Exists(kFile) || others.Exists("/disk/file-new") || others.Exists("/disk/file-new-journal"));
+}
+
+TEST(Pager, FilesOfStrangeLength) {
+  FaultFiles files;
+  NewPager(files, 10).reset();
+  files.Content(kFile).resize(10 * kTestPage - 5);
+  const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, files);
+  EXPECT_EQ(ReadAll(*pager).size(), 9U);
+  EXPECT_THROW(pager->Begin(), PagerError);
+  EXPECT_THROW(pager->Read(9), PagerError);
+}
+
+}  // namespace
+}  // namespace marlevo::pager
