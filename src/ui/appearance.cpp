@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QToolTip>
+#include <memory>
 
 #include "ui/style.h"
 
@@ -37,7 +38,7 @@ QFont AlignedFont() {
 }
 
 void SetUpAppearance() {
-  QApplication::setStyle(new WindowStyle);
+  QApplication::setStyle(std::make_unique<WindowStyle>().release());  // the application owns it
   QApplication::setPalette(WindowPalette());
   QApplication::setFont(WindowFont());
   QToolTip::setFont(WindowFont());

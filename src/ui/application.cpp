@@ -1,5 +1,6 @@
 #include "ui/application.h"
 
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -7,6 +8,10 @@
 #include "ui/appearance.h"
 
 namespace marlevo {
+
+namespace {
+constexpr int kReportWidth = 560;
+}
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
   SetUpAppearance();
@@ -66,10 +71,13 @@ bool Application::Show(const Report& report) {
   }
   box.setTextFormat(Qt::PlainText);
   box.setInformativeText(details);
-  box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   QPushButton* const end = box.addButton("結束", QMessageBox::DestructiveRole);
   QPushButton* const proceed = box.addButton("繼續", QMessageBox::RejectRole);
   box.setDefaultButton(end);
+  // Paths and the words of an engine are long; left alone, the box is as narrow as its first line.
+  if (auto* const grid = qobject_cast<QGridLayout*>(box.layout())) {
+    grid->addItem(new QSpacerItem(kReportWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
+  }
   box.setEscapeButton(proceed);
   box.exec();
   return box.clickedButton() == end;

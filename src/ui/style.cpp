@@ -34,7 +34,9 @@ void DrawButtonPanel(QPainter& painter, const QStyleOption& option) {
   } else if (option.state & QStyle::State_MouseOver) {
     fill = emphasized ? fill.lighter(115) : QColor(colours::kAccentPale);
   }
-  DrawBox(painter, option.rect, fill, line);
+  const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(&option);
+  const bool is_default = button != nullptr && button->features & QStyleOptionButton::DefaultButton;
+  DrawBox(painter, option.rect, fill, is_default ? QColor(colours::kAccent) : line, is_default ? 2 : 1);
 }
 
 void DrawTickBox(QPainter& painter, const QStyleOption& option) {
