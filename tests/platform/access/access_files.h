@@ -23,7 +23,7 @@ inline std::string CellText(const Value& value) {
       std::snprintf(text, sizeof text, "%.17g", number);
       return text;
     }
-    std::string operator()(std::string_view text) const { return "'" + std::string(text) + "'"; }
+    std::string operator()(std::string_view text) const { return std::string(1, '\'').append(text).append(1, '\''); }
     std::string operator()(Bytes bytes) const {
       std::string text = "x";
       for (const std::byte byte : bytes) {
