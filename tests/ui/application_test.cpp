@@ -23,7 +23,12 @@ TEST(ErrorGuardTest, AnErrorOfASlotIsReportedAndTheProgramGoesOn) {
   QPushButton button;
   QObject::connect(&button, &QPushButton::clicked, &Fail);
   for (const char* const words : {"讀取客戶資料", "4star.mdb", "page 7 is damaged"}) {
-    WithModals([&button] { QTest::mouseClick(&button, Qt::LeftButton); }, {ExpectErrorReport(words, "繼續")});
+    WithModals(
+        [&button] {
+          QMetaObject::invokeMethod(&button, &QPushButton::click, Qt::QueuedConnection);
+          QTest::qWait(20);
+        },
+        {ExpectErrorReport(words, "繼續")});
   }
   // Not only errors of files and printers, and not only in slots.
   WithModals(
