@@ -31,7 +31,7 @@ class Database {
                        pager::FileSystem& files = pager::NativeFiles());
 
   // Makes a new Jet 4 file with empty tables, on the disk when this returns. Never over an existing file; a failure
-  // leaves no file.
+  // leaves no file, or a whole one when only the last step failed.
   static Database Create(const std::filesystem::path& path, std::string_view password,
                          const std::vector<TableSchema>& tables, pager::FileSystem& files = pager::NativeFiles());
 

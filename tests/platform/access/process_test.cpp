@@ -1,0 +1,119 @@
+// A process that is killed in the midst of its work, on real files.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <iostream>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/access/access_files.h"
+#include "platform/access/database.h"
+#include "support/scratch_folder.h"
+
+namespace marlevo::access {
+namespace {
+
+using namespace std::string_view_literals;
+namespace fs = std::filesystem;
+
+constexpr std::int64_t kBatch = 40;  // rows of one statement
+constexpr std::int64_t kKept = 5;    // statements whose rows stay
+
+Database OpenFile(const fs::path& file) {
+  return Database::Open(file, {.password = "qorvat", .code_page = {}});
+}
+
+// Statement n puts in the rows of batch n and takes out those of batch n - kKept. How many statements the file holds,
+// or nothing when it holds anything else.
+std::optional<std::int64_t> StatementsIn(const Table& table) {
+  std::map<std::int64_t, std::int64_t> batches;
+  for (Cursor cursor = table.Scan(); cursor.Next();) {
+    ++batches[cursor.Integer(0)];
+  }
+  if (batches.empty()) {
+    return 0;
+  }
+  const std::int64_t last = batches.rbegin()->first;
+  for (std::int64_t batch = std::max<std::int64_t>(0, last - kKept + 1); batch <= last; ++batch) {
+    if (batches[batch] != kBatch) {
+      return std::nullopt;
+    }
+  }
+  return batches.size() == static_cast<std::size_t>(std::min(kKept, last + 1)) ? std::optional(last + 1) : std::nullopt;
+}
+
+// Never returns. Says how many statements are flushed, again and again.
+[[noreturn]] void WorkForever(const fs::path& file, int out) {
+  try {
+    Database database = OpenFile(file);
+    Table table = database.OpenTable("T");
+    const std::string text(200, 'x');
+    for (std::int64_t n = StatementsIn(table).value();; ++n) {
+      Statement statement(database);
+      for (Cursor cursor = table.Scan(std::vector<Equals>{{0, n - kKept}}); cursor.Next();) {
+        table.Delete(cursor.Row());
+      }
+      for (std::int64_t i = 0; i < kBatch; ++i) {
+        table.Insert(std::vector<Value>{n, i, std::string_view(text).substr(0, static_cast<std::size_t>(n * i % 200))});
+      }
+      statement.Commit();
+      if (n % 3 == 0) {
+        database.Flush();
+        const std::int64_t flushed = n + 1;
+        if (write(out, &flushed, sizeof flushed) != sizeof flushed) {
+          _exit(2);
+        }
+      }
+    }
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << "\n";
+    _exit(1);
+  }
+}
+
+TEST(AccessProcess, KilledAtAnyMomentLosesNothingFlushed) {
+  const testing_support::ScratchFolder folder;
+  const fs::path file = folder.Path() / "4star.mdb";
+  static_cast<void>(Database::Create(
+      file, "qorvat",
+      {{"T", {{"batch", ColumnType::kLong}, {"n", ColumnType::kLong}, {"text", ColumnType::kText, 255}}}}));
+  std::mt19937 random(3);
+  constexpr int kKills = 30;
+  std::int64_t statements = 0;
+  for (int turn = 0; turn < kKills; ++turn) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      close(ends[0]);
+      WorkForever(file, ends[1]);
+    }
+    close(ends[1]);
+    std::int64_t flushed = 0;
+    const auto hear = [&] { return read(ends[0], &flushed, sizeof flushed) == sizeof flushed; };
+    ASSERT_TRUE(hear());
+    usleep(static_cast<useconds_t>(random() % 20000));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    while (hear()) {
+    }
+    close(ends[0]);
+
+    const Database database = OpenFile(file);
+    const std::optional<std::int64_t> found = StatementsIn(database.OpenTable("T"));
+    ASSERT_TRUE(found.has_value()) << "half a statement";
+    ASSERT_GE(*found, flushed);
+    ASSERT_GT(*found, statements);
+    ASSERT_EQ(Health(database), "sound");
+    statements = *found;
+  }
+  std::cout << kKills << " kills, " << statements << " statements\n";
+}
+
+}  // namespace
+}  // namespace marlevo::access
