@@ -40,6 +40,7 @@ QFont AlignedFont() {
 void SetUpAppearance() {
   QApplication::setStyle(std::make_unique<WindowStyle>().release());  // the application owns it
   QApplication::setPalette(WindowPalette());
+  QApplication::setPalette(ScrollBarPalette(), "QScrollBar");
   QApplication::setFont(WindowFont());
   QToolTip::setFont(WindowFont());
 }

@@ -22,6 +22,18 @@ void DrawBox(QPainter& painter, const QRect& rect, const QColor& fill, const QCo
   painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
 }
 
+enum Edge { kLeft = 1, kTop = 2, kRight = 4, kBottom = 8, kAllEdges = 15 };
+
+// Lines inside the edges of a rectangle. Filled, not drawn: half of a drawn line is cut off at a widget's edge as soon
+// as the screen is scaled.
+void DrawEdges(QPainter& painter, const QRect& rect, int edges) {
+  const QColor line(colours::kLine);
+  if (edges & kLeft) painter.fillRect(rect.left(), rect.top(), 1, rect.height(), line);
+  if (edges & kTop) painter.fillRect(rect.left(), rect.top(), rect.width(), 1, line);
+  if (edges & kRight) painter.fillRect(rect.right(), rect.top(), 1, rect.height(), line);
+  if (edges & kBottom) painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, line);
+}
+
 void DrawButtonPanel(QPainter& painter, const QStyleOption& option) {
   const bool enabled = option.state & QStyle::State_Enabled;
   QColor fill = option.palette.color(QPalette::Button);
@@ -58,17 +70,13 @@ void DrawTab(QPainter& painter, const QStyleOptionTab& tab) {
   painter.fillRect(tab.rect, QColor(selected ? colours::kPanel : hovered ? colours::kAccentPale : colours::kGround));
   if (selected) {
     painter.fillRect(QRect(tab.rect.left(), tab.rect.top(), tab.rect.width(), 3), QColor(colours::kAccent));
-    painter.setPen(QColor(colours::kLine));
-    painter.drawLine(tab.rect.topLeft(), tab.rect.bottomLeft());
-    painter.drawLine(tab.rect.topRight(), tab.rect.bottomRight());
+    DrawEdges(painter, tab.rect, kLeft | kRight);
   }
 }
 
 void DrawHeaderSection(QPainter& painter, const QRect& rect) {
   painter.fillRect(rect, QColor(colours::kGround));
-  painter.setPen(QColor(colours::kLine));
-  painter.drawLine(rect.bottomLeft(), rect.bottomRight());
-  painter.drawLine(rect.topRight(), rect.bottomRight());
+  DrawEdges(painter, rect, kBottom | kRight);
 }
 
 void DrawDropDown(QPainter& painter, const QStyleOptionComboBox& list, const QRect& arrow) {
@@ -108,9 +116,10 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
       break;
     case PE_Frame:
     case PE_FrameTabWidget:
-      painter->setPen(QColor(colours::kLine));
-      painter->setBrush(element == PE_FrameTabWidget ? QBrush(QColor(colours::kPanel)) : QBrush());
-      painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+      if (element == PE_FrameTabWidget) {
+        painter->fillRect(option->rect, QColor(colours::kPanel));
+      }
+      DrawEdges(*painter, option->rect, kAllEdges);
       break;
     default:
       QProxyStyle::drawPrimitive(element, option, painter, widget);
@@ -224,6 +233,12 @@ QPalette WindowPalette() {
   set(QPalette::Dark, 0xff8a97a3, 0xff8a97a3);
   set(QPalette::Shadow, 0xff5a6875, 0xff5a6875);
   set(QPalette::Link, colours::kAccent, kDisabledText);
+  return palette;
+}
+
+QPalette ScrollBarPalette() {
+  QPalette palette = WindowPalette();
+  palette.setColor(QPalette::Button, QColor(colours::kLine));
   return palette;
 }
 

@@ -28,6 +28,8 @@ class WindowStyle : public QProxyStyle {
 
 // Light in every system theme: slips and grids are read beside white paper.
 QPalette WindowPalette();
+// Its sliders stand out from what they slide on.
+QPalette ScrollBarPalette();
 // Of the one main action of a bar.
 QPalette MainButtonPalette();
 
