@@ -178,8 +178,7 @@ int CloseCursor(sqlite3_vtab_cursor* cursor) {
 
 void MoveToNext(VirtualCursor& cursor) {
   const auto qualifies = [&](const TextCondition& condition) {
-    return CompareText(cursor.rows->Text(condition.column), condition.text) == 0 &&
-           !cursor.rows->IsNull(condition.column);
+    return EqualText(cursor.rows->Text(condition.column), condition.text) && !cursor.rows->IsNull(condition.column);
   };
   do {
     cursor.at_end = !cursor.rows || !cursor.rows->Next();

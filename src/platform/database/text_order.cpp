@@ -29,9 +29,13 @@ constexpr std::array kCaseRanges = {
     CaseRange{0xFF21, 0xFF3A, 1, 0x20},                                      // full width
 };
 
+constexpr char32_t SmallAscii(char32_t c) {
+  return c >= 'A' && c <= 'Z' ? c + 0x20 : c;
+}
+
 char32_t SmallForm(char32_t c) {
   if (c < 0x80) {
-    return c >= 'A' && c <= 'Z' ? c + 0x20 : c;
+    return SmallAscii(c);
   }
   if (c == 0x0178) {
     return 0x00FF;  // the one capital whose small form stands before it
@@ -72,18 +76,26 @@ char32_t TakeCharacter(std::string_view& text) {
 
 int CompareText(std::string_view a, std::string_view b) {
   while (!a.empty() && !b.empty()) {
-    if (a.front() == b.front() && static_cast<std::uint8_t>(a.front()) < 0x80) {
+    const auto left_byte = static_cast<std::uint8_t>(a.front());
+    const auto right_byte = static_cast<std::uint8_t>(b.front());
+    char32_t left = SmallAscii(left_byte);
+    char32_t right = SmallAscii(right_byte);
+    if (left_byte < 0x80 && right_byte < 0x80) {  // nearly every character of numbers and stamps
       a.remove_prefix(1);
       b.remove_prefix(1);
-      continue;
+    } else {
+      left = SmallForm(TakeCharacter(a));
+      right = SmallForm(TakeCharacter(b));
     }
-    const char32_t left = SmallForm(TakeCharacter(a));
-    const char32_t right = SmallForm(TakeCharacter(b));
     if (left != right) {
       return left < right ? -1 : 1;
     }
   }
   return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
+}
+
+bool EqualText(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && CompareText(a, b) == 0;
 }
 
 }  // namespace marlevo

@@ -13,4 +13,7 @@ namespace marlevo {
 // UTF-8 sorts after all characters.
 int CompareText(std::string_view a, std::string_view b);
 
+// The same as CompareText(a, b) == 0, sooner: both forms of a letter are equally long in UTF-8.
+bool EqualText(std::string_view a, std::string_view b);
+
 }  // namespace marlevo
