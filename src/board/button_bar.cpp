@@ -27,9 +27,13 @@ QPushButton* ButtonBar::Add(const QString& name, const QString& caption, const Q
                             Width width, Emphasis emphasis) {
   QPushButton* const button = NewButton(this, name, caption, emphasis);
   button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-  button->setShortcut(key);
-  const QString key_tip = "按鍵 " + key.toString(QKeySequence::NativeText);
-  button->setToolTip(tip.isEmpty() ? key_tip : tip + "\n" + key_tip);
+  QStringList tips{tip};
+  if (!key.isEmpty()) {
+    button->setShortcut(key);
+    tips.append("按鍵 " + key.toString(QKeySequence::NativeText));
+  }
+  tips.removeAll({});
+  button->setToolTip(tips.join('\n'));
   if (emphasis == Emphasis::kMain) {
     button->setMinimumHeight(kMainButtonHeight);
     button->setFont(LargeFont(QFont::Bold));
@@ -62,7 +66,9 @@ void ButtonBar::SetCaption(QPushButton& button, const QString& caption) {
 QString ButtonBar::Hint() const {
   QStringList keys;
   for (const QPushButton* const button : buttons_) {
-    keys.append(button->shortcut().toString(QKeySequence::NativeText) + ' ' + button->text().trimmed());
+    if (!button->shortcut().isEmpty()) {
+      keys.append(button->shortcut().toString(QKeySequence::NativeText) + ' ' + button->text().trimmed());
+    }
   }
   return keys.join("   ");
 }

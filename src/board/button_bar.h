@@ -20,7 +20,7 @@ class ButtonBar : public QFrame {
 
   ButtonBar(QWidget* parent, const QString& name);
 
-  // Adds a button after the ones that are there. `tip` may be empty.
+  // Adds a button after the ones that are there. `key` and `tip` may be empty.
   QPushButton* Add(const QString& name, const QString& caption, const QKeySequence& key, const QString& tip,
                    Width width = Width::kHalf, Emphasis emphasis = Emphasis::kNormal);
   // Adds a label over the whole width.

@@ -26,7 +26,6 @@ constexpr int kMargin = 12;
 constexpr int kStageRow = 1;               // of the board's layout: panels and bars
 constexpr int kSideWidth = 392;            // kinds, totals and bars: the widest bar caption and totals line fit
 constexpr QSize kLargestBoard(1200, 800);  // beyond this the columns only drift apart
-constexpr double kHintPoints = 10;
 constexpr const char* kCheckCaption = "即時對獎";
 constexpr const char* kDataCaption = "投注資料";
 
@@ -47,9 +46,6 @@ void frmMarlevo::InitBoard() {
   caption->setFont(LargeFont(QFont::Bold));
   caption->setForegroundRole(QPalette::Link);
   lblHint_ = NewLabel(picMain_, "lblHint", {});
-  QFont hint_font = lblHint_->font();
-  hint_font.setPointSizeF(kHintPoints);
-  lblHint_->setFont(hint_font);
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
   // A long line of keys is cut off rather than the board made wider than the window.
   lblHint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
@@ -145,11 +141,11 @@ ButtonBar* frmMarlevo::NewSelectionBar() {
     button->setEnabled(static_cast<bool>(window));
     connect(button, &QPushButton::clicked, this, [this, &window] { window(this); });
   };
-  opens(bar->Add("cmdCustom", "客戶資料維護", Qt::SHIFT | Qt::Key_F5, {}), windows_.customers);
-  opens(bar->Add("cmdInput", "輸入開獎號碼", Qt::SHIFT | Qt::Key_F6, {}), windows_.draws);
-  opens(bar->Add("cmdSetPrinter", "投注單列印調整", Qt::SHIFT | Qt::Key_F7, {}), windows_.set_printer);
-  opens(bar->Add("cmdPrintNote", " 4星彩包牌便條紙列印", Qt::SHIFT | Qt::Key_F8, {}), windows_.print_note);
-  connect(bar->Add("cmdExit", "結束", Qt::ALT | Qt::Key_F4, {}, Width::kFull), &QPushButton::clicked, this,
+  opens(bar->Add("cmdCustom", "客戶資料維護", Qt::Key_F5, {}), windows_.customers);
+  opens(bar->Add("cmdInput", "輸入開獎號碼", Qt::Key_F6, {}), windows_.draws);
+  opens(bar->Add("cmdSetPrinter", "投注單列印調整", Qt::Key_F7, {}), windows_.set_printer);
+  opens(bar->Add("cmdPrintNote", " 4星彩包牌便條紙列印", Qt::Key_F9, {}), windows_.print_note);
+  connect(bar->Add("cmdExit", "結束", {}, "關閉視窗即結束", Width::kFull), &QPushButton::clicked, this,
           &QWidget::close);
   return bar;
 }
@@ -188,6 +184,7 @@ ButtonBar* frmMarlevo::NewFilterBar() {
       {"cmdDel5", "二柱同號", Qt::Key_F5, "刪除至少二柱同號的號碼", DeleteTwoSame},
       {"cmdDel6", "同號刪除", Qt::Key_F6, "重覆的號碼只留第一個；跨玩法比較，\n組彩不論順序", DeleteRepeats},
   };
+  // With Shift: what a key removes here must not be what the same key opened a moment ago.
   auto* const bar = new ButtonBar(picMain_, "picMenu3");
   QLabel* const note = NewLabel(bar, "lblNote", "注意 ! 刪除法只會對正彩及三彩做刪除");
   note->setWordWrap(true);
