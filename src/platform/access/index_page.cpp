@@ -1,8 +1,6 @@
 #include "platform/access/index_page.h"
 
 #include <algorithm>
-#include <bit>
-#include <string>
 
 #include "platform/access/access_error.h"
 
@@ -13,63 +11,18 @@ namespace {
 // No honest page comes near it: entries that share almost all of their bytes.
 constexpr std::size_t kMostFullBytes = 1 << 20;
 
-std::uint32_t LoadBigEndian(const std::byte* at) {
-  return __builtin_bswap32(LoadU32(at));
-}
-void StoreBigEndian(std::byte* at, std::uint32_t number) {
-  StoreU32(at, __builtin_bswap32(number));
-}
-
 }  // namespace
 
-void AppendEntryRow(RowId row, std::vector<std::byte>& entry) {
-  entry.resize(entry.size() + kEntryRowSize);
-  StoreBigEndian(entry.data() + entry.size() - kEntryRowSize, static_cast<std::uint32_t>(row));
-}
-
-RowId EntryRow(Bytes leaf_entry) {
-  return RowId{LoadBigEndian(leaf_entry.last(kEntryRowSize).data())};
-}
-
-IndexPage::IndexPage(const Format& format, std::uint32_t table, std::uint32_t number, Bytes page) : format_(&format) {
-  const auto& places = format.index_page;
-  const auto fail = [number](const char* reason) { throw AccessError(number, reason); };
-  const std::uint8_t type = LoadU8(page.data());
-  if ((type != kIndexLeafPage && type != kIndexNodePage) || LoadU32(&page[kOwnerAt]) != table) {
-    fail("expected a page of the table's index");
-  }
-  links.previous = LoadU32(&page[places.previous]);
-  links.next = LoadU32(&page[places.next]);
-  if (type == kIndexNodePage) {
-    links.level = std::max<std::uint8_t>(LoadU8(&page[places.level]), 1);
-    links.tail = LoadU32(&page[places.tail]);
-  }
-  const std::size_t prefix =
-      places.prefix_width == 1 ? LoadU8(&page[places.prefix_length]) : LoadU16(&page[places.prefix_length]);
-  const std::size_t smallest = 1 + kEntryRowSize + (type == kIndexNodePage ? kEntryChildSize : 0);
-
-  shortened_ = prefix != 0;
-  bytes_.reserve(2 * page.size());
-  const auto take = [&](std::size_t start, std::size_t end) {
-    const std::size_t shared = ends_.empty() ? 0 : prefix;
-    const std::size_t size = shared + end - start;
-    if (places.entries + end > page.size() || size < smallest || size < prefix ||
-        bytes_.size() + size > kMostFullBytes) {
-      fail("the entries of the index page do not fit into it");
+IndexPage::IndexPage(const Format& format, std::uint32_t number, const IndexPageView& page)
+    : links(page.Links()), format_(&format), shortened_(page.HasPrefix()) {
+  std::vector<std::byte> buffer;
+  for (IndexPageView::Place place = page.First(); !page.IsEnd(place); place = page.After(place)) {
+    const Bytes entry = page.Entry(place, buffer);
+    if (bytes_.size() + entry.size() > kMostFullBytes) {
+      throw AccessError(number, "the entries of the index page do not fit into it");
     }
-    const std::size_t at = bytes_.size();
-    bytes_.resize(at + size);
-    std::memcpy(&bytes_[at], bytes_.data(), shared);
-    std::memcpy(&bytes_[at + shared], &page[places.entries + start], end - start);
+    bytes_.insert(bytes_.end(), entry.begin(), entry.end());
     ends_.push_back(bytes_.size());
-  };
-  std::size_t start = 0;
-  for (std::size_t at = places.entry_mask; at < places.entries; ++at) {
-    for (unsigned bits = LoadU8(&page[at]); bits != 0; bits &= bits - 1) {
-      const std::size_t end = 8 * (at - places.entry_mask) + static_cast<std::size_t>(std::countr_zero(bits));
-      take(start, end);
-      start = end;
-    }
   }
 }
 
@@ -83,7 +36,7 @@ Bytes IndexPage::Bound(std::size_t i) const {
 }
 
 std::uint32_t IndexPage::Child(std::size_t i) const {
-  return i < Count() ? LoadBigEndian(Entry(i).last(kEntryChildSize).data()) : links.tail;
+  return i < Count() ? EntryChild(Entry(i)) : links.tail;
 }
 
 std::size_t IndexPage::LowerBound(Bytes sought) const {
@@ -111,8 +64,7 @@ void IndexPage::Insert(std::size_t i, Bytes entry) {
 
 void IndexPage::InsertChild(std::size_t i, Bytes bound, std::uint32_t child) {
   std::vector<std::byte> entry(bound.begin(), bound.end());
-  entry.resize(entry.size() + kEntryChildSize);
-  StoreBigEndian(entry.data() + bound.size(), child);
+  AppendEntryChild(child, entry);
   Insert(i, entry);
 }
 

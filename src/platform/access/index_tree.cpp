@@ -30,7 +30,36 @@ std::size_t IndexTree::LongestEntry() const {
 
 IndexPage IndexTree::Load(std::uint32_t number) const {
   const pager::PageRef page = file_->Read(number);
-  return {file_->Layout(), table_, number, page.Bytes()};
+  return {file_->Layout(), number, IndexPageView(file_->Layout(), table_, number, page.Bytes())};
+}
+
+IndexTree::Leaf IndexTree::LoadLeaf(std::uint32_t number) const {
+  pager::PageRef page = file_->Read(number);
+  const IndexPageView view(file_->Layout(), table_, number, page.Bytes());
+  if (!view.IsLeaf()) {
+    throw AccessError(number, "expected a leaf of the index");
+  }
+  return {number, std::move(page), view, false};
+}
+
+// The leaf in which an entry is or would be.
+IndexTree::Leaf IndexTree::FindLeaf(Bytes sought) const {
+  bool rightmost = true;
+  std::size_t level = 0;
+  for (std::uint32_t number = root_;;) {
+    pager::PageRef page = file_->Read(number);
+    const IndexPageView view(file_->Layout(), table_, number, page.Bytes());
+    if (view.IsLeaf()) {
+      return {number, std::move(page), view, rightmost};
+    }
+    const IndexPageView::Place place = view.LowerBound(sought);
+    const std::uint32_t child = view.Child(place);
+    if (child == 0 || ++level > kMostLevels) {
+      throw AccessError(number, "the index does not lead to a leaf");
+    }
+    rightmost = rightmost && (view.IsEnd(place) || (view.IsLast(place) && view.Links().tail == 0));
+    number = child;
+  }
 }
 
 IndexTree::Path IndexTree::Descend(Bytes sought) const {
@@ -93,36 +122,65 @@ void IndexTree::Link(std::uint32_t number, std::optional<std::uint32_t> previous
   }
 }
 
+// Most changes concern one leaf only: no bound changes, no page begins or ends. Those are done in place; the rightmost
+// leaf has no bound.
 bool IndexTree::Insert(Bytes entry) const {
-  Path path = DescendToChange(entry);
-  IndexPage& leaf = path.back().page;
-  const std::size_t at = leaf.LowerBound(entry);
-  const bool last = at == leaf.Count();
-  if (!last && std::ranges::equal(leaf.Entry(at), entry)) {
+  Leaf leaf = FindLeaf(entry);
+  const IndexPageView::Place place = leaf.view.LowerBound(entry);
+  if (!leaf.view.IsEnd(place) && leaf.view.IsEntry(place, entry)) {
     return false;
   }
-  leaf.Insert(at, entry);
-  const bool at_end = last && leaf.links.next == 0;
-  StoreChanged(std::move(path), last ? std::optional(Copy(entry)) : std::nullopt, at_end);
+  const bool keeps_bound = !leaf.view.IsEnd(place) || (leaf.rightmost && leaf.view.Links().next == 0);
+  if (!keeps_bound || leaf.view.HasPrefix() || !leaf.view.HasRoomFor(entry)) {
+    InsertWithBounds(entry);
+    return true;
+  }
+  leaf.page = {};  // or the pager would have to copy the page
+  const pager::PageEdit edit = file_->Change(leaf.number);
+  InsertIndexEntry(file_->Layout(), edit.Bytes(), place, entry);
   return true;
 }
 
 bool IndexTree::Erase(Bytes entry) const {
+  Leaf leaf = FindLeaf(entry);
+  const IndexPageView::Place place = leaf.view.LowerBound(entry);
+  if (leaf.view.IsEnd(place) || !leaf.view.IsEntry(place, entry)) {
+    return false;
+  }
+  const bool alone = place.start == 0 && leaf.view.IsLast(place);
+  const bool keeps_bound = !leaf.view.IsLast(place) || leaf.rightmost;
+  if (!keeps_bound || alone || leaf.view.HasPrefix()) {
+    EraseWithBounds(entry);
+    return true;
+  }
+  leaf.page = {};
+  const pager::PageEdit edit = file_->Change(leaf.number);
+  EraseIndexEntry(file_->Layout(), edit.Bytes(), place);
+  return true;
+}
+
+void IndexTree::InsertWithBounds(Bytes entry) const {
   Path path = DescendToChange(entry);
   IndexPage& leaf = path.back().page;
   const std::size_t at = leaf.LowerBound(entry);
-  if (at == leaf.Count() || !std::ranges::equal(leaf.Entry(at), entry)) {
-    return false;
-  }
+  const bool last = at == leaf.Count();
+  const bool at_end = last && leaf.links.next == 0;
+  leaf.Insert(at, entry);
+  StoreChanged(std::move(path), last ? std::optional(Copy(entry)) : std::nullopt, at_end);
+}
+
+void IndexTree::EraseWithBounds(Bytes entry) const {
+  Path path = DescendToChange(entry);
+  IndexPage& leaf = path.back().page;
+  const std::size_t at = leaf.LowerBound(entry);
   leaf.Erase(at);
   if (leaf.Count() == 0 && path.size() > 1) {
     RemoveEmpty(std::move(path));
-    return true;
+    return;
   }
   const bool was_last = at > 0 && at == leaf.Count();
   const auto last = was_last ? std::optional(Copy(leaf.Entry(at - 1))) : std::nullopt;
   StoreChanged(std::move(path), last, false);
-  return true;
 }
 
 // Writes the path's last page, which has been changed, and what follows from that above it. `last`: the greatest entry
@@ -177,7 +235,7 @@ std::vector<IndexTree::Step> IndexTree::Split(Step& step, bool at_end) const {
   while (!step.page.Fits()) {
     fronts.push_back({TakePage(), step.page.SplitFront(at_end)});
   }
-  IndexPage::Links& links = step.page.links;
+  IndexLinks& links = step.page.links;
   Link(links.previous, std::nullopt, fronts.front().number);
   for (std::size_t i = 0; i < fronts.size(); ++i) {
     Step& front = fronts[i];
@@ -326,26 +384,25 @@ void IndexTree::CheckBelow(std::uint32_t number, std::size_t depth, Audit& audit
 }
 
 IndexWalk::IndexWalk(const IndexTree& tree, Bytes from)
-    : tree_(tree), leaf_(tree.file_->Layout(), {}), pages_left_(tree.file_->Pages().PageCount()) {
-  leaf_ = std::move(tree.Descend(from).back().page);
-  at_ = leaf_.LowerBound(from);
+    : tree_(tree), leaf_(tree.FindLeaf(from)), place_(leaf_.view.LowerBound(from)) {
+  pages_left_ = tree.file_->Pages().PageCount();
 }
 
 bool IndexWalk::Next() {
-  if (started_) {
-    ++at_;
+  if (started_ && !leaf_.view.IsEnd(place_)) {
+    place_ = leaf_.view.After(place_);
   }
   started_ = true;
-  while (at_ >= leaf_.Count()) {
-    const std::uint32_t next = leaf_.links.next;
+  while (leaf_.view.IsEnd(place_)) {
+    const std::uint32_t next = leaf_.view.Links().next;
     if (next == 0) {
       return false;
     }
-    leaf_ = tree_.Load(next);
-    if (!leaf_.IsLeaf() || pages_left_-- == 0) {
-      throw AccessError(next, "the leaves of the index are not chained");
+    leaf_ = tree_.LoadLeaf(next);
+    if (pages_left_-- == 0) {
+      throw AccessError(next, "the leaves of the index are chained in a circle");
     }
-    at_ = 0;
+    place_ = leaf_.view.First();
   }
   return true;
 }

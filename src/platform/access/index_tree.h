@@ -46,6 +46,18 @@ class IndexTree {
 
   struct Audit;
 
+  // A leaf as it lies in the file.
+  struct Leaf {
+    std::uint32_t number;
+    pager::PageRef page;
+    IndexPageView view;  // of `page`
+    bool rightmost;      // no child on the way to it had another behind it
+  };
+  Leaf LoadLeaf(std::uint32_t number) const;
+  Leaf FindLeaf(Bytes sought) const;
+
+  void InsertWithBounds(Bytes entry) const;
+  void EraseWithBounds(Bytes entry) const;
   IndexPage Load(std::uint32_t number) const;
   Path Descend(Bytes sought) const;
   Path DescendToChange(Bytes entry) const;
@@ -75,13 +87,14 @@ class IndexWalk {
  public:
   IndexWalk(const IndexTree& tree, Bytes from);
 
-  bool Next();  // false at the end
-  Bytes Entry() const { return leaf_.Entry(at_); }
+  bool Next();                                                 // false at the end
+  Bytes Entry() { return leaf_.view.Entry(place_, buffer_); }  // valid until the next call
 
  private:
   IndexTree tree_;
-  IndexPage leaf_;
-  std::size_t at_;  // of the next entry before the first Next
+  IndexTree::Leaf leaf_;
+  IndexPageView::Place place_;  // before the first Next: of the entry after it
+  std::vector<std::byte> buffer_;
   bool started_ = false;
   std::uint32_t pages_left_;  // guards against chains without end
 };

@@ -142,7 +142,18 @@ class AccessModel : public testing::TestWithParam<Scene> {
                                             {"memo", ColumnType::kMemo},
                                             {"d", ColumnType::kDouble},
                                             {"more", ColumnType::kText, 255},
-                                            {"i16", ColumnType::kInteger}}}}));
+                                            {"i16", ColumnType::kInteger}}},
+                                          {"Keyed",
+                                           {{"n", ColumnType::kLong},
+                                            {"yes", ColumnType::kBoolean},
+                                            {"text", ColumnType::kText, 12},
+                                            {"d", ColumnType::kDouble},
+                                            {"i16", ColumnType::kInteger},
+                                            {"more", ColumnType::kText, 255}},
+                                           {{.name = "PrimaryKey", .columns = {{"n"}}, .primary_key = true},
+                                            {.name = "u", .columns = {{"text"}, {"yes"}}, .unique = true},
+                                            {.name = "d", .columns = {{"d", true}}, .ignore_nulls = true},
+                                            {.name = "more", .columns = {{"more", true}, {"i16"}}}}}}));
     } else if (file_ = CopyOfSample(GetParam().sample, folder_.Path()); file_.empty()) {
       GTEST_SKIP() << kNoSamples;
     }
@@ -162,7 +173,7 @@ class AccessModel : public testing::TestWithParam<Scene> {
     try {
       id = table_->Insert(row.Values());
     } catch (const ValueError&) {
-      ++refused_;  // longer than a page holds
+      ++refused_;  // longer than a page holds, a key that is taken or not known
       return;
     }
     EXPECT_TRUE(model_.emplace(id, RowText(row.Values())).second);
@@ -250,8 +261,14 @@ TEST_P(AccessModel, HoldsWhatWasPutIn) {
 
 INSTANTIATE_TEST_SUITE_P(Scenes, AccessModel,
                          testing::Values(Scene{"Jet4", nullptr, "T", "é客", 12000},
+                                         Scene{"Jet4Keyed", nullptr, "Keyed", "é客-", 12000},
                                          Scene{"Jet4Moved", "own-filled-jet4.mdb", "CUSTOM_H", "客", 6000},
                                          Scene{"Jet4Big", "own-filled-jet4.mdb", "CUSTOM_D", "戶", 3000},
+                                         Scene{"Jet4KeyedMoved", "own-indexed-jet4.mdb", "CUSTOM_H", "客", 6000},
+                                         Scene{"Jet4KeyedBig", "own-indexed-jet4.mdb", "CUSTOM_D", "戶", 3000},
+                                         Scene{"Jet3Keyed", "mk-jet3-indexed.mdb", "CUSTOM_H", "客", 6000},
+                                         Scene{"Jet3KeyedBig", "mk-jet3-indexed.mdb", "CUSTOM_D", "A-b", 4000},
+                                         Scene{"Jet3KeyedNumbers", "mk-jet3-indexed.mdb", "NUMERIC", "", 6000},
                                          Scene{"Jet3", "mk-jet3.mdb", "CUSTOM_H", "客", 9000},
                                          Scene{"Jet3Numbers", "mk-jet3.mdb", "NUMERIC", "", 6000},
                                          Scene{"Jet3Long", "mk-jet3-jump.mdb", "J", "x", 3000}),

@@ -1,0 +1,235 @@
+// Indexes: their trees through splits and shrinking, what they and relationships forbid.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/access/access_files.h"
+#include "platform/access/catalog.h"
+#include "platform/access/database.h"
+#include "platform/access/index.h"
+#include "platform/access/table_state.h"
+#include "support/scratch_folder.h"
+
+namespace marlevo::access {
+namespace {
+
+using enum ColumnType;
+using namespace std::string_view_literals;
+namespace fs = std::filesystem;
+
+using Entry = std::string;  // bytes
+
+enum class Order { kRandom, kUp, kDown };
+
+// A tree of made-up entries beside a plain set.
+class TreeModel {
+ public:
+  TreeModel(IndexTree tree, unsigned seed) : tree_(tree), random_(seed) {
+    for (IndexWalk walk(tree_, {}); walk.Next();) {
+      model_.emplace(AsText(walk.Entry()));
+    }
+  }
+
+  void Insert(std::size_t count, Order order) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const auto number = order == Order::kRandom ? random_() % 100'000 : ++last_;
+      const Entry entry = MakeEntry(order == Order::kDown ? 0xFFFF'FFFF - number : number);
+      EXPECT_EQ(tree_.Insert(AsBytes(entry)), model_.insert(entry).second);
+    }
+    Compare();
+  }
+
+  // All but `kept` entries; from the first to the last, or in any order.
+  void EraseAllBut(std::size_t kept, bool in_order) {
+    std::vector<Entry> entries(model_.begin(), model_.end());
+    if (!in_order) {
+      std::ranges::shuffle(entries, random_);
+    }
+    for (std::size_t i = kept; i < entries.size(); ++i) {
+      EXPECT_TRUE(tree_.Erase(AsBytes(entries[i])));
+      EXPECT_FALSE(tree_.Erase(AsBytes(entries[i])));
+      model_.erase(entries[i]);
+      if (i % 3000 == 0) {
+        Compare();
+      }
+    }
+    Compare();
+  }
+
+ private:
+  // Keys of many lengths, some so long that few of them fit a page and the tree gets high.
+  static Entry MakeEntry(std::size_t number) {
+    std::vector<std::byte> entry{std::byte{0x7F}};
+    for (int shift = 24; shift >= 0; shift -= 8) {
+      entry.push_back(std::byte(number >> shift & 0xFF));
+    }
+    entry.resize(entry.size() + (number % 11 == 0 ? 400 : number % 13), std::byte{0x55});
+    AppendEntryRow(RowId{static_cast<std::uint32_t>(number)}, entry);
+    return Entry(AsText(entry));
+  }
+
+  void Compare() {
+    EXPECT_EQ(tree_.Check(), std::vector<std::string>());
+    auto expected = model_.begin();
+    for (IndexWalk walk(tree_, {}); walk.Next(); ++expected) {
+      ASSERT_NE(expected, model_.end());
+      ASSERT_EQ(AsText(walk.Entry()), *expected);
+    }
+    EXPECT_EQ(expected, model_.end());
+    for (int i = 0; i < 100 && !model_.empty(); ++i) {
+      const Entry sought = MakeEntry(random_() % 100'000);
+      IndexWalk walk(tree_, AsBytes(sought));
+      const auto first = model_.lower_bound(sought);
+      ASSERT_EQ(walk.Next(), first != model_.end());
+      ASSERT_TRUE(first == model_.end() || AsText(walk.Entry()) == *first);
+    }
+  }
+
+  IndexTree tree_;
+  std::mt19937 random_;
+  std::set<Entry> model_;
+  std::size_t last_ = 0;
+};
+
+void GrowAndShrink(const fs::path& path, const std::string& table) {
+  const auto file = File::Open(path, {.password = "qorvat", .code_page = {}}, pager::NativeFiles());
+  const CatalogEntry entry = FindTable(file, table);
+  const auto state = file->Table(entry.page, entry.name);
+  const IndexTree& tree = state->Indexes().at(0).Tree();
+  unsigned seed = 0;
+  std::uint32_t pages = 0;
+  for (const Order order : {Order::kRandom, Order::kUp, Order::kDown, Order::kRandom}) {
+    SCOPED_TRACE(static_cast<int>(order));
+    pager::Statement statement(file->Pages());
+    TreeModel model(tree, ++seed);
+    model.Insert(12'000, order);
+    model.EraseAllBut(300, order == Order::kUp);
+    model.Insert(3000, Order::kRandom);
+    model.EraseAllBut(0, order == Order::kDown);
+    EXPECT_TRUE(pages == 0 || order != Order::kRandom || file->Pages().PageCount() <= pages * 2);
+    pages = std::max(pages, file->Pages().PageCount());
+    statement.Commit();
+  }
+}
+
+TEST(IndexTree, GrowsAndShrinks) {
+  const testing_support::ScratchFolder folder;
+  const fs::path path = folder.Path() / "new.mdb";
+  static_cast<void>(Database::Create(path, "qorvat", {{"T", {{"n", kLong}}, {{.name = "n", .columns = {{"n"}}}}}}));
+  GrowAndShrink(path, "T");
+}
+
+TEST(IndexTree, GrowsAndShrinksInJet3) {
+  const testing_support::ScratchFolder folder;
+  const fs::path path = CopyOfSample("mk-jet3-indexed.mdb", folder.Path());
+  if (path.empty()) {
+    GTEST_SKIP() << kNoSamples;
+  }
+  GrowAndShrink(path, "CUSTOM_D");
+}
+
+std::string ErrorOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const ValueError& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST(Index, RefusesBeforeAnythingChanges) {
+  const testing_support::ScratchFolder folder;
+  Database database = Database::Create(folder.Path() / "new.mdb", "",
+                                       {{"T",
+                                         {{"no", kText, 10}, {"n", kLong}, {"day", kDateTime}},
+                                         {{.name = "PrimaryKey", .columns = {{"no"}}, .primary_key = true},
+                                          {.name = "n", .columns = {{"n"}, {"day"}}, .unique = true}}}});
+  Table table = database.OpenTable("T");
+  Statement statement(database);
+  table.Insert(std::vector<Value>{"A1"sv, {}, {}});
+  table.Insert(std::vector<Value>{"A2"sv, {}, {}});  // empty is not equal to empty
+  table.Insert(std::vector<Value>{"A3"sv, std::int64_t{1}, 1.5});
+  const Rows rows = RowsOf(table);
+  const std::vector<std::pair<std::vector<Value>, std::string>> refused{
+      {{"a1 "sv, {}, {}}, "the same value in the index PrimaryKey"},
+      {{{}, {}, {}}, "PrimaryKey does not allow an empty value"},
+      {{"A4"sv, std::int64_t{1}, 1.5}, "the same value in the index n"},
+      {{"\xE3\x81\x82"sv, {}, {}}, "character U+3042"},
+      {{"\xF0\xA0\x80\x8B"sv, {}, {}}, "character U+D840"},
+  };
+  for (const auto& [row, reason] : refused) {
+    const std::string error = ErrorOf([&] { table.Insert(row); });
+    EXPECT_NE(error.find(reason), std::string::npos) << error;
+  }
+  table.Insert(std::vector<Value>{"A4"sv, std::int64_t{1}, 1.25});
+  statement.Commit();
+  EXPECT_EQ(RowsOf(table).size(), rows.size() + 1);
+  EXPECT_EQ(Health(database), "sound");
+}
+
+TEST(Index, RefusesValuesThatFillHalfAPage) {
+  const testing_support::ScratchFolder folder;
+  const IndexSchema::Part a{"a"}, b{"b"}, c{"c"};
+  Database database = Database::Create(
+      folder.Path() / "new.mdb", "",
+      {{"T", {{"a", kText, 255}, {"b", kText, 255}, {"c", kText, 255}}, {{.name = "abc", .columns = {a, b, c}}}}});
+  Table table = database.OpenTable("T");
+  std::string text(255, '~');           // two bytes of key each
+  const std::string hyphens(255, '-');  // four
+  const auto row = [&](std::string_view last) {
+    return std::vector<Value>{std::string_view(text), std::string_view(text), last};
+  };
+  EXPECT_NE(ErrorOf([&] { table.Insert(row(hyphens)); }).find("too long"), std::string::npos);
+  for (int i = 0; i < 40; ++i) {
+    text[100] = static_cast<char>('a' + i % 26);
+    table.Insert(row("x"));
+  }
+  EXPECT_EQ(Health(database), "sound");
+}
+
+TEST(Index, RelationshipsHold) {
+  for (const char* sample : {"indexTestV1997.mdb", "indexTestV2000.mdb", "indexTestV2003.mdb"}) {
+    SCOPED_TRACE(sample);
+    const testing_support::ScratchFolder folder;
+    const fs::path path = CopyOfSample(sample, folder.Path());
+    if (path.empty()) {
+      GTEST_SKIP() << kNoSamples;
+    }
+    Database database = Database::Open(path, {});
+    Table from = database.OpenTable("Table1");
+    Table to = database.OpenTable("Table2");
+    const auto find = [](const Table& table, std::int64_t id) {
+      const Equals condition{0, id};
+      Cursor cursor = table.Scan({&condition, 1});
+      EXPECT_TRUE(cursor.Next());
+      return cursor.Row();
+    };
+    // Table1 refers by its second column to Table2, by its third to Table3.
+    const std::vector<Value> orphan{std::int64_t{9}, std::int64_t{77}, std::int64_t{10}, "x"sv, std::int64_t{0}};
+    EXPECT_NE(ErrorOf([&] { from.Insert(orphan); }).find("otherfk1"), std::string::npos);
+    EXPECT_NE(ErrorOf([&] { to.Delete(find(to, 1)); }).find("delete those rows first"), std::string::npos);
+
+    std::vector<Value> child = orphan;
+    child[1] = std::int64_t{0};
+    from.Insert(child);
+    for (const std::int64_t id : {1, 2}) {
+      EXPECT_TRUE(from.Delete(find(from, id)));
+    }
+    EXPECT_TRUE(to.Delete(find(to, 1)));
+    EXPECT_NE(ErrorOf([&] { to.Delete(find(to, 2)); }).find("delete those rows first"), std::string::npos);
+    EXPECT_EQ(RowsOf(from).size(), 3u);
+    EXPECT_EQ(RowsOf(to).size(), 2u);
+    EXPECT_EQ(Health(database), "sound");
+  }
+}
+
+}  // namespace
+}  // namespace marlevo::access
