@@ -37,8 +37,9 @@ void SaveSlipSettings(const std::filesystem::path& folder, std::string_view slip
                       const std::array<std::string, kSlipFields>& values) {
   const QString path = FilePath(folder, slip_name);
   QSaveFile file(path);
+  // Flushed apart: a disk that takes only a part of the text would not fail the commit.
   if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray::fromStdString(SlipSettingsText(values))) < 0 ||
-      !file.commit()) {
+      !file.flush() || !file.commit()) {
     Fail("儲存列印設定", path, file);
   }
 }

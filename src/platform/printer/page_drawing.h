@@ -2,6 +2,7 @@
 // printer.
 #pragma once
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,13 @@ struct Mark {
 
   bool operator==(const Mark&) const = default;
 };
+
+// False for what lies ten metres away or is no number: no driver counts right with such values.
+inline bool FitsAnyPaper(const Mark& mark) {
+  constexpr double kLongest = 10000 * kTwipsPerMillimetre;
+  const auto fits = [](double length) { return std::abs(length) < kLongest; };
+  return fits(mark.x) && fits(mark.y) && fits(mark.width) && fits(mark.height);
+}
 
 // One line of black text (UTF-8); (x, y) is the top left corner of the line.
 struct PageText {

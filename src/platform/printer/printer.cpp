@@ -21,13 +21,6 @@ namespace {
 
 constexpr int kTwipsPerInch = 1440;
 
-// Ten metres: more than any paper, and no driver counts over at such numbers.
-bool FitsAnyPaper(const Mark& mark) {
-  constexpr double kLongest = 10000 * kTwipsPerMillimetre;
-  const auto fits = [](double length) { return std::abs(length) < kLongest; };  // false for what is no number
-  return fits(mark.x) && fits(mark.y) && fits(mark.width) && fits(mark.height);
-}
-
 // Qt's PDF engine takes two blocks of some 16 MB for every page and frees them at once. Left to itself glibc gives them
 // back to the system each time, which takes as long as drawing the page.
 void KeepFreedBlocks() {
@@ -197,7 +190,7 @@ void PrintJob::End() {
 }
 
 PaperSize DefaultPaper() {
-  return InTwips(PaperOf(DefaultPrinter()).sizePoints());
+  return InTwips(PaperOf(QPrinterInfo::defaultPrinter()).sizePoints());
 }
 
 }  // namespace marlevo

@@ -17,8 +17,8 @@ class QPrinter;
 namespace marlevo {
 
 // Draws a page with a painter whose unit is the twip: the one way to the screen, into a PDF and onto paper. Marks and
-// texts are opaque black without outline or smoothing, so that every driver passes them on as they are. A mark so large
-// or so far away that no paper holds it is left out.
+// texts are opaque black without outline or smoothing, so that every driver passes them on as they are. What no paper
+// holds is left out.
 void DrawPage(QPainter& painter, const PageDrawing& page);
 
 // A drawing without pixels. `draw` fills (0, 0) to (width, height); printed, it is stretched into any rectangle.
@@ -74,7 +74,7 @@ class PrintJob {
   int pages_ = 0;
 };
 
-// The default printer's paper. Throws PrinterError when there is no printer.
+// The default printer's paper; A4 when there is no printer.
 PaperSize DefaultPaper();
 
 }  // namespace marlevo

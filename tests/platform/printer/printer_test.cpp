@@ -98,7 +98,7 @@ TEST(PrintJob, WithoutPrinterFailsAndMakesNoFile) {
     EXPECT_EQ(error.Subject(), "預設印表機");
     EXPECT_STREQ(error.what(), "系統沒有安裝印表機");
   }
-  EXPECT_THROW(DefaultPaper(), PrinterError);
+  EXPECT_EQ(DefaultPaper().width, 11900);
 }
 
 TEST(PrintJob, SaysWhenItCannotBegin) {

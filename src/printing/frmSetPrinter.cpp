@@ -1,0 +1,293 @@
+#include "printing/frmSetPrinter.h"
+
+#include <QCheckBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QRadioButton>
+#include <QRegularExpressionValidator>
+#include <QScreen>
+#include <QScrollArea>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "platform/printer/printer.h"
+#include "platform/text/text.h"
+#include "printing/print_button.h"
+#include "printing/select_all_edit.h"
+#include "printing/slip_preview.h"
+#include "printing/slip_reference.h"
+#include "printing/slip_sample.h"
+#include "printing/slip_settings_file.h"
+#include "ui/question.h"
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+namespace {
+
+constexpr QSize kComfortable(1180, 690);
+constexpr double kReferencePoints = 10.5;
+
+QString QText(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// A table of one printer as a branch that stays open.
+QTreeWidgetItem* NewTable(const SlipReferenceTable& table) {
+  auto* const heading = new QTreeWidgetItem({QText(table.heading)});
+  QFont bold;
+  bold.setPointSizeF(kReferencePoints);
+  bold.setBold(true);
+  heading->setFont(0, bold);
+  for (const SlipReferenceRow& row : table.rows) {
+    auto* const item = new QTreeWidgetItem(
+        heading, {QText(row.label), QString::number(row.three_digit), QString::number(row.four_digit)});
+    item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+    item->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
+  }
+  return heading;
+}
+
+}  // namespace
+
+frmSetPrinter::frmSetPrinter(QWidget* parent, std::filesystem::path settings_folder)
+    : QDialog(parent), settings_folder_(std::move(settings_folder)) {
+  setObjectName("frmSetPrinter");
+  setWindowTitle("投注單列印調整");
+  picPreview_ = new SlipPreview(this);
+  lblField_ = NewLabel(this, "lblField", {});
+
+  auto* const procedure =
+      new QLabel("第一先按預覽第二放投注單按測試列印第三如果不準調整參數再按測試列印第四沒問題就按存檔", this);
+  auto* const hints = new QHBoxLayout;
+  hints->setSpacing(32);
+  for (const char* const text :
+       {"印表機廠牌不同但大同小異通常調整左右和上下謝謝", "雷射印表機左邊界4300左右", "請看右邊的參數"}) {
+    hints->addWidget(new QLabel(text, this));
+  }
+  hints->addStretch();
+
+  auto* const columns = new QHBoxLayout;
+  columns->setSpacing(20);
+  columns->addWidget(picPreview_, 1);
+  columns->addLayout(NewReference());
+  columns->addLayout(NewBoxes());
+
+  // On a screen that is too small for all of it the window scrolls.
+  auto* const content = new QWidget;
+  auto* const rows = new QVBoxLayout(content);
+  rows->setContentsMargins(20, 14, 20, 16);
+  rows->setSpacing(6);
+  rows->addWidget(procedure);
+  rows->addLayout(hints);
+  rows->addSpacing(4);
+  rows->addLayout(columns, 1);
+  rows->addSpacing(6);
+  rows->addLayout(NewButtons());
+  auto* const scroll = new QScrollArea(this);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidgetResizable(true);
+  scroll->setWidget(content);
+  auto* const window = new QVBoxLayout(this);
+  window->setContentsMargins(0, 0, 0, 0);
+  window->addWidget(scroll);
+  resize(kComfortable.boundedTo(screen()->availableSize()));
+
+  opPlay4_->setChecked(true);
+  opPlay_Click(SlipType::kFourDigit);
+  txtInput_[0]->setFocus();
+}
+
+QLayout* frmSetPrinter::NewBoxes() {
+  auto* const fraSlip = Named(new QGroupBox("投注單選項", this), "fraSlip");
+  opPlay4_ = Named(new QRadioButton("4星彩", fraSlip), "opPlay4");
+  opPlay3_ = Named(new QRadioButton("3星彩", fraSlip), "opPlay3");
+  connect(opPlay4_, &QRadioButton::clicked, this, [this] { opPlay_Click(SlipType::kFourDigit); });
+  connect(opPlay3_, &QRadioButton::clicked, this, [this] { opPlay_Click(SlipType::kThreeDigit); });
+  auto* const options = new QHBoxLayout(fraSlip);
+  options->setSpacing(24);
+  options->addWidget(opPlay4_);
+  options->addWidget(opPlay3_);
+  options->addStretch();
+
+  auto* const form = new QFormLayout;
+  form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  form->setHorizontalSpacing(16);
+  form->setVerticalSpacing(3);
+  const auto* const number = new QRegularExpressionValidator(QRegularExpression("[+-]?[0-9]*\\.?[0-9]*"), this);
+  for (int i = 0; i < kSlipFields; ++i) {
+    auto* const box = Named(new SelectAllEdit(this), ElementName("txtInput", i));
+    box->setValidator(number);
+    box->setAlignment(Qt::AlignRight);
+    box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * 12);
+    box->installEventFilter(this);
+    // What the mouse pastes or drops releases no key.
+    connect(box, &QLineEdit::textEdited, this, [this, i] { txtInput_KeyUp(i); });
+    form->addRow(QText(kSlipFieldTable[static_cast<std::size_t>(i)].label), box);
+    txtInput_[static_cast<std::size_t>(i)] = box;
+  }
+  auto* const column = new QVBoxLayout;
+  column->setSpacing(12);
+  column->addWidget(fraSlip);
+  column->addLayout(form);
+  column->addStretch();
+  return column;
+}
+
+QLayout* frmSetPrinter::NewReference() {
+  auto* const list = Named(new QTreeWidget(this), "lstReference");
+  list->setHeaderLabels({"單位 1/1440 吋", "3星彩", "4星彩"});
+  list->headerItem()->setTextAlignment(1, Qt::AlignRight);
+  list->headerItem()->setTextAlignment(2, Qt::AlignRight);
+  list->setRootIsDecorated(false);
+  list->setItemsExpandable(false);
+  list->setIndentation(12);
+  list->setUniformRowHeights(true);
+  list->setSelectionMode(QAbstractItemView::NoSelection);
+  list->setFocusPolicy(Qt::NoFocus);
+  list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  list->header()->setStretchLastSection(false);
+  list->header()->setSectionsMovable(false);
+  for (const SlipReferenceTable& table : kSlipReference) {
+    QTreeWidgetItem* const heading = NewTable(table);
+    list->addTopLevelItem(heading);
+    heading->setFirstColumnSpanned(true);
+  }
+  list->expandAll();
+  QFont small = font();
+  small.setPointSizeF(kReferencePoints);  // all rows fit without scrolling
+  list->setFont(small);
+  list->setFixedWidth(fontMetrics().horizontalAdvance('0') * 38);
+
+  auto* const column = new QVBoxLayout;
+  column->setSpacing(2);
+  column->addWidget(new QLabel("各種印表機投注單列印設定位置速查表即使", this));
+  column->addWidget(new QLabel("是同機型設定位置也會差一點請再自行調整", this));
+  column->addWidget(list, 1);
+  column->addWidget(new QLabel("以上為各種列印機設定值   各種印表機都可調整", this));
+  return column;
+}
+
+QLayout* frmSetPrinter::NewButtons() {
+  QPushButton* const cmdPreview = NewButton(this, "cmdPreview", "預  覽");
+  auto* const cmdPrint = new PrintButton(this, "測試列印", [this] { cmdPrint_Click(); });
+  QPushButton* const cmdSave = NewButton(this, "cmdSave", "存  檔");
+  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
+  connect(cmdPreview, &QPushButton::clicked, this, &frmSetPrinter::cmdPreview_Click);
+  connect(cmdSave, &QPushButton::clicked, this, &frmSetPrinter::cmdSave_Click);
+  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::close);
+  auto* const chkZoom = Named(new QCheckBox("放大", this), "chkZoom");
+  connect(chkZoom, &QCheckBox::toggled, picPreview_, &SlipPreview::Zoom);
+  auto* const buttons = new QHBoxLayout;
+  buttons->setSpacing(10);
+  buttons->addWidget(chkZoom);
+  buttons->addSpacing(20);
+  buttons->addWidget(lblField_, 1);
+  for (QPushButton* const button : {cmdPreview, static_cast<QPushButton*>(cmdPrint), cmdSave, cmdCancel}) {
+    buttons->addWidget(button);
+  }
+  return buttons;
+}
+
+bool frmSetPrinter::eventFilter(QObject* watched, QEvent* event) {
+  const auto box = std::ranges::find(txtInput_, watched);
+  if (box == txtInput_.end()) {
+    return QDialog::eventFilter(watched, event);
+  }
+  const int index = static_cast<int>(box - txtInput_.begin());
+  switch (event->type()) {
+    case QEvent::KeyPress:
+      return txtInput_KeyDown(static_cast<QKeyEvent*>(event)->key());
+    case QEvent::KeyRelease:
+      txtInput_KeyUp(index);
+      break;
+    case QEvent::FocusIn:
+      Explain(index);
+      break;
+    default:
+      break;
+  }
+  return false;
+}
+
+bool frmSetPrinter::txtInput_KeyDown(int key) {
+  switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Down:
+      return focusNextChild();
+    case Qt::Key_Up:
+      return focusPreviousChild();
+    default:
+      return false;
+  }
+}
+
+void frmSetPrinter::opPlay_Click(SlipType type) {
+  LoadSlipSettings(settings_folder_, SlipName(type));
+  type_ = type;
+  for (std::size_t i = 0; i < txtInput_.size(); ++i) {
+    txtInput_[i]->setText(QText(NumberText(SlipSettings().*kSlipFieldTable[i].value)));
+  }
+  Explain(explained_);
+  RefreshPreview();
+}
+
+void frmSetPrinter::txtInput_KeyUp(int index) {
+  StoreSlipField(SlipSettings(), index, txtInput_[static_cast<std::size_t>(index)]->text().toStdString());
+  Explain(index);
+  RefreshPreview();
+}
+
+void frmSetPrinter::Explain(int index) {
+  explained_ = index;
+  picPreview_->Highlight(index);
+  if (index < 0) {
+    return;
+  }
+  const SlipField& field = kSlipFieldTable[static_cast<std::size_t>(index)];
+  const double twips = SlipSettings().*field.value;
+  lblField_->setText(QString("%1 %2  ＝ %3 公釐")
+                         .arg(QText(field.label), QText(NumberText(twips)))
+                         .arg(twips / kTwipsPerMillimetre, 0, 'f', 1) +
+                     (field.value == &SlipPrinterSettings::play ? " (不影響黑點)" : ""));
+}
+
+void frmSetPrinter::RefreshPreview() {
+  if (previewed_) {
+    picPreview_->ShowSlip(type_, SlipSettings(), DefaultPaper());
+  }
+}
+
+void frmSetPrinter::cmdPreview_Click() {
+  previewed_ = true;
+  RefreshPreview();
+}
+
+void frmSetPrinter::cmdPrint_Click() {
+  PrintJob job("測試列印");
+  const PaperSize paper = job.Paper();
+  job.Draw(TestSheet(type_, SlipSettings(), paper.width, paper.height));
+  job.End();
+}
+
+void frmSetPrinter::cmdSave_Click() {
+  if (!Question(this, "確定要將此設定存檔 ?", "列印設定存檔")) {
+    return;
+  }
+  std::array<std::string, kSlipFields> values;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    values[i] = txtInput_[i]->text().toStdString();
+  }
+  SaveSlipSettings(settings_folder_, SlipName(type_), values);
+}
+
+}  // namespace marlevo
