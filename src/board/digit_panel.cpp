@@ -48,10 +48,7 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
     grid->addWidget(title, digit + 1, 0);
     grid->setRowStretch(digit + 1, 1);
     for (int column = 1; column <= kShownColumns; ++column) {
-      auto* const box =
-          new DigitBox(this, ElementName("chkNum" + QString::number(column), digit), caption, DigitBox::Kind::kDigit);
-      columns_[static_cast<std::size_t>(column)][static_cast<std::size_t>(digit)] = box;
-      AddCell(*grid, box, digit, column - 1);
+      AddDigit(*grid, column, digit, column - 1);
     }
     auto* const on = new DigitBox(this, ElementName("chkAll_X1", digit), "全", DigitBox::Kind::kAction);
     on->setToolTip(QString("四柱都選 %1").arg(digit));
@@ -101,13 +98,19 @@ void DigitPanel::AddExtraColumns(QGridLayout& grid) {
     extra_titles_[extra]->hide();
     grid.addWidget(extra_titles_[extra], 0, GridColumn(cell_column));
     for (int digit = 0; digit < kDigits; ++digit) {
-      auto* const box = new DigitBox(this, ElementName("chkNum" + QString::number(column), digit),
-                                     QString::number(digit), DigitBox::Kind::kDigit);
-      box->hide();
-      columns_[static_cast<std::size_t>(column)][static_cast<std::size_t>(digit)] = box;
-      AddCell(grid, box, digit, cell_column);
+      AddDigit(grid, column, digit, cell_column)->hide();
     }
   }
+}
+
+DigitBox* DigitPanel::AddDigit(QGridLayout& grid, int column, int digit, int cell_column) {
+  const QString caption = QString::number(digit);
+  auto* const box =
+      new DigitBox(this, ElementName("chkNum" + QString::number(column), digit), caption, DigitBox::Kind::kDigit);
+  box->setAccessibleName(kTitles[static_cast<std::size_t>(column - 1)] + (' ' + caption));
+  columns_[static_cast<std::size_t>(column)][static_cast<std::size_t>(digit)] = box;
+  AddCell(grid, box, digit, cell_column);
+  return box;
 }
 
 void DigitPanel::AddCell(QGridLayout& grid, DigitBox* box, int row, int column) {

@@ -43,6 +43,8 @@ class DigitPanel : public QFrame {
   static constexpr int kCellColumns = kPickColumns + 2;
   using Column = std::array<DigitBox*, kDigits>;
 
+  // `column` counts from 1, `cell_column` from 0.
+  DigitBox* AddDigit(QGridLayout& grid, int column, int digit, int cell_column);
   void AddCell(QGridLayout& grid, DigitBox* box, int row, int column);
   void AddExtraColumns(QGridLayout& grid);
   void chkAll_X1_Click(int digit);

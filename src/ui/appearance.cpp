@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QToolTip>
-#include <memory>
 
 #include "ui/style.h"
 
@@ -38,7 +37,7 @@ QFont AlignedFont() {
 }
 
 void SetUpAppearance() {
-  QApplication::setStyle(std::make_unique<WindowStyle>().release());  // the application owns it
+  QApplication::setStyle(new WindowStyle);
   QApplication::setPalette(WindowPalette());
   QApplication::setPalette(ScrollBarPalette(), "QScrollBar");
   QApplication::setFont(WindowFont());
