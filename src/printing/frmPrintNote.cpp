@@ -1,0 +1,105 @@
+#include "printing/frmPrintNote.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "platform/text/text.h"
+#include "printing/memo_sheet.h"
+#include "printing/print_button.h"
+#include "printing/print_progress.h"
+#include "ui/appearance.h"
+#include "ui/widgets.h"
+
+namespace marlevo {
+
+namespace {
+
+constexpr int kPageCounts = 20;
+
+// The sheet on the screen.
+class SheetPicture : public QWidget {
+ public:
+  explicit SheetPicture(QWidget* parent) : QWidget(parent), sheet_(MemoSheet()) {
+    setObjectName("picNote");
+    setFixedSize(340, static_cast<int>(340 * sheet_.height / sheet_.width));
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), Qt::white);
+    painter.setPen(QColor::fromRgb(colours::kLine));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(width() / sheet_.width, height() / sheet_.height);
+    sheet_.draw(painter);
+  }
+
+ private:
+  Picture sheet_;
+};
+
+}  // namespace
+
+frmPrintNote::frmPrintNote(QWidget* parent) : QDialog(parent) {
+  setObjectName("frmPrintNote");
+  setWindowTitle("4星彩包牌便條紙列印");
+  cboPage_ = new DropDownList(this, "cboPage");
+  cboPage_->setEditable(true);
+  cboPage_->setInsertPolicy(QComboBox::NoInsert);
+  for (int pages = 1; pages <= kPageCounts; ++pages) {
+    cboPage_->addItem(QString::number(pages));
+  }
+  cboPage_->setCurrentText("1");
+  auto* const cmdPrint = new PrintButton(this, "列印便條紙", [this] { cmdPrint_Click(); });
+  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
+  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::close);
+
+  auto* const pages = new QHBoxLayout;
+  pages->setSpacing(10);
+  pages->addWidget(new QLabel("列印頁數", this));
+  pages->addWidget(cboPage_);
+  pages->addWidget(new QLabel("頁 (每頁四張)", this));
+  pages->addStretch();
+  auto* const right = new QVBoxLayout;
+  right->setSpacing(12);
+  right->addLayout(pages);
+  right->addStretch();
+  right->addWidget(cmdPrint);
+  right->addWidget(cmdCancel);
+  auto* const columns = new QHBoxLayout(this);
+  columns->setContentsMargins(20, 16, 20, 16);
+  columns->setSpacing(24);
+  columns->setSizeConstraint(QLayout::SetFixedSize);
+  columns->addWidget(new SheetPicture(this));
+  columns->addLayout(right);
+  cboPage_->setFocus();
+}
+
+void frmPrintNote::cmdPrint_Click() {
+  const int pages = LenientInteger(cboPage_->currentText().toStdString());
+  if (pages <= 0) {
+    return;
+  }
+  const Picture sheet = MemoSheet();
+  PrintJob job("便條紙");
+  PrintProgress progress(this, pages);
+  for (int page = 0; page < pages && progress.Continue(page); ++page) {
+    const PaperSize paper = job.Paper();
+    // Whole units; one unit lies between the copies.
+    const int width = paper.width / 2;
+    const int height = paper.height / 2;
+    for (const QPoint corner :
+         {QPoint(0, 0), QPoint(width + 1, 0), QPoint(0, height + 1), QPoint(width + 1, height + 1)}) {
+      job.Draw(sheet, QRectF(corner, QSizeF(width, height)));
+    }
+    job.NewPage();
+  }
+  job.End();
+  progress.Finish(job.Pages());
+}
+
+}  // namespace marlevo

@@ -1,0 +1,23 @@
+// Printing of blank memo sheets for package bets, four to a page.
+#pragma once
+
+#include <QDialog>
+
+class QComboBox;
+
+namespace marlevo {
+
+class frmPrintNote : public QDialog {
+  Q_OBJECT
+
+ public:
+  // Prints on the default printer.
+  explicit frmPrintNote(QWidget* parent);
+
+ private:
+  void cmdPrint_Click();
+
+  QComboBox* cboPage_;
+};
+
+}  // namespace marlevo

@@ -1,0 +1,104 @@
+#include "printing/frmPrintNote.h"
+
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QRegularExpression>
+
+#include "support/print_queue.h"
+#include "support/qt_modal.h"
+
+namespace marlevo {
+namespace {
+
+class FrmPrintNote : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    if (test::PrintQueue::Installed()) {
+      queue_ = std::make_unique<test::PrintQueue>();
+    }
+  }
+  static void TearDownTestSuite() { queue_.reset(); }
+
+  void SetUp() override {
+    if (queue_ == nullptr) {
+      GTEST_SKIP() << "cupsd is not installed (package cups-daemon): nothing was printed and measured";
+    }
+  }
+
+  void Print(const QString& pages) {
+    window_.findChild<QComboBox*>("cboPage")->setEditText(pages);
+    window_.findChild<QPushButton*>("cmdPrint")->click();
+  }
+  // Pages of the only job; 0 when there was none.
+  static std::size_t PagesSent() {
+    const auto jobs = queue_->TakeJobs();
+    EXPECT_LE(jobs.size(), 1U);
+    return jobs.empty() ? 0 : jobs[0].pages.size();
+  }
+
+  inline static std::unique_ptr<test::PrintQueue> queue_;
+  frmPrintNote window_{nullptr};
+};
+
+TEST_F(FrmPrintNote, PutsFourSheetsOnAPageAndNothingNearTheEdge) {
+  Print("1");
+  const auto jobs = queue_->TakeJobs();
+  ASSERT_EQ(jobs.size(), 1U);
+  ASSERT_EQ(jobs[0].pages.size(), 1U);
+  const auto& page = jobs[0].pages[0];
+  ASSERT_EQ(page.width, 11900);
+  ASSERT_EQ(page.height, 16840);
+  const std::size_t of_sheet = page.marks.size() / 4;
+  ASSERT_GT(of_sheet, 30U);
+  ASSERT_EQ(page.marks.size() % 4, 0U);
+  const double right = 5950 + 1;
+  const double down = 8420 + 1;
+  const double offsets[4][2] = {{0, 0}, {right, 0}, {0, down}, {right, down}};
+  constexpr double kUnprintable = 5 * kTwipsPerMillimetre;
+  for (std::size_t i = 0; i < page.marks.size(); ++i) {
+    const Mark& mark = page.marks[i];
+    const Mark& first = page.marks[i % of_sheet];
+    EXPECT_NEAR(mark.x, first.x + offsets[i / of_sheet][0], 0.5);
+    EXPECT_NEAR(mark.y, first.y + offsets[i / of_sheet][1], 0.5);
+    EXPECT_GE(std::min(mark.x, mark.y), kUnprintable);
+    EXPECT_LE(mark.x + mark.width, page.width - kUnprintable);
+    EXPECT_LE(mark.y + mark.height, page.height - kUnprintable);
+  }
+  int titles = 0;
+  for (const PageText& word : test::ReadPdfWords(jobs[0].document)) {
+    titles += word.text.ends_with("包牌便條紙") ? 1 : 0;
+    EXPECT_GE(std::min(word.x, word.y), kUnprintable) << word.text;
+  }
+  EXPECT_EQ(titles, 4);
+}
+
+TEST_F(FrmPrintNote, PrintsAsManyPagesAsTheTextBeginsWith) {
+  const std::pair<const char*, std::size_t> cases[] = {{"20", 20}, {"3abc", 3}, {"abc", 0}, {"", 0}, {"-2", 0}};
+  for (const auto& [text, pages] : cases) {
+    Print(text);
+    EXPECT_EQ(PagesSent(), pages) << text;
+  }
+}
+
+TEST_F(FrmPrintNote, CancelStopsAndSaysHowManyPagesWentOut) {
+  QString said;
+  WithModals([&] { Print("999999"); }, {[](QWidget& window) {
+                                          auto* const progress = qobject_cast<QProgressDialog*>(&window);
+                                          ASSERT_NE(progress, nullptr);
+                                          progress->cancel();
+                                        },
+                                        [&](QWidget& window) {
+                                          said = window.findChild<QLabel*>("lblMsg")->text();
+                                          window.close();
+                                        }});
+  const QRegularExpressionMatch match = QRegularExpression("^列印已取消,共印出 (\\d+) 頁 !$").match(said);
+  ASSERT_TRUE(match.hasMatch()) << said.toStdString();
+  EXPECT_GT(match.captured(1).toULongLong(), 0U);
+  EXPECT_EQ(PagesSent(), match.captured(1).toULongLong());
+}
+
+}  // namespace
+}  // namespace marlevo
