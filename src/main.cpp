@@ -8,6 +8,8 @@
 #include "draws/frmInput.h"
 #include "platform/database/connection_string.h"
 #include "printing/frmPrint.h"
+#include "printing/frmPrintNote.h"
+#include "printing/frmSetPrinter.h"
 #include "printing/slip_settings_file.h"
 #include "ui/application.h"
 
@@ -26,6 +28,8 @@ int main(int argc, char** argv) {
   windows.print = [folder](QWidget* parent, const marlevo::CurrentList& list) {
     marlevo::frmPrint(parent, list, folder).exec();
   };
+  windows.print_note = [](QWidget* parent) { marlevo::frmPrintNote(parent).exec(); };
+  windows.set_printer = [folder](QWidget* parent) { marlevo::frmSetPrinter(parent, folder).exec(); };
   windows.load_slip_settings = [folder] { marlevo::LoadSlipSettings(folder, "4Star"); };
 
   marlevo::frmMarlevo board(windows);
