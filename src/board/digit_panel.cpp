@@ -42,8 +42,7 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
   grid->setContentsMargins(8, 8, 12, 12);
   grid->setSpacing(kSpacing);
   for (int digit = 0; digit < kDigits; ++digit) {
-    const QString caption = QString::number(digit);
-    QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), caption);
+    QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), QString::number(digit));
     title->setForegroundRole(QPalette::PlaceholderText);
     grid->addWidget(title, digit + 1, 0);
     grid->setRowStretch(digit + 1, 1);
@@ -153,6 +152,9 @@ void DigitPanel::ToggleExtraColumns() {
     title->setVisible(shown);
   }
   reserved_->setVisible(!shown);
+  if (tab_stop_->isHidden()) {
+    SetTabStop(columns_[1][0]);
+  }
   WriteHiddenPicks();
 }
 
@@ -191,12 +193,16 @@ bool DigitPanel::eventFilter(QObject* watched, QEvent* event) {
     const bool plain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     return plain && HandleKey(box, key->key());
   }
-  if (event->type() == QEvent::FocusIn && box != tab_stop_) {
-    tab_stop_->setFocusPolicy(Qt::ClickFocus);
-    box->setFocusPolicy(Qt::StrongFocus);
-    tab_stop_ = box;
+  if (event->type() == QEvent::FocusIn) {
+    SetTabStop(box);
   }
   return false;
+}
+
+void DigitPanel::SetTabStop(DigitBox* box) {
+  tab_stop_->setFocusPolicy(Qt::ClickFocus);
+  box->setFocusPolicy(Qt::StrongFocus);
+  tab_stop_ = box;
 }
 
 bool DigitPanel::HandleKey(DigitBox* box, int key) {

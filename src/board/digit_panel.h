@@ -54,6 +54,7 @@ class DigitPanel : public QFrame {
   void TickRow(int digit, bool ticked);
   void TickColumn(int column, bool ticked);
   bool HandleKey(DigitBox* box, int key);
+  void SetTabStop(DigitBox* box);
   void MoveFocus(int row, int column, int down, int right);
   void WriteHiddenPicks();
 

@@ -240,6 +240,12 @@ TEST_F(FrmMarlevoTest, TheDigitPanelWorksByKeyboardAlone) {
   EXPECT_EQ(focus(), "cmdCombine");
   press({Qt::Key_Backtab});
   EXPECT_EQ(focus(), "chkAll_X2(7)") << "the panel remembers where the focus was";
+  Click("Command2");
+  Find<QWidget>("chkNum10(9)").setFocus();
+  Click("Command2");
+  Find<QWidget>("cmdCombine").setFocus();
+  press({Qt::Key_Backtab});
+  EXPECT_EQ(focus(), "chkNum1(0)") << "the cell where the focus was is hidden";
   press({Qt::Key_Tab, Qt::Key_Return, Qt::Key_Escape});
   EXPECT_TRUE(board_.isVisible() && Shown("picBox1"));
 }
