@@ -132,7 +132,60 @@ int Disconnect(sqlite3_vtab* table) {
   return SQLITE_OK;
 }
 
-// A plan names, for each argument that Filter gets, the column that it is compared with: one byte, column + 1.
+// How many of the index's first columns the plan (see BestIndex) compares with something.
+std::size_t ComparedColumns(const access::IndexView& index, const std::string& plan) {
+  const auto compared = [&](std::size_t column) { return plan.find(static_cast<char>(column + 1)) != plan.npos; };
+  return static_cast<std::size_t>(std::ranges::find_if_not(index.columns, compared) - index.columns.begin());
+}
+
+// Whether a walk along the index gives rows in the order that SQLite wants. Texts and Booleans have another order
+// there.
+bool IsInOrder(const access::Table& table, const access::IndexView& index, const sqlite3_index_info& info) {
+  const auto wanted = static_cast<std::size_t>(info.nOrderBy);
+  if (wanted == 0 || wanted > index.columns.size() || !index.complete) {
+    return false;
+  }
+  for (std::size_t i = 0; i < wanted; ++i) {
+    const auto& order = info.aOrderBy[i];
+    if (order.iColumn != static_cast<int>(index.columns[i]) || (order.desc != 0) != index.descending[i]) {
+      return false;
+    }
+    const ColumnType type = table.Columns()[index.columns[i]].type;
+    const SqlKind kind = KindOf(type);
+    if ((kind != SqlKind::kInteger && kind != SqlKind::kReal) || type == ColumnType::kBoolean ||
+        type == ColumnType::kNumeric) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// Completes a plan with the index that narrows the search most, or else with one that saves sorting; its place + 1
+// becomes idxNum.
+void ChooseIndex(const access::Table& table, const std::string& plan, double walked, sqlite3_index_info& info) {
+  std::size_t best = 0;
+  for (std::size_t i = 0; i < table.Indexes().size(); ++i) {
+    const access::IndexView& index = table.Indexes()[i];
+    const std::size_t compared = ComparedColumns(index, plan);
+    if (compared > best) {
+      best = compared;
+      info.idxNum = static_cast<int>(i) + 1;
+      if (index.unique && compared == index.columns.size()) {
+        info.estimatedRows = 1;
+        info.estimatedCost = 1;
+        return;
+      }
+      info.estimatedCost = 2 * static_cast<double>(info.estimatedRows);
+    } else if (plan.empty() && info.idxNum == 0 && IsInOrder(table, index, info)) {
+      info.idxNum = static_cast<int>(i) + 1;
+      info.orderByConsumed = 1;
+      info.estimatedCost = 2 * walked;
+    }
+  }
+}
+
+// A plan names, for each argument that Filter gets, the column that it is compared with: one byte, column + 1. idxNum
+// is the place of the index to be used + 1, or 0.
 int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
   return Guarded(table->zErrMsg, [&] {
     const access::Table& rows = TableOf(table).table;
@@ -164,6 +217,7 @@ int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
     info->needToFreeIdxStr = 1;
     info->estimatedCost = walked / 4 + found;  // walking over a row is cheap beside handing it to SQLite
     info->estimatedRows = static_cast<sqlite3_int64>(found);
+    ChooseIndex(rows, plan, walked, *info);
   });
 }
 
@@ -185,7 +239,53 @@ void MoveToNext(VirtualCursor& cursor) {
   } while (!cursor.at_end && !std::all_of(cursor.texts.begin(), cursor.texts.end(), qualifies));
 }
 
-int Filter(sqlite3_vtab_cursor* base, int, const char* plan, int count, sqlite3_value** arguments) {
+// What the argument is compared with as a value of the column; nothing where only SQLite can tell.
+std::optional<access::Value> Compared(sqlite3_value* argument, ColumnType type) {
+  const bool text = KindOf(type) == SqlKind::kText;
+  switch (sqlite3_value_type(argument)) {
+    case SQLITE_INTEGER:
+      return text ? std::nullopt : std::optional<access::Value>(std::int64_t{sqlite3_value_int64(argument)});
+    case SQLITE_FLOAT:
+      return text ? std::nullopt : std::optional<access::Value>(sqlite3_value_double(argument));
+    case SQLITE_TEXT:
+      if (text) {
+        const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(argument));
+        return std::string_view(bytes, static_cast<std::size_t>(sqlite3_value_bytes(argument)));
+      }
+      return std::nullopt;
+    default:
+      return std::nullopt;
+  }
+}
+
+// The rows to look at: by the index if the plan has one and it knows the values, otherwise all.
+access::Cursor RowsOf(const access::Table& table, int index_number, std::string_view plan, sqlite3_value** arguments,
+                      const std::vector<access::Equals>& numbers) {
+  if (index_number == 0) {
+    return table.Scan(numbers);
+  }
+  const std::size_t place = static_cast<std::size_t>(index_number) - 1;
+  std::vector<access::Value> values;
+  for (const std::size_t column : table.Indexes()[place].columns) {
+    const std::size_t argument = plan.find(static_cast<char>(column + 1));
+    const auto value =
+        argument == plan.npos ? std::nullopt : Compared(arguments[argument], table.Columns()[column].type);
+    if (!value) {
+      break;
+    }
+    values.push_back(*value);
+  }
+  if (values.empty() && !plan.empty()) {
+    return table.Scan(numbers);
+  }
+  try {
+    return table.Walk(place, values, numbers);
+  } catch (const access::ValueError&) {
+    return table.Scan(numbers);  // the index does not know where the value would be
+  }
+}
+
+int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sqlite3_value** arguments) {
   return Guarded(base->pVtab->zErrMsg, [&] {
     VirtualCursor& cursor = CursorOf(base);
     const access::Table& table = TableOf(base).table;
@@ -216,7 +316,7 @@ int Filter(sqlite3_vtab_cursor* base, int, const char* plan, int count, sqlite3_
     }
     cursor.rows.reset();
     if (possible) {
-      cursor.rows.emplace(table.Scan(numbers));
+      cursor.rows.emplace(RowsOf(table, index, {plan, static_cast<std::size_t>(count)}, arguments, numbers));
     }
     MoveToNext(cursor);
   });

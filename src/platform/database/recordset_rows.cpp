@@ -13,9 +13,9 @@ namespace {
 constexpr std::size_t kBlockSize = 256 * 1024;
 
 // Tags 1, 2, 4 and 8: an integer in that many bytes, lowest first.
-constexpr char kRealTag = 9;
-constexpr char kTextTag = 10;
-constexpr char kNullTag = 11;
+constexpr std::uint8_t kRealTag = 9;
+constexpr std::uint8_t kTextTag = 10;
+constexpr std::uint8_t kNullTag = 11;
 
 bool SameName(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
@@ -30,7 +30,7 @@ Recordset::Rows::Rows(std::string subject, std::vector<std::string> names)
 }
 
 void Recordset::Rows::AddNull() {
-  blocks_.back().push_back(kNullTag);
+  blocks_.back().push_back(static_cast<char>(kNullTag));
 }
 
 void Recordset::Rows::AddInteger(std::int64_t value) {
@@ -94,7 +94,7 @@ void Recordset::Rows::ReadRow() {
   }
   const char* bytes = blocks_[block_].data();
   for (Cell& cell : cells_) {
-    const char tag = bytes[place_++];
+    const auto tag = static_cast<std::uint8_t>(bytes[place_++]);
     if (tag == kNullTag) {
       cell.kind = Cell::Kind::kNull;
     } else if (tag == kTextTag) {
@@ -108,7 +108,7 @@ void Recordset::Rows::ReadRow() {
       std::memcpy(&cell.real, bytes + place_, sizeof cell.real);
       place_ += sizeof cell.real;
     } else {
-      const auto size = static_cast<std::size_t>(tag);
+      const std::size_t size = tag;
       std::uint64_t bits = 0;
       for (std::size_t i = size; i-- > 0;) {
         bits = bits << 8 | static_cast<std::uint8_t>(bytes[place_ + i]);
