@@ -107,6 +107,10 @@ std::optional<Key> Index::KeyStart(std::span<const Value> values) const {
       } catch (const ValueError&) {
         return std::nullopt;
       }
+      const bool real = IsNumber(column.shown.type) && !IsInteger(column.shown.type);
+      if (real && DecodeReal(column, stored) == 0) {
+        throw ValueError("column " + column.shown.name + " may hold -0, which is equal but has another place");
+      }
     }
     AppendKey(keys_[i], value, key);
   }

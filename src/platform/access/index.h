@@ -24,6 +24,8 @@ class Index {
   const std::string& Name() const { return name_; }
   const IndexTree& Tree() const { return tree_; }
   const std::vector<ColumnDefinition>& Columns() const { return columns_; }
+  bool IsUnique() const { return Is(kIndexUnique); }
+  bool IsComplete() const { return !Is(kIndexIgnoreNulls); }  // has an entry for every row
   bool IsDescending(std::size_t column) const { return keys_[column].descending; }
 
   // Why it can neither be kept right nor be searched; empty when it can.
@@ -40,7 +42,8 @@ class Index {
   RowKey KeyOf(const RowView& row, std::span<const ColumnDefinition> columns) const;
 
   // What the keys begin with of the rows that have these values in the first columns of the index. Nothing when a value
-  // does not fit its column, so that no row can have it. Throws as KeyOf.
+  // does not fit its column, so that no row can have it. Throws as KeyOf, and for the number 0 where -0 has another
+  // key.
   std::optional<Key> KeyStart(std::span<const Value> values) const;
 
   // Throws ValueError when a row with this key may not come into the table.

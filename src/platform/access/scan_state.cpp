@@ -47,6 +47,17 @@ ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> 
   Compile(conditions);
 }
 
+ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions, const Index& index,
+                     std::span<const Value> values)
+    : ScanState(std::move(table), conditions) {
+  index_ = &index;
+  if (std::optional<Key> start = index.KeyStart(values)) {
+    key_start_ = std::move(*start);
+  } else {
+    impossible_ = true;
+  }
+}
+
 void ScanState::Compile(std::span<const Equals> conditions) {
   for (const Equals& condition : conditions) {
     const ColumnDefinition& column = table_->Definition().columns[condition.column];
@@ -134,6 +145,55 @@ bool ScanState::Next() {
   if (impossible_) {
     return false;
   }
+  const bool found = index_ != nullptr ? NextByIndex() : NextByPage();
+  impossible_ = !found;  // the end stays the end
+  return found;
+}
+
+// The next entry that begins with key_start_. A change may have moved entries: the way is then found again.
+bool ScanState::NextEntry() {
+  const std::pair moment{table_->Storage().Pages().ChangeCount(), table_->RowChanges()};
+  bool found = false;
+  if (!walk_ || walk_moment_ != moment) {
+    walk_moment_ = moment;
+    walk_.emplace(index_->Tree(), entry_.empty() ? Bytes(key_start_) : Bytes(entry_));
+    found = walk_->Next();
+    if (found && std::ranges::equal(walk_->Entry(), entry_)) {
+      found = walk_->Next();
+    }
+  } else {
+    found = walk_->Next();
+  }
+  if (!found) {
+    return false;
+  }
+  const Bytes entry = walk_->Entry();
+  entry_.assign(entry.begin(), entry.end());
+  return entry_.size() >= key_start_.size() + kEntryRowSize &&
+         std::equal(key_start_.begin(), key_start_.end(), entry_.begin());
+}
+
+bool ScanState::NextByIndex() {
+  while (NextEntry()) {
+    const RowPointer row = FromRowId(EntryRow(entry_));
+    if (row.page != page_ || !page_ref_ || page_moment_ != Moment()) {
+      page_ = row.page;
+      page_moment_ = Moment();
+      page_ref_ = table_->Storage().Read(page_);
+    }
+    slot_ = row.slot;
+    const DataPage page(table_->Storage().Layout(), page_, page_ref_.Bytes());
+    if (page.Owner() != table_->Page() || slot_ >= page.SlotCount() || (page.Flags(slot_) & kSlotBody) != 0) {
+      throw AccessError(page_, "the index " + index_->Name() + " leads to a row that does not exist");
+    }
+    if (page.Flags(slot_) == 0 ? LookAt(page.Row(slot_), page_) : LookAtMoved()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool ScanState::NextByPage() {
   const Format& format = table_->Storage().Layout();
   if (page_ref_ && page_moment_ != Moment() && !ReloadPage()) {
     page_ref_ = {};
@@ -150,7 +210,6 @@ bool ScanState::Next() {
       }
     }
     if (!NextPage()) {
-      impossible_ = true;  // the end stays the end
       return false;
     }
   }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -18,6 +19,9 @@ namespace marlevo::access {
 class ScanState {
  public:
   ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions);
+  // In the order of one of the table's indexes, rows with these values in its first columns; see Table::Walk.
+  ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions, const Index& index,
+            std::span<const Value> values);
 
   bool Next();
   RowId Row() const { return ToRowId({page_, static_cast<std::uint8_t>(slot_)}); }
@@ -40,6 +44,9 @@ class ScanState {
   };
 
   void Compile(std::span<const Equals> conditions);
+  bool NextByPage();
+  bool NextByIndex();
+  bool NextEntry();
   bool NextPage();
   bool ReloadPage();
   bool LookAt(Bytes row, std::uint32_t page);
@@ -59,6 +66,13 @@ class ScanState {
   std::pair<std::uint64_t, bool> page_moment_;  // when page_ref_ was read
   std::size_t slot_ = 0;
   std::size_t next_slot_ = 0;
+
+  // When rows come in the order of an index.
+  const Index* index_ = nullptr;
+  Key key_start_;                 // what the entries begin with
+  std::vector<std::byte> entry_;  // of the current row
+  std::optional<IndexWalk> walk_;
+  std::pair<std::uint64_t, std::uint64_t> walk_moment_;  // when it began
 
   pager::PageRef body_ref_;  // page of a moved row's body
   std::uint32_t row_page_ = 0;

@@ -81,6 +81,15 @@ struct TableSchema {
   std::vector<IndexSchema> indexes = {};
 };
 
+// An index of a table, as far as it can be searched: columns by their place in the table.
+struct IndexView {
+  std::string name;
+  std::vector<std::size_t> columns;
+  std::vector<bool> descending;  // of the same columns
+  bool unique;
+  bool complete;  // rows whose indexed columns are all null are in it, too
+};
+
 // Names a row as long as it is stored: page number * 256 + slot.
 enum class RowId : std::uint32_t {};
 

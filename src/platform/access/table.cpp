@@ -100,6 +100,14 @@ bool Table::Delete(RowId row) {
   return InStatement(*state_, [&] { return state_->Delete(FromRowId(row)); });
 }
 
+const std::vector<IndexView>& Table::Indexes() const {
+  return state_->IndexViews();
+}
+
+Cursor Table::Walk(std::size_t index, std::span<const Value> values, std::span<const Equals> conditions) const {
+  return Cursor(std::make_unique<ScanState>(state_, conditions, state_->SearchedIndex(index), values));
+}
+
 Cursor Table::Scan(std::span<const Equals> conditions) const {
   return Cursor(std::make_unique<ScanState>(state_, conditions));
 }

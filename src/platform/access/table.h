@@ -24,10 +24,10 @@ struct Equals {
   std::int64_t value;
 };
 
-// Walks rows in page order. Cells are decoded when asked for, and only then; texts and bytes that an accessor gives
-// stay valid until the next call of Next or of the same accessor for the same column. While a cursor is open rows may
-// be deleted and inserted: deleted ones do not come up any more, inserted ones may or may not; after a change the
-// current row's cells must not be read before the next Next.
+// Walks rows in page order, or in that of an index. Cells are decoded when asked for, and only then; texts and bytes
+// that an accessor gives stay valid until the next call of Next or of the same accessor for the same column. While a
+// cursor is open rows may be deleted and inserted: deleted ones do not come up any more, inserted ones may or may not;
+// after a change the current row's cells must not be read before the next Next.
 class Cursor {
  public:
   ~Cursor();
@@ -74,6 +74,15 @@ class Table {
 
   // False when there is no such row.
   bool Delete(RowId row);
+
+  // Those whose order is known.
+  const std::vector<IndexView>& Indexes() const;
+
+  // Rows in the order of the index with this place in Indexes, those that have `values` in the index's first columns
+  // and meet all conditions. A few others may be among them: an index does not tell apart texts that differ only in
+  // case or in blanks at their end. Throws ValueError when a value has no known place in the index; a scan finds its
+  // rows.
+  Cursor Walk(std::size_t index, std::span<const Value> values, std::span<const Equals> conditions = {}) const;
 
   // Rows that meet all conditions. Conditions on fixed columns are compared on the stored bytes.
   Cursor Scan(std::span<const Equals> conditions = {}) const;

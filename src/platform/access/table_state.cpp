@@ -54,6 +54,29 @@ TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::stri
     long_values_.emplace(maps.column, RowSpace(*file_, kOwnerLongValues, maps.owned, maps.free));
   }
   write_refusal_ = FindWriteRefusal();
+  FindSearchedIndexes();
+}
+
+void TableState::FindSearchedIndexes() {
+  for (std::size_t i = 0; i < indexes_.All().size(); ++i) {
+    const Index& index = indexes_.All()[i];
+    if (!index.Refusal().empty()) {
+      continue;
+    }
+    IndexView view{.name = index.Name(),
+                   .columns = {},
+                   .descending = {},
+                   .unique = index.IsUnique(),
+                   .complete = index.IsComplete()};
+    for (std::size_t part = 0; part < index.Columns().size(); ++part) {
+      const auto column =
+          std::ranges::find(definition_.columns, index.Columns()[part].number, &ColumnDefinition::number);
+      view.columns.push_back(static_cast<std::size_t>(column - definition_.columns.begin()));
+      view.descending.push_back(index.IsDescending(part));
+    }
+    index_views_.push_back(std::move(view));
+    searched_indexes_.push_back(i);
+  }
 }
 
 // Rows, autonumbers and keys are counted in the definition, too: those places are cleared.
@@ -157,6 +180,7 @@ RowPointer TableState::Insert(std::span<const Value> values) {
   for (const RowEncoder::LongCell& cell : encoder_.LongCells()) {
     StoreLongValue(*file_, LongValueSpace(*cell.column), cell.value, row.subspan(cell.place, kLongValueHeader));
   }
+  ++row_changes_;
   const RowPointer added = rows_.Add(row);
   indexes_.Insert(ToRowId(added));
   CountInserted(values);
@@ -185,6 +209,7 @@ bool TableState::Delete(RowPointer row) {
     return false;
   }
   const std::vector<RowPointer> path = PathOf(row);
+  ++row_changes_;
   EraseFromIndexes(ToRowId(row), path.back());
   if (!long_values_.empty()) {
     RemoveLongValues(path.back());

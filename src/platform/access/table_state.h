@@ -34,6 +34,11 @@ class TableState {
   const TextCodec& Text(std::size_t column) const { return *texts_[column]; }
   bool HasVariableColumns() const { return definition_.variable_columns > 0; }
   const std::vector<Index>& Indexes() const { return indexes_.All(); }
+  // Indexes that can be searched: as callers see them, and themselves.
+  const std::vector<IndexView>& IndexViews() const { return index_views_; }
+  const Index& SearchedIndex(std::size_t view) const { return indexes_.All()[searched_indexes_[view]]; }
+  // Grows with every row that comes or goes through this.
+  std::uint64_t RowChanges() const { return row_changes_; }
   UsageMap OwnedPages() const { return rows_.Owned(); }
   std::size_t RowCount() const;
   const std::string& WriteRefusal() const { return write_refusal_; }
@@ -51,6 +56,7 @@ class TableState {
  private:
   std::vector<std::byte> LoadDefinition() const;
   std::string FindWriteRefusal() const;
+  void FindSearchedIndexes();
   bool IsLiving(RowPointer row) const;
   void EraseFromIndexes(RowId row, RowPointer body);
   void RemoveLongValues(RowPointer body);
@@ -72,6 +78,9 @@ class TableState {
   std::map<std::uint16_t, RowSpace> long_values_;  // by column number
   std::uint64_t seen_changes_;
   TableIndexes indexes_;
+  std::vector<IndexView> index_views_;
+  std::vector<std::size_t> searched_indexes_;  // places in indexes_ of index_views_
+  std::uint64_t row_changes_ = 0;
 };
 
 }  // namespace marlevo::access

@@ -195,6 +195,47 @@ TEST(Index, RefusesValuesThatFillHalfAPage) {
   EXPECT_EQ(Health(database), "sound");
 }
 
+TEST(Index, WalksWhileRowsComeAndGo) {
+  const testing_support::ScratchFolder folder;
+  Database database =
+      Database::Create(folder.Path() / "new.mdb", "",
+                       {{"T", {{"no", kText, 10}, {"n", kLong}}, {{.name = "no", .columns = {{"no"}, {"n", true}}}}}});
+  Table table = database.OpenTable("T");
+  std::mt19937 random(3);
+  std::set<std::int64_t> expected;
+  for (int i = 0; i < 5000; ++i) {
+    const std::string no(1, static_cast<char>('A' + random() % 4));
+    table.Insert(std::vector<Value>{std::string_view(no), std::int64_t{i}});
+    if (no == "B") {
+      expected.insert(-i);
+    }
+  }
+  const std::vector<Value> b{"b "sv};
+  const auto walked = [&](bool in_one_statement) {
+    std::set<std::int64_t> seen;
+    const auto statement = in_one_statement ? std::make_unique<Statement>(database) : nullptr;
+    for (Cursor cursor = table.Walk(0, b); cursor.Next();) {
+      const std::int64_t n = cursor.Integer(1);
+      EXPECT_TRUE(seen.empty() || *seen.rbegin() < -n) << "out of order";
+      seen.insert(-n);
+      if (n % 3 == 0) {
+        EXPECT_TRUE(table.Delete(cursor.Row()));
+        table.Insert(std::vector<Value>{"a"sv, std::int64_t{n}});
+      }
+    }
+    if (statement != nullptr) {
+      statement->Commit();
+    }
+    return seen;
+  };
+  EXPECT_EQ(walked(true), expected);
+  std::erase_if(expected, [](std::int64_t n) { return n % 3 == 0; });
+  EXPECT_EQ(walked(false), expected);
+  EXPECT_FALSE(table.Walk(0, std::vector<Value>{"longer than ten"sv}).Next());
+  EXPECT_THROW(table.Walk(0, std::vector<Value>{"\xE3\x81\x82"sv}), ValueError);
+  EXPECT_EQ(Health(database), "sound");
+}
+
 TEST(Index, RelationshipsHold) {
   for (const char* sample : {"indexTestV1997.mdb", "indexTestV2000.mdb", "indexTestV2003.mdb"}) {
     SCOPED_TRACE(sample);

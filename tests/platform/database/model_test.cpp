@@ -123,9 +123,34 @@ std::string Lines(const std::string& text, bool sorted) {
   return joined;
 }
 
-class ModelTest : public DatabaseFixture {};
+// Whether the table has indexes must not show in the rows.
+class ModelTest : public DatabaseFixture, public testing::WithParamInterface<bool> {
+ protected:
+  void SetUp() override {
+    if (GetParam()) {
+      using enum access::ColumnType;
+      std::filesystem::remove(file_);
+      access::Database::Create(file_, "qorvat",
+                               {{"CUSTOM_D",
+                                 {{"CUSTOM_NO", kText, 50},
+                                  {"SAL_DATE", kText, 14},
+                                  {"PLAY_MODE", kLong},
+                                  {"PLAY_AMT", kDouble},
+                                  {"PLAY_SEQ", kLong},
+                                  {"NO1", kLong},
+                                  {"NO2", kLong},
+                                  {"NO3", kLong},
+                                  {"NO4", kLong}},
+                                 {{.name = "customer", .columns = {{"CUSTOM_NO"}, {"PLAY_MODE", true}}},
+                                  {.name = "date", .columns = {{"SAL_DATE", true}}, .ignore_nulls = true},
+                                  {.name = "amount", .columns = {{"PLAY_AMT"}}},
+                                  {.name = "record", .columns = {{"PLAY_SEQ", true}, {"NO1"}}},
+                                  {.name = "digits", .columns = {{"NO1"}, {"NO2"}, {"NO3"}}, .ignore_nulls = true}}}});
+    }
+  }
+};
 
-TEST_F(ModelTest, RandomStatementsGiveTheSameRows) {
+TEST_P(ModelTest, RandomStatementsGiveTheSameRows) {
   const std::string all =
       "SELECT CUSTOM_NO AS a,SAL_DATE AS b,PLAY_MODE AS c,PLAY_AMT AS d,PLAY_SEQ AS e,NO1 AS f,NO2 AS g,NO3 AS h,NO4 "
       "AS "
@@ -157,6 +182,10 @@ TEST_F(ModelTest, RandomStatementsGiveTheSameRows) {
         connection.emplace(Opening());
       } else if (choice < 80) {
         same(all + next.Where(), 9, false);
+      } else if (choice < 84) {
+        same("SELECT PLAY_SEQ AS a,NO1 AS b FROM CUSTOM_D" + next.Where() + " ORDER BY PLAY_SEQ DESC,NO1", 2, true);
+        same("SELECT PLAY_AMT AS a FROM CUSTOM_D ORDER BY PLAY_AMT", 1, true);
+        same("SELECT NO1 AS a FROM CUSTOM_D ORDER BY NO1", 1, true);
       } else if (choice < 90) {
         same("SELECT CUSTOM_NO AS a,PLAY_MODE AS b,PLAY_SEQ AS c FROM CUSTOM_D" + next.Where() +
                  " ORDER BY CUSTOM_NO DESC,PLAY_MODE,PLAY_SEQ",
@@ -171,6 +200,8 @@ TEST_F(ModelTest, RandomStatementsGiveTheSameRows) {
   }
   EXPECT_EQ(access::Database::Open(file_, {"qorvat", std::nullopt}).Check(), std::vector<std::string>());
 }
+
+INSTANTIATE_TEST_SUITE_P(Indexes, ModelTest, testing::Bool());
 
 }  // namespace
 }  // namespace marlevo
