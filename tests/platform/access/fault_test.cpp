@@ -76,7 +76,9 @@ std::optional<Database> Work(FaultFiles& files, History& history, std::size_t me
           {{"NO", ColumnType::kText, 20},
            {"TURN", ColumnType::kLong},
            {"N", ColumnType::kLong},
-           {"T", ColumnType::kText, 50}}}},
+           {"T", ColumnType::kText, 50}},
+          {{.name = "NO", .columns = {{"NO"}}},
+           {.name = "PrimaryKey", .columns = {{"TURN", true}, {"N"}}, .primary_key = true}}}},
         files));
   } catch (const pager::PagerError&) {
     EXPECT_TRUE(files.Struck());
