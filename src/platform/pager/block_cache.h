@@ -1,4 +1,4 @@
-// The clean pages of a file in memory, in aligned blocks of 64 KiB: one read brings a page together with its
+// The clean pages of a file in memory, in aligned blocks of 32 KiB: one read brings a page together with its
 // neighbours, which is all the read-ahead that a scan needs.
 //
 // At most `capacity` blocks, more only while callers hold pages of that many. A scan of a file that is larger replaces
@@ -16,7 +16,7 @@ namespace marlevo::pager {
 
 class BlockCache {
  public:
-  static constexpr std::size_t kBlockBytes = 65536;
+  static constexpr std::size_t kBlockBytes = 32768;
   // Fills the block of pages that begins with `first_page`; as far as the file goes.
   using Load = std::function<void(std::uint32_t first_page, std::span<std::byte> block)>;
 

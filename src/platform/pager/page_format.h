@@ -8,8 +8,11 @@
 
 namespace marlevo::pager {
 
+constexpr std::size_t kMinPageBytes = 512;
+constexpr std::size_t kMaxPageBytes = 32768;
+
 struct PageFormat {
-  std::size_t page_size = 0;  // a power of two, 512 to 65536
+  std::size_t page_size = 0;  // a power of two within these bounds
   // Encodes and decodes a page in place (the same operation both ways); may be empty. Never called for page 0.
   std::function<void(std::uint32_t page, std::span<std::byte>)> crypt;
 };

@@ -36,8 +36,8 @@ PagedFile::~PagedFile() {
 }
 
 void PagedFile::Use(PageFormat format) {
-  if (!std::has_single_bit(format.page_size) || format.page_size < 512 || format.page_size > 65536) {
-    throw std::logic_error("a page size must be a power of two from 512 to 65536");
+  if (!std::has_single_bit(format.page_size) || format.page_size < kMinPageBytes || format.page_size > kMaxPageBytes) {
+    throw std::logic_error("no such page size");
   }
   format_ = std::move(format);
   LookAtSize();

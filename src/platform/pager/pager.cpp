@@ -121,7 +121,7 @@ void Pager::Begin() {
   }
   file_->PrepareToWrite();
   if (changed_.size() * PageSize() > limits_.changed / 2) FlushCommitted();
-  statement_.emplace().page_count = page_count_;
+  statement_ = OpenStatement{page_count_, {}, false, false};
 }
 
 PageEdit Pager::Change(std::uint32_t page) {

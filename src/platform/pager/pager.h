@@ -12,7 +12,7 @@
 // there. A file that may not be written is opened for reading only.
 //
 // Memory: 32 MiB of clean pages, 8 MiB of changed ones and their originals, whatever the file's size; pages that
-// callers hold come on top. The file is read in blocks of 64 KiB and not mapped: a medium that fails has to give an
+// callers hold come on top. The file is read in blocks of 32 KiB and not mapped: a medium that fails has to give an
 // error, not end the program, and encoded pages need their own memory anyway.
 //
 // Every failure is a PagerError and leaves what was committed unharmed; the call may be tried again. Not for use by
@@ -130,7 +130,7 @@ class Pager {
 
   struct ChangedPage {
     std::shared_ptr<std::byte[]> bytes;
-    bool in_statement = false;  // changed by the open statement; otherwise committed
+    bool in_statement;  // changed by the open statement; otherwise committed
   };
   struct Undo {
     std::uint32_t page;
@@ -139,8 +139,8 @@ class Pager {
   struct OpenStatement {
     std::uint32_t page_count;  // before
     std::vector<Undo> undo;
-    bool spilled = false;  // part of it is in the file, which holds everything from before: the file undoes it
-    bool failed = false;   // on the way to the file
+    bool spilled;  // part of it may be in the file; everything from before is, and the journal is the way back
+    bool failed;   // on the way to the file
   };
 
   Pager(std::unique_ptr<PagedFile> file, Limits limits);

@@ -5,11 +5,10 @@
 #include <optional>
 #include <tuple>
 
+#include "platform/pager/page_format.h"
+
 namespace marlevo::pager {
 namespace {
-
-constexpr std::size_t kMinPageBytes = 512;
-constexpr std::size_t kMaxPageBytes = 65536;
 
 std::vector<std::byte> ReadBytes(File& file, std::uint64_t offset, std::size_t size) {
   std::vector<std::byte> bytes(size);

@@ -14,8 +14,8 @@
 namespace marlevo::pager {
 
 constexpr std::size_t kTestPage = 2048;
-// Two blocks and sixteen pages: whatever needs much memory happens early.
-constexpr Limits kSmall{2 * 65536, 16 * kTestPage};
+// Four blocks and sixteen pages: whatever needs much memory happens early.
+constexpr Limits kSmall{4 * 32768, 16 * kTestPage};
 
 // The values of all pages of a file.
 using Image = std::vector<std::uint32_t>;
