@@ -78,7 +78,9 @@ TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
   Overwrite(healthy + 32768, 32768, '\xAA');
   frmCustom window(nullptr, Opening());
   window.show();
-  WithModals([&] { PressRow(window, "mfgCustom_H", 0); }, {ExpectErrorReport("4star.mdb", "繼續")});
+  auto& customers = Find<QWidget>(window, "mfgCustom_H");
+  customers.setFocus();
+  WithModals([&] { QTest::keyClick(&customers, Qt::Key_Down); }, {ExpectErrorReport("4star.mdb", "繼續")});
   EXPECT_EQ(RowsText(window, "lstRecord"), "");
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
   frmCustom_CHK check(nullptr, Opening());
