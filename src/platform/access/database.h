@@ -21,7 +21,8 @@ namespace marlevo::access {
 
 struct OpenOptions {
   std::string password;  // compared exactly; a file without password opens with any
-  // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 950 or 936).
+  // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 936). Without one, Traditional Chinese
+  // (950) is recognised where the label says Western (1252).
   std::optional<int> code_page;
 };
 

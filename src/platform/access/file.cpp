@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/access/access_error.h"
+#include "platform/access/code_page_guess.h"
 #include "platform/access/data_page.h"
 #include "platform/access/database.h"
 #include "platform/access/global_map.h"
@@ -39,6 +40,10 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
   if (!header.password.empty() &&
       file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
     throw AccessError("the password is not that of the database");
+  }
+  if (header.format->version == 3 && !options.code_page && file->CodePageOf(0) == kWestern &&
+      LooksTraditionalChinese(file)) {
+    file->code_page_override_ = kTraditionalChinese;
   }
   return file;
 }

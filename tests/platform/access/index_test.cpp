@@ -195,6 +195,27 @@ TEST(Index, RefusesValuesThatFillHalfAPage) {
   EXPECT_EQ(Health(database), "sound");
 }
 
+TEST(Index, StaysRightInEncodedFiles) {
+  const testing_support::ScratchFolder folder;
+  const fs::path path = CopyOfSample("db-enc.mdb", folder.Path());
+  if (path.empty()) {
+    GTEST_SKIP() << kNoSamples;
+  }
+  Rows rows;
+  {
+    Database database = Database::Open(path, {});
+    Table table = database.OpenTable("Table1");
+    for (std::int64_t i = 0; i < 1000; ++i) {
+      table.Insert(std::vector<Value>{{}, "text"sv, i});
+    }
+    rows = RowsOf(table);
+    EXPECT_EQ(rows.size(), 1002u);
+  }
+  const Database database = Database::Open(path, {});
+  EXPECT_EQ(RowsOf(database.OpenTable("Table1")), rows);
+  EXPECT_EQ(Health(database), "sound");
+}
+
 TEST(Index, WalksWhileRowsComeAndGo) {
   const testing_support::ScratchFolder folder;
   Database database =
