@@ -17,7 +17,8 @@ constexpr std::size_t kMaxPages = 64;  // four times what the largest table need
 
 std::vector<std::uint32_t> DefinitionPages(const File& file, std::uint32_t page) {
   std::vector<std::uint32_t> pages;
-  for (std::uint32_t next = page; next != 0;) {
+  std::uint32_t next = page;
+  do {
     const pager::PageRef part = file.Read(next);
     const std::uint8_t type = LoadU8(part.Bytes().data());
     if (type != kDefinitionPage || pages.size() == kMaxPages) {
@@ -25,7 +26,7 @@ std::vector<std::uint32_t> DefinitionPages(const File& file, std::uint32_t page)
     }
     pages.push_back(next);
     next = LoadU32(&part.Bytes()[kNextAt]);
-  }
+  } while (next != 0);
   return pages;
 }
 
