@@ -85,6 +85,6 @@ int main(int argc, char** argv) {
     }
   };
   bench::YardstickTable table;
-  table.Row("23,000 tickets onto slips", {{}, print}, {{}, print_bare}, 1.3, 10);
+  table.Row("23,000 tickets onto slips", {{}, print}, {{}, print_bare}, 1.3, 30);
   return table.ExitStatus();
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
+#include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QRegularExpression>
