@@ -45,12 +45,16 @@ PageDrawing TestSheet(SlipType type, const SlipPrinterSettings& settings, double
 
   PageDrawing page = SampleSlip(type, settings);
   double lowest = 0;
+  double rightmost = 0;
   for (const Mark& mark : page.marks) {
     lowest = std::max(lowest, mark.y + mark.height);
+    rightmost = std::max(rightmost, mark.x + mark.width);
   }
+  // Below the slip, or else on its right; on top of it where neither has room.
+  const double last_x = std::max(kBorder, paper_width - kBorder - 2 * kValueColumn);
   const bool below = lowest + (kLines + 2) * kLine + kBorder < paper_height;
-  const double x = std::clamp(settings.left, kBorder, std::max(kBorder, paper_width - kBorder - 2 * kValueColumn));
-  double y = below ? lowest + 2 * kLine : kBorder;
+  const double x = std::clamp(below ? settings.left : rightmost + 4 * kLine, kBorder, last_x);
+  double y = below ? lowest + 2 * kLine : 2 * kBorder;
   page.texts.push_back({x, y, SlipCaption(type) + " 測試列印"});
   for (std::size_t field = 0; field < kSlipFieldTable.size(); ++field) {
     const bool first_column = field % 2 == 0;
