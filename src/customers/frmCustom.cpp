@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScreen>
 
 #include "customers/customer_grid.h"
 #include "customers/frmCustom_CHK.h"
@@ -103,7 +104,7 @@ void frmCustom::SetUpWidgets() {
   columns->addLayout(records, 2);
 
   picMsg_ = new MessagePanel(this);
-  resize(1280, 660);
+  resize(QSize(1280, 660).boundedTo(screen()->availableSize()));
   txtCustom_No_->setFocus();
 }
 

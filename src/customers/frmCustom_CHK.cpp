@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QRadioButton>
+#include <QScreen>
 #include <QStringListModel>
 
 #include "customers/customer_grid.h"
@@ -108,7 +109,7 @@ void frmCustom_CHK::SetUpWidgets() {
   grid->setColumnStretch(0, 1);
   grid->setRowStretch(0, 1);
   grid->setRowStretch(1, 1);
-  resize(1160, 660);
+  resize(QSize(1160, 660).boundedTo(screen()->availableSize()));
   mfgCustom_H_->setFocus();
 }
 

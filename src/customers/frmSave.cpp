@@ -1,6 +1,7 @@
 #include "customers/frmSave.h"
 
 #include <QHBoxLayout>
+#include <QScreen>
 #include <vector>
 
 #include "customers/customer_grid.h"
@@ -47,7 +48,7 @@ void frmSave::SetUpWidgets() {
   column->addLayout(buttons);
 
   picMsg_ = new MessagePanel(this);
-  resize(sizeHint().width(), fontMetrics().height() * 26);
+  resize(QSize(sizeHint().width(), fontMetrics().height() * 26).boundedTo(screen()->availableSize()));
   mfgCustom_H_->setFocus();
 }
 

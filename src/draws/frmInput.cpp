@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScreen>
 #include <QTableView>
 #include <QTimer>
 #include <algorithm>
@@ -32,7 +33,7 @@ frmInput::frmInput(QWidget* parent, const std::string& connection_string)
   SetUpWidgets();
   SetupDrawGrid();
   LoadDrawResults();
-  resize(sizeHint().width(), fontMetrics().height() * 26);
+  resize(QSize(sizeHint().width(), fontMetrics().height() * 26).boundedTo(screen()->availableSize()));
 }
 
 void frmInput::SetUpWidgets() {
