@@ -113,7 +113,7 @@ class PosixFiles final : public FileSystem {
  public:
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
     std::error_code error;
-    std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
+    std::filesystem::path real = std::filesystem::weakly_canonical(std::filesystem::absolute(path), error);
     if (error) throw PagerError(path, error.message());
     return real;
   }

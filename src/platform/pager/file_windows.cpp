@@ -138,7 +138,7 @@ class WindowsFiles final : public FileSystem {
  public:
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
     std::error_code error;
-    std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
+    std::filesystem::path real = std::filesystem::weakly_canonical(std::filesystem::absolute(path), error);
     // Some network drives have no final name; the given one serves as well.
     return error ? std::filesystem::absolute(path) : real;
   }

@@ -353,6 +353,18 @@ TEST_F(AccessTable, OpensOnlyWhatItUnderstands) {
   }
 }
 
+TEST_F(AccessTable, TakesNamesWithoutAFolder) {
+  const fs::path before = fs::current_path();
+  fs::current_path(folder_.Path());
+  const std::string error = ErrorOf([] {
+    Database::Create("new.mdb", "", {{"T", {{"n", kLong}}}}).Flush();
+    static_cast<void>(Database::Open("new.mdb", {}).OpenTable("T").Insert(std::vector<Value>{std::int64_t{1}}));
+  });
+  fs::current_path(before);
+  EXPECT_EQ(error, "no error");
+  EXPECT_TRUE(fs::exists(folder_.Path() / "new.mdb"));
+}
+
 TEST_F(AccessTable, NeverCreatesOverAFile) {
   std::ofstream(file_) << "letters";
   EXPECT_NE(ErrorOf([&] { static_cast<void>(Make({})); }), "no error");
