@@ -109,13 +109,13 @@ void Recordset::Rows::ReadRow() {
       place_ += sizeof cell.real;
     } else {
       const std::size_t size = tag;
-      std::uint64_t bits = 0;
+      const bool negative = (bytes[place_ + size - 1] & 0x80) != 0;  // the highest byte has the sign
+      std::uint64_t bits = negative ? ~std::uint64_t{0} : 0;
       for (std::size_t i = size; i-- > 0;) {
         bits = bits << 8 | static_cast<std::uint8_t>(bytes[place_ + i]);
       }
-      const std::size_t unused = 64 - 8 * size;
       cell.kind = Cell::Kind::kInteger;
-      cell.integer = static_cast<std::int64_t>(bits << unused) >> unused;
+      cell.integer = static_cast<std::int64_t>(bits);
       place_ += size;
     }
   }
