@@ -166,7 +166,7 @@ TEST(Index, RefusesBeforeAnythingChanges) {
       {{"\xF0\xA0\x80\x8B"sv, {}, {}}, "character U+D840"},
   };
   for (const auto& [row, reason] : refused) {
-    const std::string error = ErrorOf([&] { table.Insert(row); });
+    const std::string error = ErrorOf([&, &values = row] { table.Insert(values); });
     EXPECT_NE(error.find(reason), std::string::npos) << error;
   }
   table.Insert(std::vector<Value>{"A4"sv, std::int64_t{1}, 1.25});
