@@ -76,9 +76,9 @@ struct Rows {
       best = std::min(best, milliseconds);
       best_yardstick = std::min(best_yardstick, Milliseconds(yardstick));
     }
-    over = over || first > limit;
+    over = over || best > limit;
     std::printf("%-40s %8.1f %8.1f %8.0f %10.1f%s\n", name, best, first, limit, best_yardstick,
-                first > limit ? "  OVER" : "");
+                best > limit ? "  OVER" : "");
   }
 };
 
