@@ -1,5 +1,6 @@
 #include "platform/access/scan_state.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "platform/access/access_error.h"
@@ -36,15 +37,29 @@ std::uint64_t LoadWidth(const std::byte* at, std::size_t width) {
   }
 }
 
+// Whether each unit is one of two.
+template <typename Unit>
+bool IsEither(Bytes bytes, const std::u16string& small, const std::u16string& large) {
+  for (std::size_t i = 0; i < small.size(); ++i) {
+    const char16_t unit = Load<Unit>(&bytes[i * sizeof(Unit)]);
+    if (unit != small[i] && unit != large[i]) {
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
-ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions)
+ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions,
+                     std::span<const TextHint> hints)
     : table_(std::move(table)),
       reading_(table_->Storage().Pages()),
       texts_(table_->Columns().size()),
       long_values_(table_->Columns().size()) {
   table_->Refresh();
   Compile(conditions);
+  Compile(hints);
 }
 
 ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions, const Index& index,
@@ -72,6 +87,15 @@ void ScanState::Compile(std::span<const Equals> conditions) {
                      .number = column.number};
     impossible_ |= !StoredBytes(column.shown.type, condition.value, raw.bytes);
     raw_conditions_.push_back(raw);
+  }
+}
+
+void ScanState::Compile(std::span<const TextHint> hints) {
+  for (const TextHint& hint : hints) {
+    const ColumnDefinition& column = table_->Definition().columns[hint.column];
+    if (table_->Storage().Layout().version == 4 && column.shown.type == ColumnType::kText && !column.fixed) {
+      raw_texts_.push_back({column.variable_index, hint.small, hint.large});
+    }
   }
 }
 
@@ -114,11 +138,41 @@ bool ScanState::MeetsRaw(const std::byte* row, std::size_t size) const {
   return true;
 }
 
+// Only a sure no is a no; a row that is not as it should be goes on to the reader that says so.
+bool ScanState::MayMeet(const RawText& text, Bytes row) {
+  const std::size_t mask_size = row.size() < 2 ? 0 : (LoadU16(row.data()) + std::size_t{7}) / 8;
+  const std::size_t offsets_size = 2 * (text.variable_index + 2);
+  if (row.size() < 2 + offsets_size + 2 + mask_size) {
+    return true;
+  }
+  const std::byte* count = row.data() + row.size() - mask_size - 2;  // of variable columns; before it their offsets
+  const std::size_t start = LoadU16(count - offsets_size + 2);
+  const std::size_t end = LoadU16(count - offsets_size);
+  if (LoadU16(count) <= text.variable_index || start > end || end > row.size()) {
+    return true;
+  }
+  Bytes bytes = row.subspan(start, end - start);
+  if (!TextCodec::IsShortForm(bytes)) {
+    return bytes.size() / 2 == text.small.size() && IsEither<char16_t>(bytes, text.small, text.large);
+  }
+  bytes = bytes.subspan(2);
+  if (bytes.size() == text.small.size()) {
+    return IsEither<std::uint8_t>(bytes, text.small, text.large);
+  }
+  // A zero byte switches to two bytes a unit: only then there are more bytes than units.
+  return bytes.size() > text.small.size() && std::ranges::find(bytes, std::byte{0}) != bytes.end();
+}
+
 // Makes the row current if it meets all conditions. Null cells keep some bytes, so that the null mask has the last
 // word.
 bool ScanState::LookAt(Bytes row, std::uint32_t page) {
   if (!MeetsRaw(row.data(), row.size())) {
     return false;
+  }
+  for (const RawText& text : raw_texts_) {
+    if (!MayMeet(text, row)) {
+      return false;
+    }
   }
   row_ = RowView(table_->Storage().Layout(), page, row, table_->HasVariableColumns());
   row_page_ = page;

@@ -18,7 +18,8 @@ namespace marlevo::access {
 
 class ScanState {
  public:
-  ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions);
+  ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions,
+            std::span<const TextHint> hints = {});
   // In the order of one of the table's indexes, rows with these values in its first columns; see Table::Walk.
   ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions, const Index& index,
             std::span<const Value> values);
@@ -43,7 +44,15 @@ class ScanState {
     std::uint16_t number;
   };
 
+  // What is looked for in a variable column of a Jet 4 table.
+  struct RawText {
+    std::size_t variable_index;
+    std::u16string small;
+    std::u16string large;
+  };
+
   void Compile(std::span<const Equals> conditions);
+  void Compile(std::span<const TextHint> hints);
   bool NextByPage();
   bool NextByIndex();
   bool NextEntry();
@@ -51,6 +60,7 @@ class ScanState {
   bool ReloadPage();
   bool LookAt(Bytes row, std::uint32_t page);
   bool MeetsRaw(const std::byte* row, std::size_t size) const;
+  static bool MayMeet(const RawText& text, Bytes row);
   bool LookAtMoved();
   Bytes CellBytes(std::size_t column) const;
   std::pair<std::uint64_t, bool> Moment() const;
@@ -58,6 +68,7 @@ class ScanState {
   std::shared_ptr<TableState> table_;
   pager::Reading reading_;
   std::vector<RawCondition> raw_conditions_;
+  std::vector<RawText> raw_texts_;
   std::vector<Equals> other_conditions_;
   bool impossible_ = false;  // a value that no row can hold
 

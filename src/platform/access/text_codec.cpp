@@ -103,10 +103,6 @@ void ForEachShortUnit(Bytes bytes, Put put) {
   }
 }
 
-bool IsShortForm(Bytes bytes) {
-  return bytes.size() >= 2 && std::ranges::equal(bytes.first(2), kShortForm);
-}
-
 void DecodeUtf16(Bytes bytes, std::string& out) {
   Utf8Writer writer(out);
   ForEachUnit(bytes, [&](char16_t unit) { writer.Put(unit); });
@@ -187,6 +183,10 @@ TextCodec::TextCodec(int code_page) : code_page_(CodePage::Find(code_page)) {
   if (code_page_ == nullptr) {
     throw AccessError("this system does not know code page " + std::to_string(code_page) + " of the file's texts");
   }
+}
+
+bool TextCodec::IsShortForm(Bytes bytes) {
+  return bytes.size() >= 2 && bytes[0] == kShortForm[0] && bytes[1] == kShortForm[1];
 }
 
 std::string_view TextCodec::Decode(Bytes bytes, std::string& buffer) const {

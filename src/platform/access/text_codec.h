@@ -25,6 +25,10 @@ class TextCodec {
   // U+FFFD.
   std::string_view Decode(Bytes bytes, std::string& buffer) const;
 
+  // Whether a Jet 4 text is in the shorter form: two bytes that say so, then one byte a unit; a zero byte switches to
+  // two bytes a unit and back.
+  static bool IsShortForm(Bytes bytes);
+
   // The units of a Jet 4 text.
   static std::u16string DecodeUnits(Bytes bytes);
 

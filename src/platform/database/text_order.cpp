@@ -48,6 +48,34 @@ char32_t SmallForm(char32_t c) {
   return c;
 }
 
+// Of a small form: the other one, if there is one.
+char32_t LargeForm(char32_t c) {
+  if (c >= 'a' && c <= 'z') {
+    return c - 0x20;
+  }
+  if (c == 0x00FF) {
+    return 0x0178;
+  }
+  for (const CaseRange& range : kCaseRanges) {
+    if (c >= range.first + range.distance && c <= range.last + range.distance && SmallForm(c - range.distance) == c) {
+      return c - range.distance;
+    }
+  }
+  return c;
+}
+
+void AppendUtf16(char32_t c, std::u16string& text) {
+  if (c > 0x10FFFF) {
+    c = 0xFFFD;
+  }
+  if (c < 0x10000) {
+    text += static_cast<char16_t>(c);
+  } else {
+    text += static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10));
+    text += static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
+  }
+}
+
 // Takes one character off the front.
 char32_t TakeCharacter(std::string_view& text) {
   const auto byte = [&text](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
@@ -96,6 +124,16 @@ int CompareText(std::string_view a, std::string_view b) {
 
 bool EqualText(std::string_view a, std::string_view b) {
   return a.size() == b.size() && CompareText(a, b) == 0;
+}
+
+BothCases InBothCases(std::string_view text) {
+  BothCases cases;
+  while (!text.empty()) {
+    const char32_t small = SmallForm(TakeCharacter(text));
+    AppendUtf16(small, cases.small);
+    AppendUtf16(LargeForm(small), cases.large);
+  }
+  return cases;
 }
 
 }  // namespace marlevo
