@@ -8,6 +8,7 @@
 
 #include "platform/access/access_error.h"
 #include "platform/access/bytes.h"
+#include "platform/access/cell.h"
 #include "platform/access/collation_jet3.h"
 #include "platform/access/collation_jet4.h"
 
@@ -38,29 +39,6 @@ constexpr const char* kAdvice = "; open the file in Access and remove the index"
 
 bool IsText(ColumnType type) {
   return type == ColumnType::kText || type == ColumnType::kMemo;
-}
-
-// Bytes of the types whose stored values all have one length, 0 for the others.
-std::size_t StoredSize(ColumnType type) {
-  switch (type) {
-    case ColumnType::kByte:
-      return 1;
-    case ColumnType::kInteger:
-      return 2;
-    case ColumnType::kLong:
-    case ColumnType::kSingle:
-      return 4;
-    case ColumnType::kCurrency:
-    case ColumnType::kDouble:
-    case ColumnType::kDateTime:
-      return 8;
-    case ColumnType::kGuid:
-      return 16;
-    case ColumnType::kNumeric:
-      return 17;
-    default:
-      return 0;
-  }
 }
 
 void AppendReversed(Bytes stored, Key& key) {
@@ -126,7 +104,7 @@ void AppendGuid(Bytes stored, Key& key) {
 }
 
 void AppendStored(const KeyColumn& column, Bytes stored, Key& key) {
-  const std::size_t size = StoredSize(column.type);
+  const std::size_t size = WidthOf(column.type);
   if (size != 0 && stored.size() != size) {
     throw AccessError("column " + column.name + ": expected a value of " + std::to_string(size) + " bytes, found " +
                       std::to_string(stored.size()));
