@@ -1,4 +1,4 @@
-// A new Jet 4 file: header, map of the file, the four system tables, the user's tables, and what the system tables say
+// A new file: header, map of the file, the four system tables, the user's tables, and what the system tables say
 // of them.
 
 #include <algorithm>
@@ -41,17 +41,17 @@ std::int64_t SignedId(std::uint32_t id) {
 // Writes what a database consists of, inside one statement.
 class Creator {
  public:
-  explicit Creator(File& file) : file_(file), format_(file.Layout()) {}
+  explicit Creator(File& file) : file_(file), format_(file.Layout()), code_page_(file.CodePageOf(0)) {}
 
   void WriteFrame(std::string_view password) {
     std::vector<std::byte> stored;
     const std::optional<std::size_t> length = file_.Text(0).Encode(password, false, stored);
     if (!length || stored.size() > format_.password_size) {
-      throw AccessError("a password has at most " + std::to_string(format_.password_size / 2) + " characters");
+      throw AccessError("a password has at most 20 characters");
     }
     {
       const pager::PageEdit edit = file_.Change(file_.Pages().Append());
-      WriteHeader(edit.Bytes(), kCreationDate, AsText(stored));
+      WriteHeader(format_, edit.Bytes(), code_page_, kCreationDate, AsText(stored));
     }
     {
       const pager::PageEdit edit = file_.Change(file_.Pages().Append());
@@ -61,7 +61,7 @@ class Creator {
       AppendRow(format_, edit.Bytes(), row);
       AppendRow(format_, edit.Bytes(), std::vector<std::byte>(row.size()));  // every file has it; of unknown use
     }
-    std::vector<SystemTable> tables = SystemTables();
+    std::vector<SystemTable> tables = SystemTables(format_);
     for (std::size_t i = 0; i < tables.size(); ++i) {
       file_.Pages().Append();  // their pages are given by the header
     }
@@ -78,7 +78,7 @@ class Creator {
   std::uint32_t WriteTable(const TableSchema& schema) {
     std::vector<ColumnDefinition> columns;
     for (const ColumnSchema& column : schema.columns) {
-      columns.push_back(NewColumn(column));
+      columns.push_back(NewColumn(format_, column));
     }
     TableDefinition definition = LayOutTable(kUserTable, columns);
     for (const IndexSchema& index : schema.indexes) {
@@ -91,6 +91,9 @@ class Creator {
 
  private:
   void WriteDefinition(std::uint32_t page, TableDefinition& definition) {
+    for (ColumnDefinition& column : definition.columns) {
+      column.code_page = static_cast<std::uint16_t>(code_page_);
+    }
     definition.owned_map = NewMap();
     definition.free_map = NewMap();
     for (LongValueMaps& maps : definition.long_value_maps) {
@@ -122,6 +125,7 @@ class Creator {
 
   File& file_;
   const Format& format_;
+  int code_page_;
   std::uint32_t map_page_ = 0;  // where the last map was put
 };
 
@@ -129,7 +133,8 @@ class Creator {
 class Registrar {
  public:
   explicit Registrar(File& file)
-      : objects_(file.Table(kObjectsPage, "MSysObjects")),
+      : format_(file.Layout()),
+        objects_(file.Table(kObjectsPage, "MSysObjects")),
         permissions_(file.Table(kObjectsPage + 1, "MSysACEs")),
         now_(Now()) {}
 
@@ -141,20 +146,23 @@ class Registrar {
     row[3] = std::int64_t{object.type};
     row[4] = now_;
     row[5] = now_;
-    row[6] = Bytes(object.owner);
+    const Sid owner = StoredSid(format_, object.owner);
+    row[6] = Bytes(owner);
     row[7] = SignedId(object.flags);
     objects_->Insert(row);
   }
 
   void Permit(const std::vector<Permission>& permissions) {
     for (const Permission& permission : permissions) {
-      const std::array<Value, 4> row{SignedId(permission.object), Bytes(permission.who), SignedId(permission.rights),
+      const Sid who = StoredSid(format_, permission.who);
+      const std::array<Value, 4> row{SignedId(permission.object), Bytes(who), SignedId(permission.rights),
                                      permission.inheritable};
       permissions_->Insert(row);
     }
   }
 
  private:
+  const Format& format_;
   std::shared_ptr<TableState> objects_;
   std::shared_ptr<TableState> permissions_;
   double now_;
@@ -180,14 +188,14 @@ void CheckNames(const std::vector<TableSchema>& tables) {
 }  // namespace
 
 Database Database::Create(const std::filesystem::path& path, std::string_view password,
-                          const std::vector<TableSchema>& tables, pager::FileSystem& files) {
+                          const std::vector<TableSchema>& tables, pager::FileSystem& files, NewFile kind) {
   CheckNames(tables);
-  const std::shared_ptr<File> file = File::Create(path, files);
+  const std::shared_ptr<File> file = File::Create(path, kind, files);
   Statement statement(file);
   Creator creator(*file);
   creator.WriteFrame(password);
   Registrar registrar(*file);
-  for (const SystemObject& object : SystemObjects()) {
+  for (const SystemObject& object : SystemObjects(file->Layout())) {
     registrar.Register(object);
   }
   registrar.Permit(SystemPermissions());

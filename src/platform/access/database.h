@@ -26,15 +26,22 @@ struct OpenOptions {
   std::optional<int> code_page;
 };
 
+// What Database::Create makes.
+struct NewFile {
+  int version = 4;       // 4: Jet 4; 3: Jet 3
+  int code_page = 1252;  // of the texts of a Jet 3 file
+};
+
 class Database {
  public:
   static Database Open(const std::filesystem::path& path, const OpenOptions& options,
                        pager::FileSystem& files = pager::NativeFiles());
 
-  // Makes a new Jet 4 file with empty tables, on the disk when this returns. Never over an existing file; a failure
-  // leaves no file, or a whole one when only the last step failed.
+  // Makes a new file with empty tables, on the disk when this returns. Never over an existing file; a failure leaves no
+  // file, or a whole one when only the last step failed.
   static Database Create(const std::filesystem::path& path, std::string_view password,
-                         const std::vector<TableSchema>& tables, pager::FileSystem& files = pager::NativeFiles());
+                         const std::vector<TableSchema>& tables, pager::FileSystem& files = pager::NativeFiles(),
+                         NewFile kind = {});
 
   // Names of the user's own local tables, in catalog order.
   std::vector<std::string> Tables() const;

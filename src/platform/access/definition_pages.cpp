@@ -10,8 +10,9 @@ namespace marlevo::access {
 namespace {
 
 constexpr std::size_t kNextAt = 4;
-constexpr std::size_t kHeader = 8;     // of every page; the first one's is part of the definition
-constexpr std::size_t kMaxPages = 64;  // four times what the largest table needs
+constexpr std::uint16_t kJet3Mark = 0x4356;  // "VC"; Jet 4 has the free space there
+constexpr std::size_t kHeader = 8;           // of every page; the first one's is part of the definition
+constexpr std::size_t kMaxPages = 64;        // four times what the largest table needs
 
 }  // namespace
 
@@ -53,7 +54,8 @@ void WriteDefinitionPages(File& file, std::uint32_t page, Bytes joined) {
     StoreU8(&edit.Bytes()[0], kDefinitionPage);
     StoreU8(&edit.Bytes()[1], 1);
     const std::size_t used = header + part.size() + kHeader;
-    StoreU16(&edit.Bytes()[kFreeSpaceAt], static_cast<std::uint16_t>(page_size - std::min(used, page_size)));
+    const std::size_t free = page_size - std::min(used, page_size);
+    StoreU16(&edit.Bytes()[kFreeSpaceAt], file.Layout().version == 3 ? kJet3Mark : static_cast<std::uint16_t>(free));
     StoreU32(&edit.Bytes()[kNextAt], next);
     page = next;
   }

@@ -14,7 +14,7 @@ std::vector<std::uint32_t> DefinitionPages(const File& file, std::uint32_t page)
 // The joined bytes; what follows the definition on its last page is there, too.
 std::vector<std::byte> ReadDefinitionPages(const File& file, std::uint32_t page);
 
-// Writes a new Jet 4 definition to `page` and as many more as it needs, inside a statement.
+// Writes a new definition to `page` and as many more as it needs, inside a statement.
 void WriteDefinitionPages(File& file, std::uint32_t page, Bytes joined);
 
 }  // namespace marlevo::access

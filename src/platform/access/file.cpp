@@ -48,9 +48,12 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
   return file;
 }
 
-std::shared_ptr<File> File::Create(const std::filesystem::path& path, pager::FileSystem& files) {
-  return std::shared_ptr<File>(
-      new File(kJet4, pager::Pager::Create(path, {.page_size = kJet4.page_size, .crypt = {}}, files)));
+std::shared_ptr<File> File::Create(const std::filesystem::path& path, NewFile kind, pager::FileSystem& files) {
+  const Format& format = kind.version == 3 ? kJet3 : kJet4;
+  const pager::PageFormat pages{.page_size = format.page_size, .crypt = {}};
+  std::shared_ptr<File> file(new File(format, pager::Pager::Create(path, pages, files)));
+  file->header_code_page_ = kind.code_page;
+  return file;
 }
 
 pager::PageRef File::Read(std::uint32_t page) const {

@@ -17,6 +17,7 @@
 
 namespace marlevo::access {
 
+struct NewFile;
 struct OpenOptions;
 class TableState;
 
@@ -25,8 +26,8 @@ class File : public std::enable_shared_from_this<File> {
   // Checks format and password.
   static std::shared_ptr<File> Open(const std::filesystem::path& path, const OpenOptions& options,
                                     pager::FileSystem& files);
-  // A Jet 4 file of no pages.
-  static std::shared_ptr<File> Create(const std::filesystem::path& path, pager::FileSystem& files);
+  // A file of no pages.
+  static std::shared_ptr<File> Create(const std::filesystem::path& path, NewFile kind, pager::FileSystem& files);
 
   const Format& Layout() const { return *format_; }
   pager::Pager& Pages() const { return *pager_; }

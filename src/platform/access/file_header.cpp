@@ -14,9 +14,12 @@ constexpr std::string_view kSignature{"\x00\x01\x00\x00Standard Jet DB\x00", 20}
 constexpr std::size_t kVersionAt = 0x14;
 constexpr std::size_t kMaskedAt = 0x18;
 constexpr std::size_t kSystemTablesAt = 0x20;
+constexpr std::size_t kCountryAt = 0x38;  // Jet 3, like the next one
+constexpr std::size_t kJet3SortOrderAt = 0x3A;
 constexpr std::size_t kCodePageAt = 0x3C;
 constexpr std::size_t kEncodingKeyAt = 0x3E;
 constexpr std::size_t kPasswordAt = 0x42;
+constexpr std::size_t kJet3EngineBuildAt = 0x56;
 constexpr std::size_t kEngineBuildAt = 0x6A;
 constexpr std::size_t kSortOrderAt = 0x6E;
 constexpr std::size_t kCreationDateAt = 0x72;
@@ -76,25 +79,33 @@ void ApplyPageKey(std::uint32_t encoding_key, std::uint32_t page_number, Mutable
   ApplyRc4(key, page);
 }
 
-void WriteHeader(MutableBytes page, std::span<const std::byte, 8> creation_date, std::string_view password_utf16) {
+void WriteHeader(const Format& format, MutableBytes page, int code_page, std::span<const std::byte, 8> creation_date,
+                 std::string_view password) {
+  const bool jet3 = format.version == 3;
   std::ranges::fill(page, std::byte{0});
   std::ranges::copy(AsBytes(kSignature), page.begin());
-  StoreU32(&page[kVersionAt], 1);
+  StoreU32(&page[kVersionAt], jet3 ? 0 : 1);
   Store(&page[kMaskedAt], std::uint64_t{0x0000'0101'0000'0100});
   for (std::uint32_t table = 0; table < 4; ++table) {
     StoreU32(&page[kSystemTablesAt + 4 * table], kObjectsPage + table);
   }
-  StoreU16(&page[kCodePageAt], 1252);
-  StoreU16(&page[kEngineBuildAt], 8618);
-  StoreU32(&page[kSortOrderAt], 0x0409);  // the "General" order
-  std::ranges::copy(creation_date, &page[kCreationDateAt]);
-  const MutableBytes password = page.subspan(kPasswordAt, kJet4.password_size);
-  std::ranges::copy(AsBytes(password_utf16), password.begin());
-  ApplyDateMask(password, creation_date.data());
-  ApplyRc4(kMaskKey, page.subspan(kMaskedAt, kJet4.masked_header_size));
+  StoreU16(&page[kCodePageAt], static_cast<std::uint16_t>(code_page));
+  const MutableBytes stored_password = page.subspan(kPasswordAt, format.password_size);
+  std::ranges::copy(AsBytes(password), stored_password.begin());
+  if (jet3) {
+    StoreU16(&page[kCountryAt], kCountry);
+    StoreU16(&page[kJet3SortOrderAt], kGeneralLanguage);
+    StoreU16(&page[kJet3EngineBuildAt], 9502);
+  } else {
+    ApplyDateMask(stored_password, creation_date.data());
+    StoreU16(&page[kEngineBuildAt], 8618);
+    StoreU32(&page[kSortOrderAt], kGeneralLanguage);
+    std::ranges::copy(creation_date, &page[kCreationDateAt]);
+    StoreU32(&page[kLevelAt], 0x0654);
+    std::ranges::copy(AsBytes("4.0"), &page[kLevelTextAt]);
+  }
+  ApplyRc4(kMaskKey, page.subspan(kMaskedAt, format.masked_header_size));
 
-  StoreU32(&page[kLevelAt], 0x0654);
-  std::ranges::copy(AsBytes("4.0"), &page[kLevelTextAt]);
   const MutableBytes user_slots = page.last(kUserSlotsSize);
   for (std::size_t i = 0; i < user_slots.size(); i += 2) {
     user_slots[i] = std::byte{static_cast<std::uint8_t>(i == 0)};

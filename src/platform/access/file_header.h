@@ -27,8 +27,9 @@ FileHeader ParseHeader(std::span<const std::byte> head);
 // Encodes or decodes a page in place; not for page 0.
 void ApplyPageKey(std::uint32_t encoding_key, std::uint32_t page_number, MutableBytes page);
 
-// Writes page 0 of a new Jet 4 file. `creation_date` is the eight bytes of a date of the file's own kind; the password
-// is masked by it. `password_utf16`: little-endian, at most 40 bytes.
-void WriteHeader(MutableBytes page, std::span<const std::byte, 8> creation_date, std::string_view password_utf16);
+// Writes page 0 of a new file. `creation_date` is the eight bytes of a date of the file's own kind, by which Jet 4
+// masks the password. `password`: as FileHeader's, at most Format::password_size bytes.
+void WriteHeader(const Format& format, MutableBytes page, int code_page, std::span<const std::byte, 8> creation_date,
+                 std::string_view password);
 
 }  // namespace marlevo::access

@@ -38,6 +38,9 @@ inline constexpr std::size_t kMapPageHeader = 4;
 
 inline constexpr std::uint32_t kObjectsPage = 2;  // definition of MSysObjects
 
+inline constexpr std::uint16_t kGeneralLanguage = 0x0409;  // of files and columns whose texts are ordered as "General"
+inline constexpr std::uint16_t kCountry = 1;               // of a new Jet 3 file and its columns
+
 inline constexpr std::size_t kMaxColumns = 255;
 inline constexpr std::size_t kMaxNameLength = 64;
 inline constexpr std::size_t kMaxIndexColumns = 10;
@@ -83,6 +86,7 @@ struct Format {
     std::size_t number;
     std::size_t variable_index;
     std::size_t ordinal;
+    std::size_t country;  // Jet 3 only
     std::size_t language;
     std::size_t code_page;  // Jet 3 only; Jet 4: sort version in the second byte
     std::size_t flags;
@@ -149,6 +153,7 @@ inline constexpr Format kJet3{
                .number = 1,
                .variable_index = 3,
                .ordinal = 5,
+               .country = 7,
                .language = 9,
                .code_page = 11,
                .flags = 13,
@@ -195,6 +200,7 @@ inline constexpr Format kJet4{
                .number = 5,
                .variable_index = 7,
                .ordinal = 9,
+               .country = 0,
                .language = 11,
                .code_page = 13,
                .flags = 15,

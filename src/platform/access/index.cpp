@@ -9,11 +9,10 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::uint16_t kGeneral = 0x0409;  // the language whose order is known
 constexpr int kWesternCodePage = 1252;
 
 TextOrder OrderOf(const File& file, const ColumnDefinition& column) {
-  if (column.language != kGeneral || column.sort_version != 0) {
+  if (column.language != kGeneralLanguage || column.sort_version != 0) {
     return TextOrder::kUnknown;
   }
   if (file.Layout().version == 4) {

@@ -13,19 +13,26 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::uint16_t kGeneral = 0x0409;  // language of the "General" order
 constexpr std::size_t kMaxTextLength = 255;
 constexpr std::size_t kMaxBinaryLength = 255;
 constexpr std::size_t kMaxIndexes = 32;
 
-ColumnDefinition SystemColumn(const std::string& name, ColumnType type, std::uint8_t more_flags = 0) {
+// Bytes of a text column.
+std::uint16_t TextSize(const Format& format, std::size_t characters) {
+  return static_cast<std::uint16_t>(format.version == 3 ? characters : 2 * characters);
+}
+
+ColumnDefinition SystemColumn(const Format& format, const std::string& name, ColumnType type,
+                              std::uint8_t more_flags = 0) {
   ColumnDefinition column;
   column.shown = {.name = name, .type = type, .length = 0, .autonumber = false};
   const bool text_or_binary = type == ColumnType::kText || type == ColumnType::kBinary;
   column.fixed = !text_or_binary && !IsLongValue(type);
-  column.stored_length = static_cast<std::uint16_t>(text_or_binary                 ? 2 * kMaxTextLength
-                                                    : type == ColumnType::kBoolean ? 1
-                                                                                   : WidthOf(type));
+  if (text_or_binary) {
+    column.stored_length = TextSize(format, kMaxTextLength);  // Jet 4 doubles it for both
+  } else {
+    column.stored_length = static_cast<std::uint16_t>(type == ColumnType::kBoolean ? 1 : WidthOf(type));
+  }
   column.flags = kColumnSystem | kColumnNullable | more_flags;
   return column;
 }
@@ -34,7 +41,7 @@ void AddIndex(TableDefinition& table, const std::string& name, std::vector<Index
               IndexKind kind) {
   RealIndex real;
   real.columns = std::move(columns);
-  real.flags = flags | kIndexJet4;
+  real.flags = flags;
   LogicalIndex logical;
   logical.name = name;
   logical.number = logical.real_index = static_cast<std::uint32_t>(table.real_indexes.size());
@@ -43,73 +50,74 @@ void AddIndex(TableDefinition& table, const std::string& name, std::vector<Index
   table.logical_indexes.push_back(std::move(logical));
 }
 
-SystemTable Objects() {
+SystemTable Objects(const Format& format) {
   using enum ColumnType;
   SystemTable table{"MSysObjects", LayOutTable(kSystemTable, {
-                                                                 SystemColumn("Id", kLong),
-                                                                 SystemColumn("ParentId", kLong),
-                                                                 SystemColumn("Name", kText),
-                                                                 SystemColumn("Type", kInteger),
-                                                                 SystemColumn("DateCreate", kDateTime),
-                                                                 SystemColumn("DateUpdate", kDateTime),
-                                                                 SystemColumn("Owner", kBinary, kColumnSid),
-                                                                 SystemColumn("Flags", kLong),
-                                                                 SystemColumn("Database", kMemo),
-                                                                 SystemColumn("Connect", kMemo),
-                                                                 SystemColumn("ForeignName", kText),
-                                                                 SystemColumn("RmtInfoShort", kBinary),
-                                                                 SystemColumn("RmtInfoLong", kOle),
-                                                                 SystemColumn("Lv", kOle),
-                                                                 SystemColumn("LvProp", kOle),
-                                                                 SystemColumn("LvModule", kOle),
-                                                                 SystemColumn("LvExtra", kOle),
+                                                                 SystemColumn(format, "Id", kLong),
+                                                                 SystemColumn(format, "ParentId", kLong),
+                                                                 SystemColumn(format, "Name", kText),
+                                                                 SystemColumn(format, "Type", kInteger),
+                                                                 SystemColumn(format, "DateCreate", kDateTime),
+                                                                 SystemColumn(format, "DateUpdate", kDateTime),
+                                                                 SystemColumn(format, "Owner", kBinary, kColumnSid),
+                                                                 SystemColumn(format, "Flags", kLong),
+                                                                 SystemColumn(format, "Database", kMemo),
+                                                                 SystemColumn(format, "Connect", kMemo),
+                                                                 SystemColumn(format, "ForeignName", kText),
+                                                                 SystemColumn(format, "RmtInfoShort", kBinary),
+                                                                 SystemColumn(format, "RmtInfoLong", kOle),
+                                                                 SystemColumn(format, "Lv", kOle),
+                                                                 SystemColumn(format, "LvProp", kOle),
+                                                                 SystemColumn(format, "LvModule", kOle),
+                                                                 SystemColumn(format, "LvExtra", kOle),
                                                              })};
   AddIndex(table.definition, "ParentIdName", {{1, true}, {2, true}}, kIndexUnique, IndexKind::kNormal);
   AddIndex(table.definition, "Id", {{0, true}}, kIndexUnique, IndexKind::kPrimaryKey);
   return table;
 }
 
-SystemTable Permissions() {
+SystemTable Permissions(const Format& format) {
   using enum ColumnType;
   SystemTable table{"MSysACEs", LayOutTable(kSystemTable, {
-                                                              SystemColumn("ObjectId", kLong),
-                                                              SystemColumn("SID", kBinary, kColumnSid),
-                                                              SystemColumn("ACM", kLong),
-                                                              SystemColumn("FInheritable", kBoolean),
+                                                              SystemColumn(format, "ObjectId", kLong),
+                                                              SystemColumn(format, "SID", kBinary, kColumnSid),
+                                                              SystemColumn(format, "ACM", kLong),
+                                                              SystemColumn(format, "FInheritable", kBoolean),
                                                           })};
   AddIndex(table.definition, "ObjectId", {{0, true}}, kIndexRequired, IndexKind::kNormal);
   return table;
 }
 
-SystemTable Queries() {
+SystemTable Queries(const Format& format) {
   using enum ColumnType;
-  SystemTable table{"MSysQueries", LayOutTable(kSystemTable, {
-                                                                 SystemColumn("ObjectId", kLong),
-                                                                 SystemColumn("Attribute", kByte),
-                                                                 SystemColumn("Order", kBinary),
-                                                                 SystemColumn("Name1", kText),
-                                                                 SystemColumn("Name2", kText),
-                                                                 SystemColumn("Expression", kMemo),
-                                                                 SystemColumn("Flag", kInteger),
-                                                                 SystemColumn("LvExtra", kLong),
-                                                             })};
+  std::vector<ColumnDefinition> columns{
+      SystemColumn(format, "ObjectId", kLong), SystemColumn(format, "Attribute", kByte),
+      SystemColumn(format, "Order", kBinary),  SystemColumn(format, "Name1", kText),
+      SystemColumn(format, "Name2", kText),    SystemColumn(format, "Expression", kMemo),
+      SystemColumn(format, "Flag", kInteger),
+  };
+  if (format.version == 4) {
+    columns.push_back(SystemColumn(format, "LvExtra", kLong));
+  }
+  SystemTable table{"MSysQueries", LayOutTable(kSystemTable, columns)};
   AddIndex(table.definition, "ObjectIdAttribute", {{0, true}, {1, true}, {2, true}}, kIndexUnique,
            IndexKind::kPrimaryKey);
   return table;
 }
 
-SystemTable Relationships() {
+SystemTable Relationships(const Format& format) {
   using enum ColumnType;
-  SystemTable table{"MSysRelationships", LayOutTable(kSystemTable, {
-                                                                       SystemColumn("szRelationship", kText),
-                                                                       SystemColumn("grbit", kLong),
-                                                                       SystemColumn("ccolumn", kLong),
-                                                                       SystemColumn("icolumn", kLong),
-                                                                       SystemColumn("szObject", kText),
-                                                                       SystemColumn("szColumn", kText),
-                                                                       SystemColumn("szReferencedObject", kText),
-                                                                       SystemColumn("szReferencedColumn", kText),
-                                                                   })};
+  SystemTable table{"MSysRelationships",
+                    LayOutTable(kSystemTable, {
+                                                  SystemColumn(format, "szRelationship", kText),
+                                                  SystemColumn(format, "grbit", kLong),
+                                                  SystemColumn(format, "ccolumn", kLong),
+                                                  SystemColumn(format, "icolumn", kLong),
+                                                  SystemColumn(format, "szObject", kText),
+                                                  SystemColumn(format, "szColumn", kText),
+                                                  SystemColumn(format, "szReferencedObject", kText),
+                                                  SystemColumn(format, "szReferencedColumn", kText),
+                                              })};
   AddIndex(table.definition, "szRelationship", {{0, true}}, kIndexIgnoreNulls, IndexKind::kNormal);
   AddIndex(table.definition, "szObject", {{4, true}}, kIndexIgnoreNulls, IndexKind::kNormal);
   AddIndex(table.definition, "szReferencedObject", {{6, true}}, kIndexIgnoreNulls, IndexKind::kNormal);
@@ -126,7 +134,7 @@ TableDefinition LayOutTable(std::uint8_t table_type, const std::vector<ColumnDef
   for (ColumnDefinition& column : table.columns) {
     column.number = table.max_columns++;
     column.ordinal = table_type == kSystemTable ? 0 : column.number;
-    column.language = kGeneral;
+    column.language = kGeneralLanguage;
     column.variable_index = table.variable_columns;
     if (!column.fixed) {
       ++table.variable_columns;
@@ -144,13 +152,13 @@ TableDefinition LayOutTable(std::uint8_t table_type, const std::vector<ColumnDef
   return table;
 }
 
-ColumnDefinition NewColumn(const ColumnSchema& schema) {
+ColumnDefinition NewColumn(const Format& format, const ColumnSchema& schema) {
   ColumnDefinition column;
   column.shown = {.name = schema.name, .type = schema.type, .length = schema.length, .autonumber = false};
   column.flags = kColumnNullable;
   switch (schema.type) {
     case ColumnType::kText:
-      column.stored_length = static_cast<std::uint16_t>(2 * schema.length);
+      column.stored_length = TextSize(format, schema.length);
       column.compressed = true;
       break;
     case ColumnType::kBinary:
@@ -205,11 +213,15 @@ void AddIndex(TableDefinition& table, const IndexSchema& schema) {
   AddIndex(table, schema.name, std::move(columns), flags, primary ? IndexKind::kPrimaryKey : IndexKind::kNormal);
 }
 
-std::vector<SystemTable> SystemTables() {
-  return {Objects(), Permissions(), Queries(), Relationships()};
+std::vector<SystemTable> SystemTables(const Format& format) {
+  return {Objects(format), Permissions(format), Queries(format), Relationships(format)};
 }
 
-std::vector<SystemObject> SystemObjects() {
+Sid StoredSid(const Format& format, Sid sid) {
+  return format.version == 3 ? sid : Sid{sid[0] ^ kSidMask[0], sid[1] ^ kSidMask[1]};
+}
+
+std::vector<SystemObject> SystemObjects(const Format& format) {
   constexpr std::uint32_t kSystem = 0x8000'0000;
   constexpr std::uint32_t kDatabasesId = kTablesId + 1;
   constexpr std::uint32_t kRelationshipsId = kTablesId + 2;
@@ -220,7 +232,7 @@ std::vector<SystemObject> SystemObjects() {
       {0x1000'0000, kDatabasesId, "MSysDb", 2, kSystem, kAdminSid},
   };
   std::uint32_t page = kObjectsPage;
-  for (const SystemTable& table : SystemTables()) {
+  for (const SystemTable& table : SystemTables(format)) {
     objects.push_back({page++, kTablesId, table.name, 1, kSystem, kEngineSid});
   }
   return objects;

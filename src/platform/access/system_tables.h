@@ -1,4 +1,4 @@
-// The tables that every Access file has, as a new Jet 4 file gets them, and how new tables are laid out in general.
+// The tables that every Access file has, as a new file gets them, and how new tables are laid out in general.
 #pragma once
 
 #include <array>
@@ -11,11 +11,11 @@
 
 namespace marlevo::access {
 
-// A Jet 4 definition without pages and maps. Columns get their places in the order given.
+// A definition without pages and maps. Columns get their places in the order given.
 TableDefinition LayOutTable(std::uint8_t table_type, const std::vector<ColumnDefinition>& columns);
 
 // A column of a user's table; LayOutTable does the rest. Throws AccessError for a type or length that cannot be made.
-ColumnDefinition NewColumn(const ColumnSchema& schema);
+ColumnDefinition NewColumn(const Format& format, const ColumnSchema& schema);
 
 // To a table that LayOutTable has made. Throws AccessError when there can be no such index.
 void AddIndex(TableDefinition& table, const IndexSchema& schema);
@@ -26,17 +26,19 @@ struct SystemTable {
 };
 
 // In the order of their pages, from kObjectsPage on.
-std::vector<SystemTable> SystemTables();
+std::vector<SystemTable> SystemTables(const Format& format);
 
-// Who may do what with an object. A file's own users and groups are two bytes, combined with a number that belongs to
-// the file's creation date; which one is known for a few dates only, so that a new file takes one of those.
+// Who may do what with an object. A file's own users and groups are two bytes. Jet 4 combines them with a number that
+// belongs to the file's creation date; which one is known for a few dates only, so that a new file takes one of those.
+using Sid = std::array<std::byte, 2>;
+inline constexpr Sid kEngineSid{std::byte{0x02}, std::byte{0x03}};
+inline constexpr Sid kAdminSid{std::byte{0x03}, std::byte{0x01}};
+inline constexpr Sid kUsersSid{std::byte{0x02}, std::byte{0x01}};
+inline constexpr Sid kOwnerSid{std::byte{0x02}, std::byte{0x04}};
 inline constexpr std::array kCreationDate{std::byte{0xBC}, std::byte{0x72}, std::byte{0x1F}, std::byte{0x7D},
                                           std::byte{0xF1}, std::byte{0x9F}, std::byte{0xE2}, std::byte{0x40}};
-using Sid = std::array<std::byte, 2>;
-inline constexpr Sid kEngineSid{std::byte{0xA7}, std::byte{0x31}};
-inline constexpr Sid kAdminSid{std::byte{0xA6}, std::byte{0x33}};
-inline constexpr Sid kUsersSid{std::byte{0xA7}, std::byte{0x33}};
-inline constexpr Sid kOwnerSid{std::byte{0xA7}, std::byte{0x36}};
+inline constexpr Sid kSidMask{std::byte{0xA5}, std::byte{0x32}};  // of that date
+Sid StoredSid(const Format& format, Sid sid);
 
 // Rows of MSysObjects.
 inline constexpr std::uint32_t kRootId = 0x0F00'0000;
@@ -50,7 +52,7 @@ struct SystemObject {
   std::uint32_t flags;
   Sid owner;
 };
-std::vector<SystemObject> SystemObjects();
+std::vector<SystemObject> SystemObjects(const Format& format);
 
 // Rows of MSysACEs.
 struct Permission {

@@ -189,6 +189,7 @@ void BuildColumn(const Format& format, const ColumnDefinition& column, std::byte
     StoreU8(at + place.code_page + 1, column.sort_version);
     StoreU8(at + place.extended_flags, column.compressed ? 1 : 0);
   } else {
+    StoreU16(at + place.country, kCountry);
     StoreU16(at + place.code_page, column.code_page);
   }
   StoreU8(at + place.flags, column.flags);
@@ -207,7 +208,7 @@ void BuildRealIndex(const Format& format, const RealIndex& index, std::byte* at)
   }
   StoreRowPointer(at + format.index.owned_map, index.owned_map);
   StoreU32(at + format.index.root, index.root);
-  StoreU8(at + format.index.flags, index.flags);
+  StoreU8(at + format.index.flags, index.flags | (format.version == 4 ? kIndexJet4 : 0));
 }
 
 void BuildLogicalIndex(const Format& format, const LogicalIndex& index, std::byte* at) {

@@ -43,7 +43,7 @@ inline constexpr std::uint8_t kColumnAutonumberGuid = 0x40;
 inline constexpr std::uint8_t kIndexUnique = 0x01;
 inline constexpr std::uint8_t kIndexIgnoreNulls = 0x02;
 inline constexpr std::uint8_t kIndexRequired = 0x08;
-inline constexpr std::uint8_t kIndexJet4 = 0x80;  // always there in Jet 4
+inline constexpr std::uint8_t kIndexJet4 = 0x80;  // always there in Jet 4; BuildDefinition adds it
 
 inline constexpr std::uint8_t kSystemTable = 0x53;
 inline constexpr std::uint8_t kUserTable = 0x4E;

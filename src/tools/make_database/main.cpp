@@ -13,16 +13,19 @@
 namespace {
 
 constexpr char kUsage[] =
-    "Usage: make_database PATH [STATEMENTS]\n"
+    "Usage: make_database [--jet3] PATH [STATEMENTS]\n"
     "       make_database --into PATH STATEMENTS\n"
     "\n"
     "Makes the database file PATH with the tables NUMERIC, CUSTOM_H and CUSTOM_D, empty.\n"
     "An existing file is never touched.\n"
+    "  --jet3       in the format of Access 97, texts in code page 950, instead of that of Access 2000 to 2003\n"
     "  STATEMENTS   run these on the database: a UTF-8 file, one SQL statement a line\n"
     "  --into PATH  run them on an existing database instead\n"
     "  --help       this text\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 wrong use.\n";
+
+constexpr marlevo::access::NewFile kJet3{.version = 3, .code_page = 950};
 
 int Fail(const std::string& message) {
   std::fprintf(stderr, "make_database: %s\n", message.c_str());
@@ -45,9 +48,10 @@ int Run(const std::vector<std::filesystem::path>& arguments) {
     return 0;
   }
   const bool into = !arguments.empty() && arguments[0] == "--into";
-  const std::size_t first = into ? 1 : 0;
+  const bool jet3 = !arguments.empty() && arguments[0] == "--jet3";
+  const std::size_t first = into || jet3 ? 1 : 0;
   const std::size_t count = arguments.size() - first;
-  if (count < (into ? 2 : 1) || count > 2 || Utf8(arguments[first]).starts_with("-")) {
+  if (arguments.size() < first + (into ? 2 : 1) || count > 2 || Utf8(arguments[first]).starts_with("-")) {
     return WrongUse();
   }
   const std::filesystem::path& database = arguments[first];
@@ -63,7 +67,7 @@ int Run(const std::vector<std::filesystem::path>& arguments) {
   bool made = false;
   try {
     if (!into) {
-      marlevo::MakeDatabase(database);
+      marlevo::MakeDatabase(database, jet3 ? kJet3 : marlevo::access::NewFile{});
       made = true;
     }
     if (count == 2) {

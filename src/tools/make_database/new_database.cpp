@@ -1,18 +1,14 @@
 #include "tools/make_database/new_database.h"
 
 #include <string>
-#include <vector>
 
-#include "platform/access/database.h"
 #include "platform/database/connection.h"
 #include "platform/errors/operation_error.h"
 
 namespace marlevo {
-namespace {
 
-using access::ColumnType;
-
-std::vector<access::TableSchema> Tables() {
+std::vector<access::TableSchema> NewTables() {
+  using access::ColumnType;
   return {
       {"NUMERIC",
        {{"VOU_NO", ColumnType::kLong},
@@ -39,11 +35,9 @@ std::vector<access::TableSchema> Tables() {
   };
 }
 
-}  // namespace
-
-void MakeDatabase(const std::filesystem::path& file) {
+void MakeDatabase(const std::filesystem::path& file, access::NewFile kind) {
   const std::string password = ParseConnectionString(FileConnectionString(file)).password;
-  access::Database::Create(file, password, Tables());
+  access::Database::Create(file, password, NewTables(), pager::NativeFiles(), kind);
 }
 
 void RunStatements(const std::filesystem::path& file, std::istream& statements) {

@@ -71,6 +71,13 @@ inline std::vector<std::string> TextsOf(const Table& table) {
   return texts;
 }
 
+// For tests that run in both formats.
+inline constexpr NewFile kFormats[] = {{.version = 4}, {.version = 3, .code_page = 950}};
+
+inline std::string FormatName(const testing::TestParamInfo<NewFile>& format) {
+  return "Jet" + std::to_string(format.param.version);
+}
+
 // "sound", or the faults.
 inline std::string Health(const Database& database) {
   std::string faults;

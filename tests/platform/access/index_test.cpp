@@ -99,9 +99,15 @@ class TreeModel {
   std::size_t last_ = 0;
 };
 
-void GrowAndShrink(const fs::path& path, const std::string& table) {
+class IndexTreeTest : public testing::TestWithParam<NewFile> {};
+
+TEST_P(IndexTreeTest, GrowsAndShrinks) {
+  const testing_support::ScratchFolder folder;
+  const fs::path path = folder.Path() / "new.mdb";
+  static_cast<void>(Database::Create(path, "qorvat", {{"T", {{"n", kLong}}, {{.name = "n", .columns = {{"n"}}}}}},
+                                     pager::NativeFiles(), GetParam()));
   const auto file = File::Open(path, {.password = "qorvat", .code_page = {}}, pager::NativeFiles());
-  const CatalogEntry entry = FindTable(file, table);
+  const CatalogEntry entry = FindTable(file, "T");
   const auto state = file->Table(entry.page, entry.name);
   const IndexTree& tree = state->Indexes().at(0).Tree();
   unsigned seed = 0;
@@ -120,21 +126,7 @@ void GrowAndShrink(const fs::path& path, const std::string& table) {
   }
 }
 
-TEST(IndexTree, GrowsAndShrinks) {
-  const testing_support::ScratchFolder folder;
-  const fs::path path = folder.Path() / "new.mdb";
-  static_cast<void>(Database::Create(path, "qorvat", {{"T", {{"n", kLong}}, {{.name = "n", .columns = {{"n"}}}}}}));
-  GrowAndShrink(path, "T");
-}
-
-TEST(IndexTree, GrowsAndShrinksInJet3) {
-  const testing_support::ScratchFolder folder;
-  const fs::path path = CopyOfSample("mk-jet3-indexed.mdb", folder.Path());
-  if (path.empty()) {
-    GTEST_SKIP() << kNoSamples;
-  }
-  GrowAndShrink(path, "CUSTOM_D");
-}
+INSTANTIATE_TEST_SUITE_P(Formats, IndexTreeTest, testing::ValuesIn(kFormats), FormatName);
 
 std::string ErrorOf(const std::function<void()>& work) {
   try {

@@ -25,7 +25,8 @@ namespace fs = std::filesystem;
 
 struct Scene {
   const char* name;
-  const char* sample;  // none: a new file
+  const char* sample;  // none: a new file of this kind
+  NewFile kind;
   const char* table;
   const char* text;  // of the letters that the file can store
   int turns;
@@ -146,14 +147,15 @@ class AccessModel : public testing::TestWithParam<Scene> {
                                           {"Keyed",
                                            {{"n", ColumnType::kLong},
                                             {"yes", ColumnType::kBoolean},
-                                            {"text", ColumnType::kText, 12},
+                                            {"text", ColumnType::kText, 30},
                                             {"d", ColumnType::kDouble},
                                             {"i16", ColumnType::kInteger},
                                             {"more", ColumnType::kText, 255}},
                                            {{.name = "PrimaryKey", .columns = {{"n"}}, .primary_key = true},
                                             {.name = "u", .columns = {{"text"}, {"yes"}}, .unique = true},
                                             {.name = "d", .columns = {{"d", true}}, .ignore_nulls = true},
-                                            {.name = "more", .columns = {{"more", true}, {"i16"}}}}}}));
+                                            {.name = "more", .columns = {{"more", true}, {"i16"}}}}}},
+                                         pager::NativeFiles(), GetParam().kind));
     } else if (file_ = CopyOfSample(GetParam().sample, folder_.Path()); file_.empty()) {
       GTEST_SKIP() << kNoSamples;
     }
@@ -260,18 +262,17 @@ TEST_P(AccessModel, HoldsWhatWasPutIn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenes, AccessModel,
-                         testing::Values(Scene{"Jet4", nullptr, "T", "é客", 12000},
-                                         Scene{"Jet4Keyed", nullptr, "Keyed", "é客-", 12000},
-                                         Scene{"Jet4Moved", "own-filled-jet4.mdb", "CUSTOM_H", "客", 6000},
-                                         Scene{"Jet4Big", "own-filled-jet4.mdb", "CUSTOM_D", "戶", 3000},
-                                         Scene{"Jet4KeyedMoved", "own-indexed-jet4.mdb", "CUSTOM_H", "客", 6000},
-                                         Scene{"Jet4KeyedBig", "own-indexed-jet4.mdb", "CUSTOM_D", "戶", 3000},
-                                         Scene{"Jet3Keyed", "mk-jet3-indexed.mdb", "CUSTOM_H", "客", 6000},
-                                         Scene{"Jet3KeyedBig", "mk-jet3-indexed.mdb", "CUSTOM_D", "A-b", 4000},
-                                         Scene{"Jet3KeyedNumbers", "mk-jet3-indexed.mdb", "NUMERIC", "", 6000},
-                                         Scene{"Jet3", "mk-jet3.mdb", "CUSTOM_H", "客", 9000},
-                                         Scene{"Jet3Numbers", "mk-jet3.mdb", "NUMERIC", "", 6000},
-                                         Scene{"Jet3Long", "mk-jet3-jump.mdb", "J", "x", 3000}),
+                         testing::Values(Scene{"Jet4", nullptr, kFormats[0], "T", "é客", 12000},
+                                         Scene{"Jet3", nullptr, kFormats[1], "T", "客", 9000},
+                                         Scene{"Jet4Keyed", nullptr, kFormats[0], "Keyed", "é客-", 12000},
+                                         Scene{"Jet3Keyed", nullptr, kFormats[1], "Keyed", "A-b", 9000},
+                                         Scene{"Jet4Moved", "own-filled-jet4.mdb", {}, "CUSTOM_H", "客", 6000},
+                                         Scene{"Jet4Big", "own-filled-jet4.mdb", {}, "CUSTOM_D", "戶", 3000},
+                                         Scene{"Jet4KeyedMoved", "own-indexed-jet4.mdb", {}, "CUSTOM_H", "客", 6000},
+                                         Scene{"Jet4KeyedBig", "own-indexed-jet4.mdb", {}, "CUSTOM_D", "戶", 3000},
+                                         Scene{"Jet3KeyedSample", "mk-jet3-indexed.mdb", {}, "CUSTOM_H", "客", 6000},
+                                         Scene{"Jet3KeyedBig", "mk-jet3-indexed.mdb", {}, "CUSTOM_D", "A-b", 4000},
+                                         Scene{"Jet3Long", "mk-jet3-jump.mdb", {}, "J", "x", 3000}),
                          [](const testing::TestParamInfo<Scene>& scene) { return std::string(scene.param.name); });
 
 }  // namespace

@@ -31,21 +31,26 @@ std::string ErrorOf(const std::function<void()>& work) {
   return "no error";
 }
 
-class AccessTable : public testing::Test {
+class AccessTable : public testing::TestWithParam<NewFile> {
  protected:
-  Database Make(const std::vector<TableSchema>& tables) { return Database::Create(file_, "qorvat", tables); }
+  Database Make(const std::vector<TableSchema>& tables) {
+    return Database::Create(file_, "qorvat", tables, pager::NativeFiles(), GetParam());
+  }
+  bool IsJet3() const { return GetParam().version == 3; }
   Database Reopen() const { return Database::Open(file_, {.password = "qorvat", .code_page = {}}); }
 
   testing_support::ScratchFolder folder_;
   fs::path file_ = folder_.Path() / "4star.mdb";
 };
 
-TEST_F(AccessTable, KeepsValuesOfEveryType) {
+TEST_P(AccessTable, KeepsValuesOfEveryType) {
   const std::vector<ColumnSchema> columns{{"b", kBoolean},      {"u8", kByte},      {"i16", kInteger}, {"i32", kLong},
                                           {"money", kCurrency}, {"f", kSingle},     {"d", kDouble},    {"t", kDateTime},
                                           {"bin", kBinary, 6},  {"text", kText, 6}, {"memo", kMemo},   {"ole", kOle},
                                           {"id", kGuid}};
   const auto bytes = std::as_bytes(std::span("\0\x01\xFFz", 4));
+  const std::string_view accents = IsJet3() ? "αβγ"sv : "été"sv;
+  const std::string_view rare = IsJet3() ? "龜ok"sv : "𠀋ok"sv;  // in UTF-16 a pair of units
   const std::string long_text(3000, 'x');
   std::string longer_text = "客";
   for (int i = 0; i < 9000; ++i) {
@@ -56,8 +61,8 @@ TEST_F(AccessTable, KeepsValuesOfEveryType) {
        -1.25, bytes, "王小明"sv, "short"sv, bytes, "{00112233-4455-6677-8899-AABBCCDDEEFF}"sv},
       {false, std::int64_t{0}, 32767.0, std::int64_t{2147483647}, 12.5, std::int64_t{7}, -0.0, 37000.75, Bytes(), ""sv,
        std::string_view(long_text), bytes, "{FFFFFFFF-0000-0000-0000-000000000001}"sv},
-      {true, {}, {}, {}, {}, {}, {}, {}, {}, "\xC3\xA9t\xC3\xA9"sv, std::string_view(longer_text), {}, {}},
-      {false, {}, {}, {}, {}, {}, {}, {}, {}, "\xF0\xA0\x80\x8Bok"sv, ""sv, {}, {}},
+      {true, {}, {}, {}, {}, {}, {}, {}, {}, accents, std::string_view(longer_text), {}, {}},
+      {false, {}, {}, {}, {}, {}, {}, {}, {}, rare, ""sv, {}, {}},
   };
   std::vector<std::string> expected;
   {
@@ -77,7 +82,7 @@ TEST_F(AccessTable, KeepsValuesOfEveryType) {
   EXPECT_EQ(cursor.Text(4), "-900719925474.0991");
 }
 
-TEST_F(AccessTable, RefusesValuesThatDoNotFit) {
+TEST_P(AccessTable, RefusesValuesThatDoNotFit) {
   const std::vector<ColumnSchema> columns{{"u8", kByte},  {"i16", kInteger}, {"i32", kLong},     {"money", kCurrency},
                                           {"f", kSingle}, {"d", kDouble},    {"text", kText, 4}, {"bin", kBinary, 2},
                                           {"id", kGuid},  {"memo", kMemo}};
@@ -134,7 +139,7 @@ TEST_F(AccessTable, RefusesValuesThatDoNotFit) {
   EXPECT_EQ(Health(database), "sound");
 }
 
-TEST_F(AccessTable, RefusesRowsThatNoPageHolds) {
+TEST_P(AccessTable, RefusesRowsThatNoPageHolds) {
   std::vector<ColumnSchema> columns;
   for (int i = 0; i < 20; ++i) {
     columns.push_back({"c" + std::to_string(i), kText, 255});
@@ -144,13 +149,13 @@ TEST_F(AccessTable, RefusesRowsThatNoPageHolds) {
   const std::string name(255, 'x');
   EXPECT_THROW(table.Insert(std::vector<Value>(20, std::string_view(name))), ValueError);
   std::vector<Value> most(20, std::string_view(name));
-  most.resize(15);
+  most.resize(IsJet3() ? 7 : 15);
   most.resize(20);
   table.Insert(most);
   EXPECT_EQ(TextsOf(table), std::vector<std::string>{RowText(most)});
 }
 
-TEST_F(AccessTable, ReusesFreedSpace) {
+TEST_P(AccessTable, ReusesFreedSpace) {
   Database database = Make({{"T", {{"n", kLong}, {"text", kText, 50}, {"memo", kMemo}}}});
   Table table = database.OpenTable("T");
   const std::string memo(500, 'm');
@@ -182,7 +187,7 @@ TEST_F(AccessTable, ReusesFreedSpace) {
   EXPECT_EQ(Health(database), "sound");
 }
 
-TEST_F(AccessTable, OffersSpaceToOtherTables) {
+TEST_P(AccessTable, OffersSpaceToOtherTables) {
   Database database = Make({{"A", {{"text", kText, 255}}}, {"B", {{"text", kText, 255}}}});
   Table a = database.OpenTable("A");
   Table b = database.OpenTable("B");
@@ -204,7 +209,7 @@ TEST_F(AccessTable, OffersSpaceToOtherTables) {
   EXPECT_EQ(Health(database), "sound");
 }
 
-TEST_F(AccessTable, ScansWhileRowsComeAndGo) {
+TEST_P(AccessTable, ScansWhileRowsComeAndGo) {
   Database database = Make({{"T", {{"n", kLong}, {"text", kText, 50}}}});
   Table table = database.OpenTable("T");
   for (std::int64_t i = 0; i < 1000; ++i) {
@@ -238,7 +243,7 @@ TEST_F(AccessTable, ScansWhileRowsComeAndGo) {
   EXPECT_EQ(Health(database), "sound");
 }
 
-TEST_F(AccessTable, ConditionsMeanEquality) {
+TEST_P(AccessTable, ConditionsMeanEquality) {
   Database database =
       Make({{"T", {{"i16", kInteger}, {"u8", kByte}, {"d", kDouble}, {"b", kBoolean}, {"text", kText, 9}}}});
   Table table = database.OpenTable("T");
@@ -262,7 +267,7 @@ TEST_F(AccessTable, ConditionsMeanEquality) {
   EXPECT_EQ(count({{3, 1}, {1, 0}}), 43u);
 }
 
-TEST_F(AccessTable, ConnectionsSeeEachOther) {
+TEST_P(AccessTable, ConnectionsSeeEachOther) {
   Database first = Make({{"T", {{"n", kLong}}}});
   const Database second = Reopen();
   Table a = first.OpenTable("T");
@@ -285,26 +290,26 @@ TEST_F(AccessTable, ConnectionsSeeEachOther) {
   EXPECT_EQ(Health(second), "sound");
 }
 
-TEST_F(AccessTable, MapsGrowWithTheFile) {
+TEST_P(AccessTable, MapsGrowWithTheFile) {
   Database database = Make({{"T", {{"n", kLong}, {"a", kBinary, 255}}}, {"Big", {{"a", kOle}}}});
   Table table = database.OpenTable("T");
   Table big = database.OpenTable("Big");
   // A page a row: past what the table's map, then the file's map can hold in their rows.
-  const std::vector<std::byte> content(4000, std::byte{7});
-  constexpr int kRows = 33000;
+  const std::vector<std::byte> content(IsJet3() ? 2000 : 4000, std::byte{7});
+  const int rows = IsJet3() ? 17000 : 33000;
   Statement statement(database);
-  for (std::int64_t i = 0; i < kRows; ++i) {
+  for (std::int64_t i = 0; i < rows; ++i) {
     big.Insert(std::vector<Value>{Bytes(content)});
     if (i % 1000 == 0) {
       table.Insert(std::vector<Value>{i, Bytes(content).first(200)});
     }
   }
   statement.Commit();
-  EXPECT_EQ(table.RowCount(), 33u);
+  EXPECT_EQ(table.RowCount(), IsJet3() ? 17u : 33u);
   EXPECT_EQ(Health(database), "sound");
   database.Flush();
   const std::uintmax_t size = fs::file_size(file_);
-  EXPECT_GT(size, 32768u * 4096);
+  EXPECT_GT(size, IsJet3() ? 16384u * 2048 : 32768u * 4096);
   {
     Statement emptying(database);
     for (Cursor cursor = big.Scan(); cursor.Next();) {
@@ -314,7 +319,7 @@ TEST_F(AccessTable, MapsGrowWithTheFile) {
   }
   {
     Statement refilling(database);
-    for (int i = 0; i < kRows; ++i) {
+    for (int i = 0; i < rows; ++i) {
       big.Insert(std::vector<Value>{Bytes(content)});
     }
     refilling.Commit();
@@ -324,7 +329,7 @@ TEST_F(AccessTable, MapsGrowWithTheFile) {
   EXPECT_EQ(fs::file_size(file_), size);
 }
 
-TEST_F(AccessTable, OpensOnlyWhatItUnderstands) {
+TEST_P(AccessTable, OpensOnlyWhatItUnderstands) {
   static_cast<void>(Make({{"T", {{"n", kLong}}}}));
   std::string good;
   {
@@ -338,6 +343,7 @@ TEST_F(AccessTable, OpensOnlyWhatItUnderstands) {
       static_cast<void>(RowsOf(database.OpenTable("T")));
     });
   };
+  const std::size_t page = IsJet3() ? 2048 : 4096;
   const auto with = [&good](std::size_t at, const std::string& bytes) {
     std::string changed = good;
     return changed.replace(at, bytes.size(), bytes);
@@ -347,13 +353,13 @@ TEST_F(AccessTable, OpensOnlyWhatItUnderstands) {
   EXPECT_EQ(open(good, ""), "the password is not that of the database");
   for (const std::string& bad :
        {std::string(), std::string("hello"), std::string(5000, '\0'), with(4, "Standard ACE DB"), with(0x14, "\x02"),
-        good.substr(0, 4096), good.substr(0, 8192), good.substr(0, 4096 * 9), with(2 * 4096, std::string(4096, '\0')),
-        with(2 * 4096, std::string(4096, '\xFF'))}) {
+        good.substr(0, page), good.substr(0, 2 * page), good.substr(0, 9 * page),
+        with(2 * page, std::string(page, '\0')), with(2 * page, std::string(page, '\xFF'))}) {
     EXPECT_NE(open(bad), "no error") << bad.size();
   }
 }
 
-TEST_F(AccessTable, TakesNamesWithoutAFolder) {
+TEST_P(AccessTable, TakesNamesWithoutAFolder) {
   const fs::path before = fs::current_path();
   fs::current_path(folder_.Path());
   const std::string error = ErrorOf([] {
@@ -365,7 +371,7 @@ TEST_F(AccessTable, TakesNamesWithoutAFolder) {
   EXPECT_TRUE(fs::exists(folder_.Path() / "new.mdb"));
 }
 
-TEST_F(AccessTable, NeverCreatesOverAFile) {
+TEST_P(AccessTable, NeverCreatesOverAFile) {
   std::ofstream(file_) << "letters";
   EXPECT_NE(ErrorOf([&] { static_cast<void>(Make({})); }), "no error");
   EXPECT_EQ(fs::file_size(file_), 7u);
@@ -377,6 +383,8 @@ TEST_F(AccessTable, NeverCreatesOverAFile) {
             "no error");
   EXPECT_TRUE(fs::is_empty(folder_.Path()));
 }
+
+INSTANTIATE_TEST_SUITE_P(Formats, AccessTable, testing::ValuesIn(kFormats), FormatName);
 
 }  // namespace
 }  // namespace marlevo::access

@@ -41,7 +41,7 @@ class MakeDatabaseTest : public testing::Test {
   }
   // By another program; its lines in the order of the rows.
   std::string Export(const std::string& name, const std::string& table) const {
-    return Shell("mdb-export -H -Q -d '|' " + Quoted(name) + " " + table).output;
+    return Shell("MDB_JET3_CHARSET=CP950 mdb-export -H -Q -d '|' " + Quoted(name) + " " + table).output;
   }
   int Customers(const std::string& name) const {
     Connection connection(FileConnectionString(folder_.Path() / name));
@@ -84,7 +84,8 @@ TEST_F(MakeDatabaseTest, SaysWhatIsWrongAndChangesNothing) {
   EXPECT_NE(bad.output.find("line 3"), std::string::npos) << bad.output;
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "none.mdb"));
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "new.mdb"));
-  for (const char* wrong : {"", "--into", "--into a.mdb", "a b c", "--into a b c", "--unknown", "-x a"}) {
+  for (const char* wrong :
+       {"", "--into", "--into a.mdb", "a b c", "--into a b c", "--unknown", "-x a", "--jet3", "--jet3 --into a b"}) {
     const Outcome outcome = Make(wrong);
     EXPECT_EQ(outcome.status, 2) << wrong;
     EXPECT_NE(outcome.output.find("Usage"), std::string::npos) << wrong;
@@ -99,17 +100,21 @@ TEST_F(MakeDatabaseTest, OtherReadersFindTheRows) {
     GTEST_SKIP() << "mdbtools is not installed";
   }
   Write("rows.sql",
-        "INSERT INTO CUSTOM_H (CUSTOM_NO,CUSTOM_NAME,TEL1,MEMO1) VALUES ('A01','王小明','02-2345','a \"b\" Ünï ﹏')\n"
+        "INSERT INTO CUSTOM_H (CUSTOM_NO,CUSTOM_NAME,TEL1,MEMO1) VALUES ('A01','王小明','02-2345','a \"b\" Ωж ﹏')\n"
         "INSERT INTO CUSTOM_H (CUSTOM_NO) VALUES ('gone')\n"
         "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) "
         "VALUES ('A01','20021005143012',4,12.5,2147483647,-1,2,3,0)\n"
         "INSERT INTO NUMERIC (VOU_NO,NO1) VALUES (92001,7)\n"
         "DELETE FROM CUSTOM_H WHERE CUSTOM_NO='GONE'\n");
-  ASSERT_EQ(Make(Quoted("rows.mdb") + " " + Quoted("rows.sql")).status, 0);
-  EXPECT_EQ(Shell("mdb-tables -1 " + Quoted("rows.mdb")).output, "NUMERIC\nCUSTOM_H\nCUSTOM_D\n");
-  EXPECT_EQ(Export("rows.mdb", "CUSTOM_H"), "A01|王小明|02-2345||a \"b\" Ünï ﹏\n");
-  EXPECT_EQ(Export("rows.mdb", "CUSTOM_D"), "A01|20021005143012|4|12.5|2147483647|-1|2|3|0\n");
-  EXPECT_EQ(Export("rows.mdb", "NUMERIC"), "92001|7|||\n");
+  for (const std::string format : {"", "--jet3 "}) {
+    const std::string file = "rows" + format.substr(0, 3) + ".mdb";
+    ASSERT_EQ(Make(format + Quoted(file) + " " + Quoted("rows.sql")).status, 0);
+    EXPECT_EQ(Shell("mdb-ver " + Quoted(file)).output, format.empty() ? "JET4\n" : "JET3\n");
+    EXPECT_EQ(Shell("mdb-tables -1 " + Quoted(file)).output, "NUMERIC\nCUSTOM_H\nCUSTOM_D\n");
+    EXPECT_EQ(Export(file, "CUSTOM_H"), "A01|王小明|02-2345||a \"b\" Ωж ﹏\n");
+    EXPECT_EQ(Export(file, "CUSTOM_D"), "A01|20021005143012|4|12.5|2147483647|-1|2|3|0\n");
+    EXPECT_EQ(Export(file, "NUMERIC"), "92001|7|||\n");
+  }
 }
 
 }  // namespace
