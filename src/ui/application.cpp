@@ -14,6 +14,11 @@ constexpr int kReportWidth = 560;
 }
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
+  // The words that Qt itself puts on the screen: menus of text boxes, standard buttons.
+  if (words_.load(":/words/qtbase_zh_TW.qm")) {
+    installTranslator(&words_);
+  }
+  setDesktopFileName("org.marlevo.Marlevo");  // by which a Linux desktop finds the icon of the windows
   SetUpAppearance();
 }
 

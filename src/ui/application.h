@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QString>
+#include <QTranslator>
 #include <deque>
 #include <exception>
 #include <functional>
@@ -14,7 +15,7 @@ class Application : public QApplication {
   Q_OBJECT
 
  public:
-  // Sets fonts, colours and style.
+  // Sets language, fonts, colours and style.
   Application(int& argc, char** argv);
 
   bool notify(QObject* receiver, QEvent* event) override;
@@ -35,6 +36,7 @@ class Application : public QApplication {
   // True when the operator wants to end the program.
   static bool Show(const Report& report);
 
+  QTranslator words_;
   std::deque<Report> waiting_;
   bool reporting_ = false;
   bool ended_ = false;

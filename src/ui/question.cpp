@@ -8,6 +8,7 @@ namespace marlevo {
 bool Question(QWidget* parent, const QString& text, const QString& title) {
   QMessageBox box(QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No, parent);
   box.setTextFormat(Qt::PlainText);
+  // Qt's words for these two carry their key in brackets: 是(Y).
   box.button(QMessageBox::Yes)->setText("是");
   box.button(QMessageBox::No)->setText("否");
   box.setDefaultButton(QMessageBox::No);
@@ -18,7 +19,6 @@ bool Question(QWidget* parent, const QString& text, const QString& title) {
 void Notice(QWidget* parent, const QString& text, const QString& title) {
   QMessageBox box(QMessageBox::Information, title, text, QMessageBox::Ok, parent);
   box.setTextFormat(Qt::PlainText);
-  box.button(QMessageBox::Ok)->setText("確定");
   box.exec();
 }
 

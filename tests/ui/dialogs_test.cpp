@@ -2,8 +2,11 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QTest>
+#include <memory>
 
 #include "support/qt_modal.h"
 #include "ui/frmMessage.h"
@@ -24,6 +27,28 @@ TEST(QuestionTest, OnlyTheYesButtonIsAYes) {
   EXPECT_FALSE(answered([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); }));
   EXPECT_FALSE(answered([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Return); }));
   EXPECT_FALSE(answered([](QWidget& window) { window.close(); }));
+}
+
+// What Qt itself writes comes from its own translation, which is part of the program.
+TEST(WordsTest, ButtonsAndMenusAreChinese) {
+  const auto word = [](QWidget& window, QMessageBox::StandardButton button) {
+    return dynamic_cast<QMessageBox&>(window).button(button)->text().toStdString();
+  };
+  WithModals([] { Question(nullptr, "是否刪除 ?"); }, {[&word](QWidget& window) {
+               EXPECT_EQ(word(window, QMessageBox::Yes), "是");
+               EXPECT_EQ(word(window, QMessageBox::No), "否");
+               window.close();
+             }});
+  WithModals([] { Notice(nullptr, "請先選擇客戶 !"); }, {[&word](QWidget& window) {
+               EXPECT_EQ(word(window, QMessageBox::Ok), "確定");
+               window.close();
+             }});
+  QLineEdit box;
+  const std::unique_ptr<QMenu> menu(box.createStandardContextMenu());
+  EXPECT_GE(menu->actions().size(), 6);
+  for (const QAction* const action : menu->actions()) {
+    EXPECT_TRUE(action->isSeparator() || action->text().at(0) > QChar(0x2E7F)) << action->text().toStdString();
+  }
 }
 
 TEST(MessageTest, EnterAndEscCloseItAndALineBreakIsOne) {
