@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QScreen>
 #include <QTableView>
-#include <QTimer>
 #include <algorithm>
 
 #include "platform/text/text.h"
@@ -15,6 +14,7 @@
 #include "ui/frmMessage.h"
 #include "ui/grid.h"
 #include "ui/operator_choice.h"
+#include "ui/select_all_edit.h"
 #include "ui/text_model.h"
 #include "ui/widgets.h"
 
@@ -37,7 +37,7 @@ frmInput::frmInput(QWidget* parent, const std::string& connection_string)
 }
 
 void frmInput::SetUpWidgets() {
-  txtVou_No_ = Named(new QLineEdit(this), "txtVou_No");
+  txtVou_No_ = Named(new SelectAllEdit(this), "txtVou_No");
   // Only digits are typed here: an input method in Chinese mode would swallow them.
   txtVou_No_->setAttribute(Qt::WA_InputMethodEnabled, false);
   txtVou_No_->installEventFilter(this);
@@ -194,11 +194,6 @@ void frmInput::mfgNumeric_RowChosen(int row) {
   }
 }
 
-void frmInput::txtVou_No_GotFocus() {
-  // After the press that gave the focus, which would put the cursor somewhere and take the selection away.
-  QTimer::singleShot(0, txtVou_No_, &QLineEdit::selectAll);
-}
-
 bool frmInput::txtVou_No_KeyPress(const QKeyEvent& event) {
   const QString typed = event.text();
   const bool shortcut = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
@@ -207,9 +202,7 @@ bool frmInput::txtVou_No_KeyPress(const QKeyEvent& event) {
 }
 
 bool frmInput::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::FocusIn) {
-    txtVou_No_GotFocus();
-  } else if (event->type() == QEvent::KeyPress && txtVou_No_KeyPress(*static_cast<QKeyEvent*>(event))) {
+  if (event->type() == QEvent::KeyPress && txtVou_No_KeyPress(*static_cast<QKeyEvent*>(event))) {
     return true;
   }
   return QDialog::eventFilter(watched, event);

@@ -42,7 +42,6 @@ class frmInput : public QDialog {
   void cmdEdit_Click();
   void cmdDel_Click();
   void mfgNumeric_RowChosen(int row);
-  void txtVou_No_GotFocus();
   // True when the key is to be discarded.
   static bool txtVou_No_KeyPress(const QKeyEvent& event);
 

@@ -14,9 +14,9 @@
 #include "platform/text/text.h"
 #include "printing/print_button.h"
 #include "printing/print_progress.h"
-#include "printing/select_all_edit.h"
 #include "printing/slip_settings_file.h"
 #include "ui/frmMessage.h"
+#include "ui/select_all_edit.h"
 #include "ui/widgets.h"
 
 namespace marlevo {

@@ -11,6 +11,7 @@
 #include "printing/print_button.h"
 #include "printing/print_progress.h"
 #include "ui/appearance.h"
+#include "ui/select_all_edit.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -48,7 +49,7 @@ frmPrintNote::frmPrintNote(QWidget* parent) : QDialog(parent) {
   setObjectName("frmPrintNote");
   setWindowTitle("4星彩包牌便條紙列印");
   cboPage_ = new DropDownList(this, "cboPage");
-  cboPage_->setEditable(true);
+  cboPage_->setLineEdit(new SelectAllEdit(this));
   cboPage_->setInsertPolicy(QComboBox::NoInsert);
   for (int pages = 1; pages <= kPageCounts; ++pages) {
     cboPage_->addItem(QString::number(pages));

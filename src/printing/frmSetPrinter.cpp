@@ -19,12 +19,12 @@
 #include "platform/printer/printer.h"
 #include "platform/text/text.h"
 #include "printing/print_button.h"
-#include "printing/select_all_edit.h"
 #include "printing/slip_preview.h"
 #include "printing/slip_reference.h"
 #include "printing/slip_sample.h"
 #include "printing/slip_settings_file.h"
 #include "ui/question.h"
+#include "ui/select_all_edit.h"
 #include "ui/widgets.h"
 
 namespace marlevo {

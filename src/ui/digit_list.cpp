@@ -1,15 +1,18 @@
 #include "ui/digit_list.h"
 
+#include "ui/select_all_edit.h"
+
 namespace marlevo {
 
 DigitList::DigitList(QWidget* parent, const QString& name) : DropDownList(parent, name) {
-  setEditable(true);
+  setLineEdit(new SelectAllEdit(this));
   setInsertPolicy(NoInsert);
   setCompleter(nullptr);
   for (int digit = 0; digit <= 9; ++digit) {
     addItem(QString::number(digit));
   }
   SetDigit("0");
+  connect(this, &QComboBox::activated, lineEdit(), &QLineEdit::selectAll);
 }
 
 void DigitList::SetDigit(const QString& text) {

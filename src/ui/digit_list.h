@@ -1,5 +1,5 @@
 // A drop-down list of the digits 0 to 9 in which other texts can be typed and shown too: what is stored may lie
-// outside.
+// outside. Its text is selected when it gets the focus or an entry is chosen, so that typing replaces it.
 #pragma once
 
 #include "ui/widgets.h"

@@ -113,6 +113,18 @@ TEST_F(FrmInputTest, TakesOnlyDigitsFromTheKeyboardAndAnythingFromTheClipboard) 
   QTest::mouseClick(&box, Qt::LeftButton, {}, {3, 10});
   QCoreApplication::processEvents();
   EXPECT_EQ(box.selectedText(), "9200");
+  // So does a click into a digit; typing on goes to the next place.
+  auto& digit = Find<QComboBox>(window, "cboCheck(2)");
+  QTest::mouseClick(digit.lineEdit(), Qt::LeftButton, {}, {3, 10});
+  QCoreApplication::processEvents();
+  QTest::keyClicks(&digit, "12");
+  EXPECT_EQ(digit.currentText(), "12");
+  QTest::keyClick(&digit, Qt::Key_Tab);
+  QTest::keyClicks(&Find<QComboBox>(window, "cboCheck(3)"), "7");
+  EXPECT_EQ(Entered(), "9200 00127");
+  QTest::keyClick(&digit, Qt::Key_Down);
+  QTest::keyClicks(&digit, "5");
+  EXPECT_EQ(digit.currentText(), "5") << "an entry chosen by the keys is typed over too";
   QTest::keyClick(&box, Qt::Key_Escape);
   EXPECT_FALSE(window.isVisible());
 }

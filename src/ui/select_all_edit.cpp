@@ -1,4 +1,4 @@
-#include "printing/select_all_edit.h"
+#include "ui/select_all_edit.h"
 
 namespace marlevo {
 
