@@ -15,7 +15,12 @@ QString FilePath(const std::filesystem::path& folder, std::string_view slip_name
 }
 
 [[noreturn]] void Fail(const char* attempted, const QString& path, const QFileDevice& file) {
-  throw FileError(attempted, path.toStdString(), file.errorString().toStdString());
+  const QFileDevice::FileError error = file.error();
+  // What Qt runs out of while it writes is room on the disk.
+  const Fault kind = error == QFileDevice::ResourceError                                         ? Fault::kDiskFull
+                     : error == QFileDevice::OpenError || error == QFileDevice::PermissionsError ? Fault::kDenied
+                                                                                                 : Fault::kDiskFailed;
+  throw FileError(attempted, path.toStdString(), file.errorString().toStdString(), kind);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "platform/errors/operation_error.h"
 #include "ui/appearance.h"
+#include "ui/fault_text.h"
 
 namespace marlevo {
 
@@ -43,13 +44,16 @@ int Application::Run(const std::function<void()>& start) {
 }
 
 void Application::ReportError(const std::exception& error) {
-  const QString reason = QString::fromUtf8(error.what());
+  Report latest{"程式執行", {}, FaultText(Fault::kOther), QString::fromUtf8(error.what())};
   if (const auto* operation = dynamic_cast<const OperationError*>(&error)) {
-    waiting_.push_back(
-        {QString::fromStdString(operation->Attempted()), QString::fromStdString(operation->Subject()), reason});
-  } else {
-    waiting_.push_back({"程式執行", {}, reason});
+    latest.attempted = QString::fromStdString(operation->Attempted());
+    latest.subject = QString::fromStdString(operation->Subject());
+    latest.sentence = FaultText(operation->Kind());
+    if (latest.sentence.isEmpty()) {
+      latest.sentence.swap(latest.words);
+    }
   }
+  waiting_.push_back(latest);
   if (reporting_) {
     return;
   }
@@ -70,12 +74,9 @@ bool Application::Show(const Report& report) {
   QMessageBox box(QMessageBox::Critical, "錯誤報告", report.attempted + "時發生錯誤。", QMessageBox::NoButton,
                   activeWindow());
   box.setObjectName("frmError");
-  QString details = report.reason;
-  if (!report.subject.isEmpty()) {
-    details.prepend(report.subject + "\n\n");
-  }
   box.setTextFormat(Qt::PlainText);
-  box.setInformativeText(details);
+  box.setInformativeText("<p>" + report.sentence.toHtmlEscaped() + "</p><p>" + report.subject.toHtmlEscaped() +
+                         "</p><p><small>" + report.words.toHtmlEscaped() + "</small></p>");
   QPushButton* const end = box.addButton("結束", QMessageBox::DestructiveRole);
   QPushButton* const proceed = box.addButton("繼續", QMessageBox::RejectRole);
   box.setDefaultButton(end);

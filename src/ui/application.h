@@ -28,7 +28,8 @@ class Application : public QApplication {
   struct Report {
     QString attempted;  // what was being done
     QString subject;    // on which file or printer
-    QString reason;     // the engine's own words
+    QString sentence;   // what is wrong, for the operator
+    QString words;      // the engine's own, for whoever helps the operator
   };
 
   // The report of an exception. Reports never stand on top of one another: one that comes while another is shown waits.

@@ -6,7 +6,9 @@
 #include "customers/frmCustom.h"
 #include "customers/frmCustom_CHK.h"
 #include "customers/frmSave.h"
+#include "draws/frmInput.h"
 #include "helper_process.h"
+#include "platform/access/database.h"
 #include "stored_rows.h"
 #include "support/largest_list.h"
 #include "support/ticket_text.h"
@@ -16,10 +18,11 @@ namespace {
 
 class FaultsTest : public CustomerWindowsTest {
  protected:
-  // Opens each window in turn from a button, as the program does. Each opening is one step.
+  // Opens every window with a database in turn from a button, as the program does. Each opening is one step.
   void OpenEachWindow(const std::string& connection_string, const ModalStep& step) {
     const CurrentList list;
-    const std::vector<std::function<void()>> openings = {[&] { frmCustom(nullptr, connection_string).exec(); },
+    const std::vector<std::function<void()>> openings = {[&] { frmInput(nullptr, connection_string).exec(); },
+                                                         [&] { frmCustom(nullptr, connection_string).exec(); },
                                                          [&] { frmSave(nullptr, connection_string, list).exec(); },
                                                          [&] { frmCustom_CHK(nullptr, connection_string).exec(); }};
     for (const auto& opening : openings) {
@@ -40,27 +43,26 @@ class FaultsTest : public CustomerWindowsTest {
 };
 
 TEST_F(FaultsTest, AFileThatCannotBeOpenedGivesAReportAndNoWindow) {
-  AddCustomer({"A01", "王小明", "", "", ""});
-  const ModalStep report = ExpectErrorReport("開啟資料庫", "繼續");
+  const auto opens_with_report = [&](const std::string& connection_string, const char* reason) {
+    OpenEachWindow(connection_string, ExpectErrorReport(reason, "繼續"));
+  };
   const std::filesystem::path kept = folder_.Path() / "kept.mdb";
   std::filesystem::copy_file(file_, kept);
-
   std::filesystem::remove(file_);
-  OpenEachWindow(Opening(), report);
+  opens_with_report(Opening(), "找不到檔案");
   std::ofstream(file_).close();
-  OpenEachWindow(Opening(), report);
-  std::filesystem::remove(file_);
-  std::filesystem::copy_file(kept, file_);
-  Overwrite(0, 64, '\0');
-  OpenEachWindow(Opening(), report);
+  opens_with_report(Opening(), "損壞");
   std::filesystem::copy_file(kept, file_, std::filesystem::copy_options::overwrite_existing);
-  const std::string opening = Opening();
-  OpenEachWindow(opening.substr(0, opening.rfind('=') + 1) + "wrong", report);
+  Overwrite(0, 64, '\0');
+  opens_with_report(Opening(), "損壞");
+  std::filesystem::copy_file(kept, file_, std::filesystem::copy_options::overwrite_existing);
+  opens_with_report(Opening().substr(0, Opening().rfind('=') + 1) + "wrong", "密碼不符");
+  OpenEachWindow(Opening(), [](QWidget& window) { window.close(); });
 
-  OpenEachWindow(Opening(), [](QWidget& window) {
-    EXPECT_EQ(RowsText(window, "mfgCustom_H").substr(0, 4), "A01|");
-    window.close();
-  });
+  // Another program's file under the same password.
+  std::filesystem::remove(file_);
+  access::Database::Create(file_, "qorvat", {{"OTHER", {{"A", access::ColumnType::kLong}}}});
+  opens_with_report(Opening(), "缺少需要的資料表");
 }
 
 TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
@@ -80,7 +82,7 @@ TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
   window.show();
   auto& customers = Find<QWidget>(window, "mfgCustom_H");
   customers.setFocus();
-  WithModals([&] { QTest::keyClick(&customers, Qt::Key_Down); }, {ExpectErrorReport("4star.mdb", "繼續")});
+  WithModals([&] { QTest::keyClick(&customers, Qt::Key_Down); }, {ExpectErrorReport("檔案已經損壞", "繼續")});
   EXPECT_EQ(RowsText(window, "lstRecord"), "");
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
   frmCustom_CHK check(nullptr, Opening());
@@ -129,7 +131,7 @@ TEST_F(FaultsTest, ATextThatIsTooLongIsRefusedAndCanBeShortened) {
   AddCustomer({"A01", "王小明", "", "", ""});
   frmCustom window(nullptr, Opening());
   window.show();
-  const ModalStep report = ExpectErrorReport("執行資料庫指令", "繼續");
+  const ModalStep report = ExpectErrorReport("文字太長", "繼續");
   for (const auto& [box, length] : {std::pair{"txtCustom_No", 51}, {"txtCustom_Name", 101}, {"txtMemo1", 256}}) {
     Enter(window, "txtCustom_No", "A02");
     Enter(window, "txtCustom_Name", "");
@@ -159,7 +161,7 @@ TEST_F(FaultsTest, AFileThatAnotherProcessWritesToCanBeReadUntilItIsFree) {
   frmSave save(nullptr, Opening(), list);
   save.show();
   EXPECT_EQ(RowsText(save, "mfgCustom_H"), "A01|王小明\n");
-  Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectErrorReport("執行資料庫指令", "繼續")});
+  Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectErrorReport("另一個程式", "繼續")});
   EXPECT_EQ(Tickets("A01"), "");
   other.reset();
   Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectMessage("存檔完畢 !")});

@@ -143,7 +143,7 @@ TEST_F(FrmInputTest, GoesOnAfterAStatementThatTheDatabaseRefuses) {
   EnterDraw("92001", "12x4");
   Press("cmdEdit", {ExpectErrorReport("不是數字", "繼續")});
   EnterDraw("99999999999", "1234");
-  Press("cmdAdd", {ExpectErrorReport("4star.mdb", "繼續")});
+  Press("cmdAdd", {ExpectErrorReport("數字太大", "繼續")});
   EXPECT_EQ(Stored(), "92001|1|2|3|4\n");
 
   // A change deletes the draw first; what the insert is refused for afterwards stays deleted.

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QPointer>
+#include <QTextDocumentFragment>
 #include <QTimer>
 #include <memory>
 
@@ -17,12 +18,15 @@ namespace {
 constexpr int kPollInterval = 2;   // milliseconds
 constexpr int kDeadline = 10'000;  // milliseconds without a new window
 
+// All that stands in a message box.
+QString Text(const QMessageBox& box) {
+  return box.text() + '\n' + QTextDocumentFragment::fromHtml(box.informativeText()).toPlainText();
+}
+
 std::string Described(const QWidget& window) {
   const auto* const label = window.findChild<QLabel*>("lblMsg");
   const auto* const box = qobject_cast<const QMessageBox*>(&window);
-  const QString text = box != nullptr     ? box->text() + ' ' + box->informativeText()
-                       : label != nullptr ? label->text()
-                                          : "";
+  const QString text = box != nullptr ? Text(*box) : label != nullptr ? label->text() : "";
   return (window.windowTitle() + " [" + window.objectName() + "] " + text).toStdString();
 }
 
@@ -136,7 +140,7 @@ ModalStep ExpectErrorReport(const QString& words, const QString& button) {
       window.close();
       return;
     }
-    EXPECT_TRUE((box->text() + ' ' + box->informativeText()).contains(words)) << Described(*box);
+    EXPECT_TRUE(Text(*box).contains(words)) << Described(*box);
     QAbstractButton* found = nullptr;
     for (QAbstractButton* const candidate : box->buttons()) {
       if (candidate->text() == button) {

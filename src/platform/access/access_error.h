@@ -4,17 +4,18 @@
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
+
+#include "platform/errors/fault.h"
 
 namespace marlevo::access {
 
-class AccessError : public std::runtime_error {
+class AccessError : public FaultError {
  public:
   // what() is `reason`, preceded by the page when there is one: "page 17: expected a data page, found type 4".
-  explicit AccessError(const std::string& reason) : std::runtime_error(reason) {}
+  explicit AccessError(const std::string& reason, Fault kind = Fault::kOther) : FaultError(kind, reason) {}
   AccessError(std::uint32_t page, const std::string& reason)
-      : std::runtime_error("page " + std::to_string(page) + ": " + reason), page_(page) {}
+      : FaultError(Fault::kDamaged, "page " + std::to_string(page) + ": " + reason), page_(page) {}
 
   // The page that is not as it should be, if the fault lies in one.
   std::optional<std::uint32_t> Page() const { return page_; }

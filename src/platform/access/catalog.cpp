@@ -65,7 +65,8 @@ CatalogEntry FindTable(const std::shared_ptr<File>& file, std::string_view name)
     }
     linked |= entry.type == 4 || entry.type == 6;
   }
-  throw AccessError("table " + std::string(name) + (linked ? " is linked to another file" : " does not exist"));
+  throw AccessError("table " + std::string(name) + (linked ? " is linked to another file" : " does not exist"),
+                    Fault::kNoTable);
 }
 
 }  // namespace marlevo::access

@@ -70,12 +70,12 @@ std::string CurrencyDigits(std::int64_t amount) {
   return amount < 0 ? text.substr(1) : text;
 }
 
-[[noreturn]] void Refuse(const ColumnDefinition& column, const std::string& why) {
-  throw ValueError("column " + column.shown.name + ": " + why);
+[[noreturn]] void Refuse(const ColumnDefinition& column, const std::string& why, Fault kind = Fault::kNumber) {
+  throw ValueError("column " + column.shown.name + ": " + why, kind);
 }
 
 [[noreturn]] void RefuseKind(const ColumnDefinition& column) {
-  Refuse(column, "a value of another kind is expected");
+  Refuse(column, "a value of another kind is expected", Fault::kOther);
 }
 
 std::int64_t WholeNumber(const ColumnDefinition& column, const Value& value, std::int64_t least, std::int64_t most) {
@@ -193,7 +193,7 @@ void AppendSingle(const ColumnDefinition& column, const Value& value, std::vecto
 void CheckLength(const ColumnDefinition& column, std::size_t length, const std::string& unit) {
   const std::size_t most = IsLongValue(column.shown.type) ? kLongestLongValue : column.shown.length;
   if (length > most) {
-    Refuse(column, "at most " + std::to_string(most) + " " + unit + " are stored");
+    Refuse(column, "at most " + std::to_string(most) + " " + unit + " are stored", Fault::kTextTooLong);
   }
 }
 
@@ -214,7 +214,7 @@ void AppendText(const ColumnDefinition& column, const TextCodec& codec, const Va
   }
   const std::optional<std::size_t> length = codec.Encode(*text, column.compressed && !column.fixed, out);
   if (!length) {
-    Refuse(column, "the file cannot store a character of \"" + std::string(*text) + "\"");
+    Refuse(column, "the file cannot store a character of \"" + std::string(*text) + "\"", Fault::kCharacter);
   }
   CheckLength(column, *length, "characters");
 }
@@ -241,7 +241,7 @@ void AppendGuid(const ColumnDefinition& column, const Value& value, std::vector<
     guid[kGuidOrder[i]] = std::byte{byte};
   }
   if (!shaped) {
-    Refuse(column, "\"" + std::string(*text) + "\" is not a GUID");
+    Refuse(column, "\"" + std::string(*text) + "\" is not a GUID", Fault::kOther);
   }
   out.insert(out.end(), guid.begin(), guid.end());
 }

@@ -39,7 +39,7 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
   file->code_page_override_ = options.code_page;
   if (!header.password.empty() &&
       file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
-    throw AccessError("the password is not that of the database");
+    throw AccessError("the password is not that of the database", Fault::kWrongPassword);
   }
   if (header.format->version == 3 && !options.code_page && file->CodePageOf(0) == kWestern &&
       LooksTraditionalChinese(file)) {
@@ -129,7 +129,7 @@ std::uint32_t File::TakePage() {
     }
   }
   if (pager_->PageCount() >= format_->max_pages) {
-    throw AccessError("the file has reached the largest size of its format");
+    throw AccessError("the file has reached the largest size of its format", Fault::kFileFull);
   }
   const std::uint32_t page = pager_->Append();
   map.Reach(page);

@@ -122,7 +122,7 @@ void Index::CheckNew(const RowKey& key) const {
   }
   // Empty is not equal to empty.
   if (Is(kIndexUnique) && key.nulls < keys_.size() && Contains(key.key)) {
-    throw ValueError("there is already a row with the same value in the index " + name_);
+    throw ValueError("there is already a row with the same value in the index " + name_, Fault::kDuplicate);
   }
 }
 

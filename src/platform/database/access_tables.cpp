@@ -23,9 +23,10 @@ constexpr char kTextOrder[] = "ACCESS";
 
 // What the tables of one SQLite connection share.
 struct File {
-  explicit File(access::Database& opened) : database(opened) {}
+  File(access::Database& opened, std::exception_ptr& first_failure) : database(opened), failure(first_failure) {}
 
   access::Database& database;
+  std::exception_ptr& failure;
   std::optional<access::Statement> statement;  // open while SQLite changes rows
 };
 
@@ -77,17 +78,17 @@ VirtualCursor& CursorOf(sqlite3_vtab_cursor* cursor) {
   return *static_cast<VirtualCursor*>(cursor);
 }
 
-// Runs `work`; what it throws becomes SQLite's result code and `message`.
+// Runs `work`. SQLite learns only that it failed; what it threw is kept, since the first failure is the reason for
+// those that follow.
 template <typename Work>
-int Guarded(char*& message, Work work) {
+int Guarded(File& file, Work work) {
   try {
     work();
     return SQLITE_OK;
-  } catch (const std::bad_alloc&) {
-    return SQLITE_NOMEM;
-  } catch (const std::exception& error) {
-    sqlite3_free(message);
-    message = sqlite3_mprintf("%s", error.what());
+  } catch (...) {
+    if (!file.failure) {
+      file.failure = std::current_exception();
+    }
     return SQLITE_ERROR;
   }
 }
@@ -123,9 +124,9 @@ std::string Declaration(const access::Table& table) {
   return "CREATE TABLE t (" + columns + ")";
 }
 
-int Connect(sqlite3* sql, void* aux, int, const char* const*, sqlite3_vtab** made, char** message) {
-  return Guarded(*message, [&] {
-    const auto& module = *static_cast<Module*>(aux);
+int Connect(sqlite3* sql, void* aux, int, const char* const*, sqlite3_vtab** made, char**) {
+  const auto& module = *static_cast<Module*>(aux);
+  return Guarded(*module.file, [&] {
     auto table = std::make_unique<VirtualTable>(*module.file, module.file->database.OpenTable(module.table_name));
     table->values.resize(table->table.Columns().size());
     table->buffers.resize(table->table.Columns().size());
@@ -196,7 +197,7 @@ void ChooseIndex(const access::Table& table, const std::string& plan, double wal
 // A plan names, for each argument that Filter gets, the column that it is compared with: one byte, column + 1. idxNum
 // is the place of the index to be used + 1, or 0.
 int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
-  return Guarded(table->zErrMsg, [&] {
+  return Guarded(TableOf(table).file, [&] {
     const access::Table& rows = TableOf(table).table;
     std::string plan;
     const double walked = static_cast<double>(rows.RowCount()) + 1;
@@ -231,7 +232,7 @@ int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
 }
 
 int OpenCursor(sqlite3_vtab* table, sqlite3_vtab_cursor** made) {
-  return Guarded(table->zErrMsg, [&] { *made = new VirtualCursor(); });
+  return Guarded(TableOf(table).file, [&] { *made = new VirtualCursor(); });
 }
 
 int CloseCursor(sqlite3_vtab_cursor* cursor) {
@@ -295,7 +296,7 @@ access::Cursor RowsOf(const access::Table& table, int index_number, std::string_
 }
 
 int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sqlite3_value** arguments) {
-  return Guarded(base->pVtab->zErrMsg, [&] {
+  return Guarded(TableOf(base).file, [&] {
     VirtualCursor& cursor = CursorOf(base);
     const access::Table& table = TableOf(base).table;
     std::vector<access::Equals> numbers;
@@ -333,7 +334,7 @@ int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sq
 }
 
 int Next(sqlite3_vtab_cursor* cursor) {
-  return Guarded(cursor->pVtab->zErrMsg, [&] { MoveToNext(CursorOf(cursor)); });
+  return Guarded(TableOf(cursor).file, [&] { MoveToNext(CursorOf(cursor)); });
 }
 
 int Eof(sqlite3_vtab_cursor* cursor) {
@@ -341,19 +342,19 @@ int Eof(sqlite3_vtab_cursor* cursor) {
 }
 
 int ColumnOf(sqlite3_vtab_cursor* base, sqlite3_context* result, int index) {
-  return Guarded(base->pVtab->zErrMsg, [&] {
+  return Guarded(TableOf(base).file, [&] {
     const auto column = static_cast<std::size_t>(index);
     SetResult(result, *CursorOf(base).rows, column, TableOf(base).table.Columns()[column].type);
   });
 }
 
 int RowIdOf(sqlite3_vtab_cursor* cursor, sqlite3_int64* id) {
-  return Guarded(cursor->pVtab->zErrMsg, [&] { *id = static_cast<sqlite3_int64>(CursorOf(cursor).rows->Row()); });
+  return Guarded(TableOf(cursor).file, [&] { *id = static_cast<sqlite3_int64>(CursorOf(cursor).rows->Row()); });
 }
 
 // arguments: the row to remove or NULL, then, unless it is a plain removal, the new row's id and its values.
 int Update(sqlite3_vtab* base, int count, sqlite3_value** arguments, sqlite3_int64* id) {
-  return Guarded(base->zErrMsg, [&] {
+  return Guarded(TableOf(base).file, [&] {
     VirtualTable& table = TableOf(base);
     if (count == 1) {
       table.table.Delete(static_cast<access::RowId>(sqlite3_value_int64(arguments[0])));
@@ -371,7 +372,7 @@ int Update(sqlite3_vtab* base, int count, sqlite3_value** arguments, sqlite3_int
 }
 
 int Begin(sqlite3_vtab* table) {
-  return Guarded(table->zErrMsg, [&] {
+  return Guarded(TableOf(table).file, [&] {
     File& file = TableOf(table).file;
     file.statement.emplace(file.database);
   });
@@ -379,11 +380,11 @@ int Begin(sqlite3_vtab* table) {
 
 // The last moment at which SQLite takes an error: so the statement ends here, and Commit has nothing left to do.
 int Sync(sqlite3_vtab* table) {
-  return Guarded(table->zErrMsg, [&] { TableOf(table).file.statement->Commit(); });
+  return Guarded(TableOf(table).file, [&] { TableOf(table).file.statement->Commit(); });
 }
 
 int EndStatement(sqlite3_vtab* table) {
-  return Guarded(table->zErrMsg, [&] { TableOf(table).file.statement.reset(); });
+  return Guarded(TableOf(table).file, [&] { TableOf(table).file.statement.reset(); });
 }
 
 constexpr sqlite3_module MakeModule() {
@@ -424,9 +425,9 @@ void Check(sqlite3* sql, int code) {
 
 }  // namespace
 
-void AddAccessTables(sqlite3* sql, access::Database& database) {
+void AddAccessTables(sqlite3* sql, access::Database& database, std::exception_ptr& failure) {
   Check(sql, sqlite3_create_collation_v2(sql, kTextOrder, SQLITE_UTF8, nullptr, Compare, nullptr));
-  const auto file = std::make_shared<File>(database);
+  const auto file = std::make_shared<File>(database, failure);
   for (const std::string& name : database.Tables()) {
     auto module = std::make_unique<Module>(Module{file, name});
     Check(sql, sqlite3_create_module_v2(sql, name.c_str(), &kModule, module.release(),

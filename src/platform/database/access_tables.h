@@ -5,17 +5,21 @@
 // of the form column = number and text column = text are checked while the file's rows are walked, so that SQLite sees
 // the rows that qualify only.
 //
-// A SQL statement that changes rows is one statement of the file. Errors of the engine reach SQLite as a result code
-// and a message, never as exceptions.
+// A SQL statement that changes rows is one statement of the file. Of an error of the engine SQLite gets a result code
+// only; the exception is left with the caller of SQLite.
 #pragma once
 
 #include <sqlite3.h>
+
+#include <exception>
 
 #include "platform/access/database.h"
 
 namespace marlevo {
 
-// `database` must outlive `sql`. Throws std::runtime_error when SQLite refuses, and what the engine throws.
-void AddAccessTables(sqlite3* sql, access::Database& database);
+// `database` and `failure` must outlive `sql`. Whenever a call of SQLite fails because of the engine, `failure` holds
+// what the engine threw, unless it held something already. Throws std::runtime_error when SQLite refuses, and what the
+// engine throws.
+void AddAccessTables(sqlite3* sql, access::Database& database, std::exception_ptr& failure);
 
 }  // namespace marlevo

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <exception>
 #include <set>
 #include <stdexcept>
 #include <utility>
@@ -20,6 +21,8 @@ constexpr char kExecuting[] = "執行資料庫指令";
 constexpr char kReading[] = "讀取資料庫";
 constexpr char kWriting[] = "寫入資料庫";
 
+constexpr char kNoSuchTable[] = "no such table: ";  // in SQLite's words
+
 struct CloseSql {
   void operator()(sqlite3* sql) const { sqlite3_close(sql); }
 };
@@ -29,11 +32,13 @@ struct FinalizeStatement {
 using SqlHandle = std::unique_ptr<sqlite3, CloseSql>;
 using StatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-// Runs `work`; any error of the layers below becomes a DatabaseError.
+// Runs `work`; any error of the layers below becomes a DatabaseError of the same kind.
 template <typename Work>
 auto Reported(const char* attempted, const std::string& subject, Work work) {
   try {
     return work();
+  } catch (const FaultError& error) {
+    throw DatabaseError(attempted, subject, error.what(), error.Kind());
   } catch (const std::exception& error) {
     throw DatabaseError(attempted, subject, error.what());
   }
@@ -71,7 +76,7 @@ class Connection::Session {
         database_(access::Database::Open(std::u8string(source.file.begin(), source.file.end()),
                                          {source.password, std::nullopt})),
         sql_(OpenSql()) {
-    AddAccessTables(sql_.get(), database_);
+    AddAccessTables(sql_.get(), database_, failure_);
     for (std::string& name : database_.Tables()) {
       tables_.insert(std::move(name));
     }
@@ -139,7 +144,7 @@ class Connection::Session {
     if (tables_.contains(table)) {
       return SQLITE_OK;
     }
-    refusal_ = std::string("no such table: ") + table;
+    refusal_ = std::string(kNoSuchTable) + table;
     return SQLITE_DENY;
   }
 
@@ -151,7 +156,10 @@ class Connection::Session {
     const int code = sqlite3_prepare_v2(sql_.get(), text.data(), static_cast<int>(text.size()), &compiled, &rest);
     StatementHandle statement(compiled);
     if (code != SQLITE_OK) {
-      throw std::runtime_error(refusal_.empty() ? sqlite3_errmsg(sql_.get()) : refusal_);
+      RethrowFailure();
+      const std::string words = refusal_.empty() ? sqlite3_errmsg(sql_.get()) : refusal_;
+      // SQLite has no code of its own for this one.
+      throw FaultError(words.starts_with(kNoSuchTable) ? Fault::kNoTable : Fault::kOther, words);
     }
     if (!statement) {
       throw std::runtime_error("there is no statement");
@@ -167,9 +175,17 @@ class Connection::Session {
   bool Step(sqlite3_stmt* statement) {
     const int code = sqlite3_step(statement);
     if (code != SQLITE_ROW && code != SQLITE_DONE) {
-      throw std::runtime_error(sqlite3_errmsg(sql_.get()));
+      RethrowFailure();
+      throw FaultError(code == SQLITE_FULL ? Fault::kDiskFull : Fault::kOther, sqlite3_errmsg(sql_.get()));
     }
     return code == SQLITE_ROW;
+  }
+
+  // What the engine threw, if it is the reason why SQLite failed.
+  void RethrowFailure() {
+    if (failure_) {
+      std::rethrow_exception(std::exchange(failure_, nullptr));
+    }
   }
 
   static void AddCell(Recordset::Rows& rows, sqlite3_stmt* statement, int column) {
@@ -189,7 +205,8 @@ class Connection::Session {
 
   std::string subject_;
   access::Database database_;
-  SqlHandle sql_;  // uses database_
+  std::exception_ptr failure_;
+  SqlHandle sql_;  // uses database_ and failure_
   std::set<std::string, std::less<>> tables_;
   // Of the statement being compiled.
   bool changes_rows_ = false;

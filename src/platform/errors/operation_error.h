@@ -2,18 +2,19 @@
 // report at the top of the program, so it carries everything that the operator has to know.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <utility>
 
+#include "platform/errors/fault.h"
+
 namespace marlevo {
 
-class OperationError : public std::runtime_error {
+class OperationError : public FaultError {
  public:
   // `attempted`: what was being done, in the operator's language ("讀取列印設定"); `subject`: the file or printer;
   // `reason`: the engine's own words. All UTF-8. what() is the reason.
-  OperationError(std::string attempted, std::string subject, const std::string& reason)
-      : std::runtime_error(reason), attempted_(std::move(attempted)), subject_(std::move(subject)) {}
+  OperationError(std::string attempted, std::string subject, const std::string& reason, Fault kind = Fault::kOther)
+      : FaultError(kind, reason), attempted_(std::move(attempted)), subject_(std::move(subject)) {}
 
   const std::string& Attempted() const { return attempted_; }
   const std::string& Subject() const { return subject_; }

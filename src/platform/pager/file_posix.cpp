@@ -12,9 +12,24 @@
 namespace marlevo::pager {
 namespace {
 
+Fault KindOf(int code) {
+  switch (code) {
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      return Fault::kDiskFull;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return Fault::kDenied;
+    default:
+      return Fault::kDiskFailed;
+  }
+}
+
 [[noreturn]] void Fail(const std::filesystem::path& path, const char* attempted) {
   const int code = errno;
-  throw PagerError(path, std::string(attempted) + ": " + std::generic_category().message(code));
+  throw PagerError(path, std::string(attempted) + ": " + std::generic_category().message(code), KindOf(code));
 }
 
 // Locks are single bytes far behind every page that the format allows.
@@ -124,7 +139,7 @@ class PosixFiles final : public FileSystem {
       if (errno == ENOENT || errno == ENOTDIR) return nullptr;
       Fail(path, "cannot be opened");
     }
-    if (!S_ISREG(status.st_mode)) throw PagerError(path, "is not a file");
+    if (!S_ISREG(status.st_mode)) throw PagerError(path, "is not a file", Fault::kDamaged);
     // A file that nobody may write is left alone by the superuser too.
     if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0) {
       if (const int handle = open(path.c_str(), O_RDWR | O_CLOEXEC); handle >= 0) {

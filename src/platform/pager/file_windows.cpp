@@ -24,9 +24,27 @@ std::string Reason(DWORD code) {
   return text.empty() ? "error " + std::to_string(code) : text;
 }
 
+Fault KindOf(DWORD code) {
+  switch (code) {
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+    case ERROR_DISK_QUOTA_EXCEEDED:
+    case ERROR_FILE_TOO_LARGE:
+      return Fault::kDiskFull;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_WRITE_PROTECT:
+      return Fault::kDenied;
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+      return Fault::kInUse;
+    default:
+      return Fault::kDiskFailed;
+  }
+}
+
 [[noreturn]] void Fail(const std::filesystem::path& path, const char* attempted) {
   const DWORD code = GetLastError();
-  throw PagerError(path, std::string(attempted) + ": " + Reason(code));
+  throw PagerError(path, std::string(attempted) + ": " + Reason(code), KindOf(code));
 }
 
 OVERLAPPED At(std::uint64_t offset) {

@@ -24,7 +24,7 @@ void Journal::Prepare() {
     file = files_->Create(path_);
     files_->SyncFolder(path_.parent_path());
   }
-  if (!file->Writable()) throw PagerError(path_, "may not be written");
+  if (!file->Writable()) throw PagerError(path_, "may not be written", Fault::kDenied);
   file_ = std::move(file);
 }
 

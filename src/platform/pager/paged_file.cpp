@@ -86,7 +86,8 @@ void PagedFile::Share() {
     Unshare();
     if (!file_->Writable()) {
       throw PagerError(path_,
-                       "was left in the middle of a change and cannot be repaired, because it may not be written");
+                       "was left in the middle of a change and cannot be repaired, because it may not be written",
+                       Fault::kDenied);
     }
     Own();
   }
@@ -102,7 +103,8 @@ void PagedFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
   const std::size_t size = format_.page_size;
   if (const std::size_t n = file_->ReadAt(std::uint64_t{first} * size, bytes); n != bytes.size()) {
     throw PagerError(path_,
-                     "ends inside page " + std::to_string(first + n / size) + " of " + std::to_string(page_count_));
+                     "ends inside page " + std::to_string(first + n / size) + " of " + std::to_string(page_count_),
+                     Fault::kDamaged);
   }
   if (!format_.crypt) return;
   for (std::size_t at = 0; at < bytes.size(); at += size) {
@@ -113,7 +115,7 @@ void PagedFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
 
 void PagedFile::PrepareToWrite() {
   if (!whole_pages_) {
-    throw PagerError(path_, "is not made of whole pages and can only be read");
+    throw PagerError(path_, "is not made of whole pages and can only be read", Fault::kDamaged);
   }
   journal_.Prepare();
 }
@@ -147,9 +149,13 @@ void PagedFile::Write(const std::vector<Page>& pages) {
 void PagedFile::Undo() {
   if (stage_ != Stage::kTouched) return;
   const std::unique_ptr<File> journal = files_.Open(journal_.Path());
-  if (!journal) throw PagerError(journal_.Path(), "is gone, and with it the way back from a broken change");
+  if (!journal) {
+    throw PagerError(journal_.Path(), "is gone, and with it the way back from a broken change", Fault::kDamaged);
+  }
   const Recovery recovery(*journal);
-  if (!recovery.Unfinished()) throw PagerError(journal_.Path(), "is damaged and cannot undo a broken change");
+  if (!recovery.Unfinished()) {
+    throw PagerError(journal_.Path(), "is damaged and cannot undo a broken change", Fault::kDamaged);
+  }
   recovery.PlayBack(*file_);
   LookAtSize();
   stage_ = Stage::kSettled;
@@ -244,7 +250,7 @@ void PagedFile::WriteJournal(const std::vector<Page>& pages) {
 std::vector<std::byte> PagedFile::RawPage(std::uint32_t page) {
   std::vector<std::byte> raw(format_.page_size);
   if (file_->ReadAt(std::uint64_t{page} * raw.size(), raw) != raw.size()) {
-    throw PagerError(path_, "ends inside page " + std::to_string(page));
+    throw PagerError(path_, "ends inside page " + std::to_string(page), Fault::kDamaged);
   }
   return raw;
 }

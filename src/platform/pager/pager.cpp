@@ -30,7 +30,7 @@ std::shared_ptr<Pager> Pager::Open(const std::filesystem::path& path, const Prob
                                    Limits limits) {
   const std::filesystem::path name = files.Resolve(path);
   std::unique_ptr<File> opened = files.Open(name);
-  if (!opened) throw PagerError(path, "does not exist");
+  if (!opened) throw PagerError(path, "does not exist", Fault::kMissing);
   const FileId id = opened->Id();
   if (std::shared_ptr<Pager> pager = Registered(files, id).lock()) return pager;
 
@@ -114,9 +114,11 @@ bool Pager::InStatement() const {
 
 void Pager::Begin() {
   if (statement_) throw std::logic_error("a statement is open already");
-  if (ReadOnly()) throw PagerError(file_->Path(), "may not be written");
+  if (ReadOnly()) throw PagerError(file_->Path(), "may not be written", Fault::kDenied);
   if (!file_->Owned()) {
-    if (!file_->Own()) throw PagerError(file_->Path(), "is open for writing in another program");
+    if (!file_->Own()) {
+      throw PagerError(file_->Path(), "is open for writing in another program", Fault::kInUse);
+    }
     if (readings_ == 0) ForgetPages();
   }
   file_->PrepareToWrite();
@@ -234,8 +236,10 @@ void Pager::LoadBlock(std::uint32_t first_page, std::span<std::byte> block) {
 
 void Pager::RequirePage(std::uint32_t page) const {
   if (page < page_count_) return;
-  throw PagerError(file_->Path(), "page " + std::to_string(page) + " is outside the file, which has " +
-                                      std::to_string(page_count_) + " pages");
+  throw PagerError(
+      file_->Path(),
+      "page " + std::to_string(page) + " is outside the file, which has " + std::to_string(page_count_) + " pages",
+      Fault::kDamaged);
 }
 
 void Pager::RequireStatement() const {

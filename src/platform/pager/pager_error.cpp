@@ -12,7 +12,7 @@ std::string Utf8(const std::filesystem::path& path) {
 
 }  // namespace
 
-PagerError::PagerError(std::filesystem::path path, const std::string& reason)
-    : std::runtime_error(Utf8(path) + ": " + reason), path_(std::move(path)) {}
+PagerError::PagerError(std::filesystem::path path, const std::string& reason, Fault kind)
+    : FaultError(kind, Utf8(path) + ": " + reason), path_(std::move(path)) {}
 
 }  // namespace marlevo::pager

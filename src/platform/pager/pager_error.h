@@ -3,15 +3,16 @@
 #pragma once
 
 #include <filesystem>
-#include <stdexcept>
 #include <string>
+
+#include "platform/errors/fault.h"
 
 namespace marlevo::pager {
 
-class PagerError : public std::runtime_error {
+class PagerError : public FaultError {
  public:
   // what() is "PATH: REASON" in UTF-8.
-  PagerError(std::filesystem::path path, const std::string& reason);
+  PagerError(std::filesystem::path path, const std::string& reason, Fault kind = Fault::kOther);
 
   const std::filesystem::path& Path() const { return path_; }
 

@@ -42,7 +42,8 @@ QPrinterInfo DefaultPrinter() {
   if (printer.isNull()) {
     throw PrinterError(
         "尋找預設印表機", "預設印表機",
-        QPrinterInfo::availablePrinterNames().isEmpty() ? "系統沒有安裝印表機" : "系統沒有設定預設印表機");
+        QPrinterInfo::availablePrinterNames().isEmpty() ? "系統沒有安裝印表機" : "系統沒有設定預設印表機",
+        Fault::kExplained);
   }
   return printer;
 }
@@ -52,7 +53,7 @@ QPrinterInfo DefaultPrinter() {
 void SetUpPage(QPrinter& printer, const QPageSize& size, const std::string& name) {
   const auto require = [&](bool done, const char* reason) {
     if (!done) {
-      throw PrinterError("設定列印頁面", name, reason);
+      throw PrinterError("設定列印頁面", name, reason, Fault::kExplained);
     }
   };
   printer.setFullPage(true);
@@ -145,11 +146,11 @@ QPainter& PrintJob::PainterOnPage() {
     KeepFreedBlocks();
     auto painter = std::make_unique<QPainter>();
     if (!painter->begin(&printer)) {
-      throw PrinterError("開始列印", printer.printerName().toStdString(), "印表機無法開始列印工作");
+      throw PrinterError("開始列印", printer.printerName().toStdString(), "印表機無法開始列印工作", Fault::kExplained);
     }
     painter_ = std::move(painter);
   } else if (!on_page_ && !printer.newPage()) {
-    throw PrinterError("換頁", printer.printerName().toStdString(), "印表機無法開始新的一頁");
+    throw PrinterError("換頁", printer.printerName().toStdString(), "印表機無法開始新的一頁", Fault::kExplained);
   }
   if (!on_page_) {
     on_page_ = true;
@@ -184,8 +185,11 @@ void PrintJob::End() {
   printer_.reset();
   GiveBackFreedBlocks();
   on_page_ = false;
-  if (!ended || !refusal.empty()) {
-    throw PrinterError("送出列印工作", name, refusal.empty() ? "印表機無法結束列印工作" : refusal);
+  if (!refusal.empty()) {
+    throw PrinterError("送出列印工作", name, refusal, Fault::kPrinter);
+  }
+  if (!ended) {
+    throw PrinterError("送出列印工作", name, "印表機無法結束列印工作", Fault::kExplained);
   }
 }
 

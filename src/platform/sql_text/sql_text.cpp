@@ -9,7 +9,7 @@ namespace marlevo {
 namespace {
 
 [[noreturn]] void Refuse(std::string_view value, const std::string& why) {
-  throw DatabaseError("組成資料庫指令", "4star.mdb", "「" + std::string(value) + "」" + why);
+  throw DatabaseError("組成資料庫指令", "4star.mdb", "「" + std::string(value) + "」" + why, Fault::kExplained);
 }
 
 bool IsPlainNumber(std::string_view text) {

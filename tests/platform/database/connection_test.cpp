@@ -275,6 +275,32 @@ TEST(ConnectionOpening, SaysWhyItCannotOpen) {
   EXPECT_NE(refused(folder.Path() / "text.mdb"), "");
 }
 
+TEST(ConnectionFaults, HaveTheirKind) {
+  const testing_support::ScratchFolder folder;
+  const std::filesystem::path file = folder.Path() / "kinds.mdb";
+  access::Database::Create(file, "",
+                           {{"T",
+                             {{"A", access::ColumnType::kLong}, {"B", access::ColumnType::kText, 3}},
+                             {{.name = "K", .columns = {{"A"}}, .primary_key = true}}}});
+  Connection connection(FileConnectionString(file));
+  connection.Execute("INSERT INTO T VALUES (1,'abc')");
+  const std::pair<const char*, Fault> cases[] = {{"INSERT INTO T VALUES (1,'x')", Fault::kDuplicate},
+                                                 {"INSERT INTO T VALUES (2,'abcd')", Fault::kTextTooLong},
+                                                 {"INSERT INTO T VALUES (2147483648,'')", Fault::kNumber},
+                                                 {"INSERT INTO T VALUES (2,'\xFF')", Fault::kCharacter},
+                                                 {"DELETE FROM U", Fault::kNoTable},
+                                                 {"DELETE FROM sqlite_master", Fault::kOther},
+                                                 {"DELETE FROM T WHERE C=1", Fault::kOther}};
+  for (const auto& [sql, kind] : cases) {
+    try {
+      connection.Execute(sql);
+      ADD_FAILURE() << sql;
+    } catch (const DatabaseError& error) {
+      EXPECT_EQ(error.Kind(), kind) << sql << ": " << error.what();
+    }
+  }
+}
+
 TEST(ConnectionColumns, ServesTablesOfEveryColumnType) {
   testing_support::ScratchFolder folder;
   using access::ColumnType;

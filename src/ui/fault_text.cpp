@@ -1,0 +1,43 @@
+#include "ui/fault_text.h"
+
+namespace marlevo {
+
+QString FaultText(Fault kind) {
+  switch (kind) {
+    case Fault::kExplained:
+      return {};
+    case Fault::kMissing:
+      return "找不到檔案。請確認檔案沒有被移走、改名或刪除。";
+    case Fault::kWrongPassword:
+      return "資料庫的密碼不符，這個檔案不是本程式的資料庫。";
+    case Fault::kDamaged:
+      return "檔案已經損壞，或者不是 Access 資料庫。請換上備份的檔案，或用 Access 修復。";
+    case Fault::kInUse:
+      return "檔案正由另一個程式開啟，現在不能寫入。請關閉那個程式，再試一次。";
+    case Fault::kDenied:
+      return "沒有權限讀寫，或者檔案、資料夾、磁碟是唯讀的。請解除唯讀或取得權限，再試一次。";
+    case Fault::kDiskFull:
+      return "磁碟空間不足，資料沒有存入。請清出空間，再試一次。";
+    case Fault::kDiskFailed:
+      return "磁碟無法讀寫。請檢查磁碟或網路連線，再試一次。";
+    case Fault::kFileFull:
+      return "資料庫檔案已經達到最大容量。請刪除不用的記錄，再用 Access 壓縮檔案。";
+    case Fault::kNoTable:
+      return "資料庫裡缺少需要的資料表，這個檔案不是本程式的資料庫。";
+    case Fault::kDuplicate:
+      return "資料庫裡已經有相同的資料，不能重複存入。";
+    case Fault::kTextTooLong:
+      return "文字太長，超過欄位的長度。請縮短，再試一次。";
+    case Fault::kNumber:
+      return "數字太大，或者不是欄位可以存放的數字。請改正，再試一次。";
+    case Fault::kCharacter:
+      return "文字裡有這個資料庫檔案無法存放的字。請換成別的字，再試一次。";
+    case Fault::kPrinter:
+      return "印表機沒有接受列印工作。請檢查印表機，再試一次。";
+    case Fault::kOther:
+      break;
+  }
+  return "這項工作無法完成。請把下面的說明交給維護人員。";
+}
+
+}  // namespace marlevo
