@@ -1,12 +1,14 @@
 // Faults that only POSIX systems let a test bring about: a medium that may not be written to, and a full disk.
-#include <sys/resource.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <fstream>
 
 #include "customer_windows.h"
 #include "customers/frmCustom.h"
 #include "customers/frmSave.h"
+#include "platform/access/database.h"
 #include "stored_rows.h"
 #include "support/largest_list.h"
 
@@ -46,25 +48,57 @@ class ReadOnlyFolder {
   uid_t user_;
 };
 
-// No file can grow beyond this size while it lives: a write beyond it fails as on a full disk.
-class DiskLimit {
+// A disk of 8 MB that this process alone sees, mounted on a new folder.
+class SmallDisk {
  public:
-  explicit DiskLimit(std::uintmax_t bytes) {
-    before_ = std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &unlimited_);
-    const rlimit limited{static_cast<rlim_t>(bytes), unlimited_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limited);
+  explicit SmallDisk(std::filesystem::path folder) : folder_(std::move(folder)) {
+    std::filesystem::create_directory(folder_);
+    mounted_ = unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               mount("tmpfs", folder_.c_str(), "tmpfs", 0, "size=8m") == 0;
   }
-  ~DiskLimit() {
-    setrlimit(RLIMIT_FSIZE, &unlimited_);
-    std::signal(SIGXFSZ, before_);
+  ~SmallDisk() {
+    if (mounted_) {
+      umount2(folder_.c_str(), MNT_DETACH);
+    }
   }
-  DiskLimit(const DiskLimit&) = delete;
-  DiskLimit& operator=(const DiskLimit&) = delete;
+  SmallDisk(const SmallDisk&) = delete;
+  SmallDisk& operator=(const SmallDisk&) = delete;
+
+  bool Mounted() const { return mounted_; }
+  const std::filesystem::path& Folder() const { return folder_; }
 
  private:
-  rlimit unlimited_{};
-  void (*before_)(int);
+  std::filesystem::path folder_;
+  bool mounted_;
+};
+
+// Leaves that many bytes free on a disk as long as it lives.
+class Filling {
+ public:
+  Filling(const SmallDisk& disk, std::uintmax_t room) : file_(disk.Folder() / "filling") {
+    std::ofstream(file_) << std::string(std::filesystem::space(disk.Folder()).available - room, 'x');
+  }
+  ~Filling() { std::filesystem::remove(file_); }
+  Filling(const Filling&) = delete;
+  Filling& operator=(const Filling&) = delete;
+
+ private:
+  std::filesystem::path file_;
+};
+
+class FullDiskTest : public CustomerWindowsTest {
+ protected:
+  void SetUp() override {
+    if (!disk_.Mounted()) {
+      GTEST_SKIP() << "no disk was filled up: only root may mount one";
+    }
+    file_ = disk_.Folder() / "4star.mdb";
+    MakeDatabase(file_);
+    AddCustomer({"A01", "王小明", "", "", ""});
+  }
+
+  const ModalStep report_ = ExpectErrorReport("磁碟空間不足", "繼續");
+  SmallDisk disk_{folder_.Path() / "disk"};
 };
 
 TEST_F(FaultsPosixTest, AReadOnlyFolderCanBeLookedAtButNotChanged) {
@@ -77,34 +111,52 @@ TEST_F(FaultsPosixTest, AReadOnlyFolderCanBeLookedAtButNotChanged) {
     PressRow(window, "mfgCustom_H", 0);
     EXPECT_EQ(RowsText(window, "lstRecord"), "2002/10/05-14:30:12     1張\n");
     Enter(window, "txtCustom_No", "A02");
-    Press(window, "cmdAdd", {ExpectErrorReport("執行資料庫指令", "繼續")});
+    Press(window, "cmdAdd", {ExpectErrorReport("唯讀", "繼續")});
     EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
     Enter(window, "txtCustom_No", "A01");
-    Press(window, "cmdEdit", {ExpectErrorReport("執行資料庫指令", "繼續")});
+    Press(window, "cmdEdit", {ExpectErrorReport("唯讀", "繼續")});
   }
   EXPECT_EQ(Customers(), "A01|王小明|||\n");
 }
 
-TEST_F(FaultsPosixTest, AFullDiskKeepsTheFirstRowsOfASave) {
-  AddCustomer({"A01", "王小明", "", "", ""});
-  AddCustomer({"A02", "陳大文", "", "", ""});
+TEST_F(FullDiskTest, ASaveThatFailsIsNotStoredAndTheNextOneIsStoredOnce) {
   const CurrentList list = LargestList();
-  frmSave window(nullptr, Opening(), list);
-  window.show();
-  const auto save = [&](int row, const QString& number, const ModalStep& end) {
-    PressRow(window, "mfgCustom_H", row);
-    Press(window, "cmdPrint", {ExpectQuestion("確定要將號碼組合資料存檔到 [" + number + "] ?", QMessageBox::Yes), end});
-  };
+  const ModalStep yes = ExpectQuestion("確定要將號碼組合資料存檔到 [A01] ?", QMessageBox::Yes);
   {
-    const DiskLimit full(std::filesystem::file_size(file_) + 300'000);
-    save(0, "A01", ExpectErrorReport("4star.mdb", "繼續"));
-    EXPECT_TRUE(Find<QWidget>(window, "picMsg").isHidden());
+    frmSave window(nullptr, Opening(), list);
+    window.show();
+    for (const std::uintmax_t room : {300'000, 0}) {
+      const Filling filling(disk_, room);
+      Press(window, "cmdPrint", {yes, report_});
+      EXPECT_TRUE(Find<QWidget>(window, "picMsg").isHidden());
+      EXPECT_EQ(Tickets("A01"), "") << "with room for " << room;
+    }
+    Press(window, "cmdPrint", {yes, ExpectMessage("存檔完畢 !")});
   }
-  // There is room again.
-  save(1, "A02", ExpectMessage("存檔完畢 !"));
-  Connection connection(Opening());
-  StoredOfSave(connection, "A01", list);
-  EXPECT_EQ(StoredOfSave(connection, "A02", list), 23000U);
+  {
+    Connection connection(Opening());
+    EXPECT_EQ(StoredOfSave(connection, "A01", list), 23000U);
+  }
+  EXPECT_EQ(access::Database::Open(file_, {"qorvat", std::nullopt}).Check(), std::vector<std::string>());
+}
+
+TEST_F(FullDiskTest, AChangeThatFailsKeepsTheCustomer) {
+  AddRecord("A01", "20021005143012", {"0 25 1234"});
+  const std::string before = Customers() + Tickets("A01");
+  frmCustom window(nullptr, Opening());
+  window.show();
+  PressRow(window, "mfgCustom_H", 0);
+  Enter(window, "txtMemo1", "每週三");
+  {
+    const Filling filling(disk_, 0);
+    Press(window, "cmdEdit", {report_});
+    Press(window, "cmdDel",
+          {[](QWidget& box) { qobject_cast<QMessageBox*>(&box)->button(QMessageBox::Yes)->click(); }, report_});
+  }
+  EXPECT_EQ(Customers() + Tickets("A01"), before);
+  EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
+  Press(window, "cmdEdit");
+  EXPECT_EQ(Customers(), "A01|王小明|||每週三\n");
 }
 
 }  // namespace

@@ -38,6 +38,10 @@ void Database::Flush() {
   file_->Pages().Flush();
 }
 
+void Database::Discard() noexcept {
+  file_->Pages().Discard();
+}
+
 std::vector<std::string> Database::Check() const {
   return CheckFile(file_);
 }

@@ -53,6 +53,8 @@ class Database {
 
   // Every completed statement is on the disk when this returns.
   void Flush();
+  // Undoes the completed statements that are not on the disk.
+  void Discard() noexcept;
 
   // Structural faults of the whole file, one line each, none when it is sound: maps, counts, pages owned twice or by
   // nobody known, rows that do not parse. Reads every page.

@@ -12,6 +12,7 @@
 #include "platform/database/access_tables.h"
 #include "platform/database/recordset_rows.h"
 #include "platform/errors/operation_error.h"
+#include "platform/pager/pager_error.h"
 
 namespace marlevo {
 namespace {
@@ -90,7 +91,7 @@ class Connection::Session {
     if (!changes_rows_) {
       throw std::runtime_error("not a statement that changes rows");
     }
-    Step(statement.get());
+    OnDisk([&] { Step(statement.get()); });
   }
 
   std::unique_ptr<Recordset::Rows> Read(std::string_view text) {
@@ -113,7 +114,9 @@ class Connection::Session {
     return rows;
   }
 
-  void Flush() { database_.Flush(); }
+  void Flush() {
+    OnDisk([&] { database_.Flush(); });
+  }
 
  private:
   // Called for everything that a statement would do, while it is compiled.
@@ -151,6 +154,7 @@ class Connection::Session {
   StatementHandle Prepare(std::string_view text) {
     changes_rows_ = false;
     refusal_.clear();
+    failure_ = nullptr;
     sqlite3_stmt* compiled = nullptr;
     const char* rest = nullptr;
     const int code = sqlite3_prepare_v2(sql_.get(), text.data(), static_cast<int>(text.size()), &compiled, &rest);
@@ -185,6 +189,18 @@ class Connection::Session {
   void RethrowFailure() {
     if (failure_) {
       std::rethrow_exception(std::exchange(failure_, nullptr));
+    }
+  }
+
+  // Changes the file. When the disk refuses, what was executed before and is not on the disk is undone as well: nobody
+  // has been told that it is stored, and a later flush would store it beside the operator's next attempt.
+  template <typename Work>
+  void OnDisk(Work work) {
+    try {
+      work();
+    } catch (const pager::PagerError&) {
+      database_.Discard();
+      throw;
     }
   }
 

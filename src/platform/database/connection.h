@@ -10,7 +10,9 @@
 // too long or not a number in a number column, a character that the file's code page lacks) is refused, never cut or
 // rounded.
 //
-// Every failure is a DatabaseError: subject is the file, what() the engine's own words.
+// Every failure is a DatabaseError: subject is the file, what() the engine's own words. When the disk refuses, what was
+// executed since the last Flush and is not on the disk yet is undone with it, so it can be done again without being
+// stored twice.
 #pragma once
 
 #include <memory>

@@ -210,6 +210,14 @@ void Pager::Flush() {
   if (page_count_ > 0 && !statement_) file_->Publish();
 }
 
+void Pager::Discard() noexcept {
+  Rollback();
+  if (changed_.empty()) return;
+  changed_.clear();
+  page_count_ = file_->PageCount();
+  ++change_count_;
+}
+
 void Pager::BeginReading() {
   if (readings_ == 0 && !file_->Owned()) {
     file_->Share();

@@ -124,6 +124,9 @@ class Pager {
 
   // Everything committed is durable when it returns.
   void Flush();
+  // Undoes every committed statement that is not in the file yet, and the open one. For whoever does not want to try a
+  // failed Flush again.
+  void Discard() noexcept;
 
  private:
   friend class Reading;
