@@ -1,10 +1,11 @@
 #include "database/stores.h"
 
+#include <algorithm>
 #include <random>
 #include <stdexcept>
 
 #include "platform/access/database.h"
-#include "platform/database/connection_string.h"
+#include "platform/database/connection.h"
 #include "tools/make_database/new_database.h"
 
 namespace marlevo::bench {
@@ -57,8 +58,16 @@ std::string InsertSql(const Ticket& ticket) {
   return sql + ")";
 }
 
-void MakeStore(const std::filesystem::path& file, const std::vector<Ticket>& tickets) {
-  MakeDatabase(file);
+void MakeStore(const std::filesystem::path& file, const std::vector<Ticket>& tickets, Indexes indexes) {
+  std::vector<access::TableSchema> tables = NewTables();
+  if (indexes == Indexes::kCustomer) {
+    access::TableSchema& purchases = *std::ranges::find(tables, "CUSTOM_D", &access::TableSchema::name);
+    purchases.indexes = {{.name = "PrimaryKey",
+                          .columns = {{"CUSTOM_NO"}, {"SAL_DATE"}, {"PLAY_MODE"}, {"PLAY_SEQ"}},
+                          .primary_key = true},
+                         {.name = "CUSTOM_NO", .columns = {{"CUSTOM_NO"}}}};
+  }
+  access::Database::Create(file, ParseConnectionString(FileConnectionString(file)).password, tables);
   AddTickets(file, tickets);
 }
 
@@ -75,7 +84,7 @@ void AddTickets(const std::filesystem::path& file, const std::vector<Ticket>& ti
   database.Flush();
 }
 
-SqliteStore::SqliteStore(const std::filesystem::path& file, const std::vector<Ticket>& tickets) {
+SqliteStore::SqliteStore(const std::filesystem::path& file, const std::vector<Ticket>& tickets, Indexes indexes) {
   if (sqlite3_open(file.string().c_str(), &sql_) != SQLITE_OK) {
     throw std::runtime_error("the yardstick's file cannot be made");
   }
@@ -83,6 +92,10 @@ SqliteStore::SqliteStore(const std::filesystem::path& file, const std::vector<Ti
   Run("PRAGMA synchronous=NORMAL");
   Run("CREATE TABLE CUSTOM_D (CUSTOM_NO TEXT, SAL_DATE TEXT, PLAY_MODE INTEGER, PLAY_AMT REAL, PLAY_SEQ INTEGER, "
       "NO1 INTEGER, NO2 INTEGER, NO3 INTEGER, NO4 INTEGER)");
+  if (indexes == Indexes::kCustomer) {
+    Run("CREATE UNIQUE INDEX PrimaryKey ON CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_SEQ)");
+    Run("CREATE INDEX CUSTOM_NO ON CUSTOM_D (CUSTOM_NO)");
+  }
   Add(tickets);
   Run("PRAGMA wal_checkpoint(TRUNCATE)");
 }
@@ -125,6 +138,42 @@ std::size_t SqliteStore::Run(std::string_view text) {
     throw std::runtime_error(message);
   }
   return rows;
+}
+
+void MeasureSaving(YardstickTable& table, const std::filesystem::path& folder, Indexes indexes, double limit) {
+  const std::filesystem::path file = folder / "saved.mdb";
+  MakeStore(file, {}, indexes);
+  SqliteStore sqlite(folder / "saved.db", {}, indexes);
+  Connection connection(FileConnectionString(file));
+  std::vector<std::string> statements;
+  for (const Ticket& ticket : Record(23000)) {
+    statements.push_back(InsertSql(ticket));
+  }
+  table.Row("23,000 INSERTs, durable",
+            {.prepare =
+                 [&] {
+                   connection.Execute("DELETE FROM CUSTOM_D");
+                   connection.Flush();
+                 },
+             .run =
+                 [&] {
+                   for (const std::string& statement : statements) {
+                     connection.Execute(statement);
+                   }
+                   connection.Flush();
+                 }},
+            {.prepare =
+                 [&] {
+                   sqlite.Run("DELETE FROM CUSTOM_D");
+                   sqlite.Run("PRAGMA wal_checkpoint(TRUNCATE)");
+                 },
+             .run =
+                 [&] {
+                   for (const std::string& statement : statements) {
+                     sqlite.Run(statement);
+                   }
+                 }},
+            limit, 10);
 }
 
 }  // namespace marlevo::bench

@@ -37,6 +37,16 @@ class YardstickTable {
                 passed ? "  OVER" : "");
   }
 
+  // A figure that must not pass so many milliseconds, whatever a yardstick would take.
+  void WithinMilliseconds(const char* name, const std::function<void()>& run, double limit, int rounds) {
+    double best = std::numeric_limits<double>::max();
+    for (int round = 0; round < rounds; ++round) {
+      best = std::min(best, Microseconds({.prepare = {}, .run = run}) / 1000);
+    }
+    over_ = over_ || best > limit;
+    std::printf("%-34s %9.3f ms, limit %g ms%s\n", name, best, limit, best > limit ? "  OVER" : "");
+  }
+
   // For main(): 1 when any row passed its limit.
   int ExitStatus() const { return over_ ? 1 : 0; }
 

@@ -128,24 +128,14 @@ class ModelTest : public DatabaseFixture, public testing::WithParamInterface<boo
  protected:
   void SetUp() override {
     if (GetParam()) {
-      using enum access::ColumnType;
+      std::vector<access::TableSchema> tables = NewTables();
+      tables.back().indexes = {{.name = "customer", .columns = {{"CUSTOM_NO"}, {"PLAY_MODE", true}}},
+                               {.name = "date", .columns = {{"SAL_DATE", true}}, .ignore_nulls = true},
+                               {.name = "amount", .columns = {{"PLAY_AMT"}}},
+                               {.name = "record", .columns = {{"PLAY_SEQ", true}, {"NO1"}}},
+                               {.name = "digits", .columns = {{"NO1"}, {"NO2"}, {"NO3"}}, .ignore_nulls = true}};
       std::filesystem::remove(file_);
-      access::Database::Create(file_, "qorvat",
-                               {{"CUSTOM_D",
-                                 {{"CUSTOM_NO", kText, 50},
-                                  {"SAL_DATE", kText, 14},
-                                  {"PLAY_MODE", kLong},
-                                  {"PLAY_AMT", kDouble},
-                                  {"PLAY_SEQ", kLong},
-                                  {"NO1", kLong},
-                                  {"NO2", kLong},
-                                  {"NO3", kLong},
-                                  {"NO4", kLong}},
-                                 {{.name = "customer", .columns = {{"CUSTOM_NO"}, {"PLAY_MODE", true}}},
-                                  {.name = "date", .columns = {{"SAL_DATE", true}}, .ignore_nulls = true},
-                                  {.name = "amount", .columns = {{"PLAY_AMT"}}},
-                                  {.name = "record", .columns = {{"PLAY_SEQ", true}, {"NO1"}}},
-                                  {.name = "digits", .columns = {{"NO1"}, {"NO2"}, {"NO3"}}, .ignore_nulls = true}}}});
+      access::Database::Create(file_, "qorvat", tables);
     }
   }
 };
