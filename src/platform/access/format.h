@@ -41,6 +41,8 @@ inline constexpr std::uint32_t kObjectsPage = 2;  // definition of MSysObjects
 inline constexpr std::uint16_t kGeneralLanguage = 0x0409;  // of files and columns whose texts are ordered as "General"
 inline constexpr std::uint16_t kCountry = 1;               // of a new Jet 3 file and its columns
 
+inline constexpr std::size_t kIndexKeysAt = 4;  // in a counter block of an index
+
 inline constexpr std::size_t kMaxColumns = 255;
 inline constexpr std::size_t kMaxNameLength = 64;
 inline constexpr std::size_t kMaxIndexColumns = 10;
@@ -77,7 +79,7 @@ struct Format {
     std::size_t body;
   } definition;
 
-  // Table definition: one real index's counter, in the body's first part.
+  // Table definition: one real index's block in the body's first part; four bytes into it stands the count of its keys.
   std::size_t index_counter_size;
 
   // Table definition: column descriptor.

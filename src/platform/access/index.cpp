@@ -45,6 +45,8 @@ KeyValue ValueOf(const File& file, const ColumnDefinition& column, Bytes stored,
 
 Index::Index(File& file, std::uint32_t page, const TableDefinition& table, std::size_t real_index)
     : file_(&file),
+      page_(page),
+      keys_at_(file.Layout().definition.body + real_index * file.Layout().index_counter_size + kIndexKeysAt),
       name_(NameOf(table, real_index)),
       flags_(table.real_indexes[real_index].flags),
       tree_(file, page, table.real_indexes[real_index].root, table.real_indexes[real_index].owned_map) {
@@ -116,12 +118,17 @@ std::optional<Key> Index::KeyStart(std::span<const Value> values) const {
   return key;
 }
 
-void Index::CheckNew(const RowKey& key) const {
+// Empty is not equal to empty.
+bool Index::ForbidsTwice(const RowKey& key) const {
+  return Is(kIndexUnique) && key.nulls < keys_.size();
+}
+
+void Index::CheckNew(RowKey& key) const {
   if (Is(kIndexRequired) && key.nulls > 0) {
     throw ValueError("the index " + name_ + " does not allow an empty value in its columns");
   }
-  // Empty is not equal to empty.
-  if (Is(kIndexUnique) && key.nulls < keys_.size() && Contains(key.key)) {
+  key.taken = Lists(key) && Contains(key.key);
+  if (key.taken && ForbidsTwice(key)) {
     throw ValueError("there is already a row with the same value in the index " + name_, Fault::kDuplicate);
   }
 }
@@ -148,6 +155,9 @@ void Index::Insert(const RowKey& key, RowId row) const {
     Key entry = key.key;
     AppendEntryRow(row, entry);
     tree_.Insert(entry);
+    if (!key.taken) {
+      CountKey(1);
+    }
   }
 }
 
@@ -160,6 +170,16 @@ void Index::Erase(const RowKey& key, RowId row) const {
   if (!tree_.Erase(entry)) {
     throw AccessError("the index " + name_ + " lacks the row; open the file in Access and compact it");
   }
+  if (ForbidsTwice(key) || !Contains(key.key)) {
+    CountKey(-1);
+  }
+}
+
+// Other writers let the count grow beyond what there is; it only helps to guess how many rows a search will find.
+void Index::CountKey(std::int32_t change) const {
+  const pager::PageEdit page = file_->Change(page_);
+  std::byte* keys = &page.Bytes()[keys_at_];
+  StoreU32(keys, static_cast<std::uint32_t>(std::max(std::int64_t{LoadU32(keys)} + change, std::int64_t{0})));
 }
 
 }  // namespace marlevo::access

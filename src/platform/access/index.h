@@ -34,6 +34,7 @@ class Index {
   struct RowKey {
     Key key;
     std::size_t nulls = 0;  // indexed columns that are null
+    bool taken = false;     // a row of the table has it; set by CheckNew
   };
 
   // Of a row of the index's own table; or of another one, of which `columns` refer to this index's columns in turn.
@@ -47,7 +48,7 @@ class Index {
   std::optional<Key> KeyStart(std::span<const Value> values) const;
 
   // Throws ValueError when a row with this key may not come into the table.
-  void CheckNew(const RowKey& key) const;
+  void CheckNew(RowKey& key) const;
 
   // Whether some row has the key; whether this row has it.
   bool Contains(Bytes key) const;
@@ -56,14 +57,19 @@ class Index {
   // Whether the index has an entry for a row with this key.
   bool Lists(const RowKey& key) const;
 
-  // Inside a statement. Erase throws AccessError when there is no entry of the row.
+  // Inside a statement. `key` has been given to CheckNew before Insert. Erase throws AccessError when there is no entry
+  // of the row.
   void Insert(const RowKey& key, RowId row) const;
   void Erase(const RowKey& key, RowId row) const;
 
  private:
   bool Is(std::uint8_t flag) const { return (flags_ & flag) != 0; }
+  bool ForbidsTwice(const RowKey& key) const;
+  void CountKey(std::int32_t change) const;
 
   File* file_;
+  std::uint32_t page_;   // the table's definition page
+  std::size_t keys_at_;  // on that page: how many different keys there are
   std::string name_;
   std::uint8_t flags_;
   std::vector<ColumnDefinition> columns_;

@@ -78,16 +78,51 @@ IndexTree::Path IndexTree::Descend(Bytes sought) const {
   }
 }
 
-// Some writers may append leaves that no higher page knows yet; they can be read but not be kept right.
-IndexTree::Path IndexTree::DescendToChange(Bytes entry) const {
-  Path path = Descend(entry);
-  const bool rightmost = std::all_of(path.begin(), path.end() - 1,
-                                     [](const Step& step) { return step.child + 1 == step.page.ChildCount(); });
-  if (rightmost && path.back().page.links.next != 0) {
-    throw AccessError(path.back().number,
-                      "the last leaf of the index is followed by another; open the file in Access and compact it");
+// Some writers append leaves that no higher page knows yet: they can only be reached from the leaf before.
+void IndexTree::AdoptFollowers() const {
+  const std::vector<std::byte> beyond_all(LongestEntry() + 1, std::byte{0xFF});
+  for (std::uint32_t pages = file_->Pages().PageCount(); pages > 0; --pages) {
+    Path path = Descend(beyond_all);
+    Step leaf = std::move(path.back());
+    const std::uint32_t next = leaf.page.links.next;
+    if (next == 0) {
+      return;
+    }
+    path.pop_back();
+    if (path.empty()) {
+      path.push_back(std::move(leaf));
+      GrowRoot(path);
+      leaf = std::move(path.back());
+      path.pop_back();
+      Store(leaf);
+      Link(next, leaf.number, std::nullopt);
+    }
+    const IndexPage follower = Load(next);
+    const std::size_t count = leaf.page.Count();
+    if (!follower.IsLeaf() || follower.Count() == 0 || count == 0 || follower.links.previous != leaf.number ||
+        !std::ranges::lexicographical_compare(leaf.page.Entry(count - 1), follower.Entry(0))) {
+      throw AccessError(next, "the leaves at the end of the index are not in order");
+    }
+    Step& parent = path.back();
+    if (parent.page.links.tail == leaf.number) {
+      parent.page.InsertChild(parent.page.Count(), leaf.page.Entry(count - 1), leaf.number);
+    }
+    parent.page.links.tail = next;
+    UsageMap(*file_, owned_map_).Add(next);
+    const std::vector<std::byte> last = Copy(follower.Entry(follower.Count() - 1));
+    StoreChanged(std::move(path), last, true);
   }
-  return path;
+  throw AccessError(root_, "the leaves of the index are chained in a circle");
+}
+
+// The leaf in which an entry is or would be; the last one has no follower.
+IndexTree::Leaf IndexTree::FindLeafToChange(Bytes sought) const {
+  Leaf leaf = FindLeaf(sought);
+  if (!leaf.rightmost || leaf.view.Links().next == 0) {
+    return leaf;
+  }
+  AdoptFollowers();
+  return FindLeaf(sought);
 }
 
 std::uint32_t IndexTree::TakePage() const {
@@ -125,12 +160,12 @@ void IndexTree::Link(std::uint32_t number, std::optional<std::uint32_t> previous
 // Most changes concern one leaf only: no bound changes, no page begins or ends. Those are done in place; the rightmost
 // leaf has no bound.
 bool IndexTree::Insert(Bytes entry) const {
-  Leaf leaf = FindLeaf(entry);
+  Leaf leaf = FindLeafToChange(entry);
   const IndexPageView::Place place = leaf.view.LowerBound(entry);
   if (!leaf.view.IsEnd(place) && leaf.view.IsEntry(place, entry)) {
     return false;
   }
-  const bool keeps_bound = !leaf.view.IsEnd(place) || (leaf.rightmost && leaf.view.Links().next == 0);
+  const bool keeps_bound = !leaf.view.IsEnd(place) || leaf.rightmost;
   if (!keeps_bound || leaf.view.HasPrefix() || !leaf.view.HasRoomFor(entry)) {
     InsertWithBounds(entry);
     return true;
@@ -142,7 +177,7 @@ bool IndexTree::Insert(Bytes entry) const {
 }
 
 bool IndexTree::Erase(Bytes entry) const {
-  Leaf leaf = FindLeaf(entry);
+  Leaf leaf = FindLeafToChange(entry);
   const IndexPageView::Place place = leaf.view.LowerBound(entry);
   if (leaf.view.IsEnd(place) || !leaf.view.IsEntry(place, entry)) {
     return false;
@@ -160,7 +195,7 @@ bool IndexTree::Erase(Bytes entry) const {
 }
 
 void IndexTree::InsertWithBounds(Bytes entry) const {
-  Path path = DescendToChange(entry);
+  Path path = Descend(entry);
   IndexPage& leaf = path.back().page;
   const std::size_t at = leaf.LowerBound(entry);
   const bool last = at == leaf.Count();
@@ -170,7 +205,7 @@ void IndexTree::InsertWithBounds(Bytes entry) const {
 }
 
 void IndexTree::EraseWithBounds(Bytes entry) const {
-  Path path = DescendToChange(entry);
+  Path path = Descend(entry);
   IndexPage& leaf = path.back().page;
   const std::size_t at = leaf.LowerBound(entry);
   leaf.Erase(at);

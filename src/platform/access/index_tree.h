@@ -26,7 +26,8 @@ class IndexTree {
   // No entry, not even as the greatest of a higher page, may be longer.
   std::size_t LongestEntry() const;
 
-  // Inside a statement. False when the entry is (Insert) or is not (Erase) there.
+  // Inside a statement. False when the entry is (Insert) or is not (Erase) there. Leaves that no higher page leads to
+  // become part of the tree.
   bool Insert(Bytes entry) const;
   bool Erase(Bytes entry) const;
 
@@ -55,12 +56,13 @@ class IndexTree {
   };
   Leaf LoadLeaf(std::uint32_t number) const;
   Leaf FindLeaf(Bytes sought) const;
+  Leaf FindLeafToChange(Bytes sought) const;
 
   void InsertWithBounds(Bytes entry) const;
   void EraseWithBounds(Bytes entry) const;
   IndexPage Load(std::uint32_t number) const;
   Path Descend(Bytes sought) const;
-  Path DescendToChange(Bytes entry) const;
+  void AdoptFollowers() const;
   std::uint32_t TakePage() const;
   void GivePage(std::uint32_t number) const;
   void Store(const Step& step) const;

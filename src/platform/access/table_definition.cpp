@@ -16,7 +16,7 @@ constexpr std::uint32_t kIndexMark = 1923;
 constexpr std::uint16_t kNoColumn = 0xFFFF;
 constexpr std::uint16_t kEndMark = 0xFFFF;
 constexpr std::size_t kIndexColumnSize = 3;
-constexpr std::size_t kMaxIndexes = 255;  // far above what the engine allows
+constexpr std::size_t kMaxIndexes = 240;  // far above what the engine allows; their counters fit on one page
 
 class Reader {
  public:
@@ -253,7 +253,7 @@ TableDefinition ParseDefinition(const Format& format, const TextCodec& text, std
     throw AccessError(page, "the table's definition has impossible counts");
   }
 
-  reader.Take(real_indexes * format.index_counter_size);
+  const std::byte* counters = reader.Take(real_indexes * format.index_counter_size);
   for (std::size_t i = 0; i < columns; ++i) {
     table.columns.push_back(ParseColumn(format, reader.Take(format.column.size)));
   }
@@ -262,6 +262,7 @@ TableDefinition ParseDefinition(const Format& format, const TextCodec& text, std
   }
   for (std::size_t i = 0; i < real_indexes; ++i) {
     table.real_indexes.push_back(ParseRealIndex(format, reader.Take(format.index.size)));
+    table.real_indexes.back().keys = LoadU32(counters + i * format.index_counter_size + kIndexKeysAt);
   }
   for (std::size_t i = 0; i < logical_indexes; ++i) {
     table.logical_indexes.push_back(ParseLogicalIndex(format, reader.Take(format.logical_index.size)));
@@ -288,7 +289,9 @@ TableDefinition ParseDefinition(const Format& format, const TextCodec& text, std
 std::vector<std::byte> BuildDefinition(const Format& format, const TextCodec& text, const TableDefinition& table) {
   Writer writer(format, text);
   BuildHeader(format, table, writer.Put(format.definition.body));
-  writer.Put(table.real_indexes.size() * format.index_counter_size);
+  for (const RealIndex& index : table.real_indexes) {
+    StoreU32(writer.Put(format.index_counter_size) + kIndexKeysAt, index.keys);
+  }
   for (const ColumnDefinition& column : table.columns) {
     BuildColumn(format, column, writer.Put(format.column.size));
   }

@@ -59,6 +59,7 @@ struct RealIndex {
   RowPointer owned_map;
   std::uint32_t root = 0;
   std::uint8_t flags = 0;
+  std::uint32_t keys = 0;  // different ones, as the file counts them
 };
 
 // A name for a real index; several may share one. Relationships are logical indexes too.

@@ -14,6 +14,7 @@
 #include "platform/access/access_files.h"
 #include "platform/access/catalog.h"
 #include "platform/access/database.h"
+#include "platform/access/definition_pages.h"
 #include "platform/access/index.h"
 #include "platform/access/table_state.h"
 #include "support/scratch_folder.h"
@@ -99,31 +100,90 @@ class TreeModel {
   std::size_t last_ = 0;
 };
 
-class IndexTreeTest : public testing::TestWithParam<NewFile> {};
+class IndexTreeTest : public testing::TestWithParam<NewFile> {
+ protected:
+  IndexTreeTest() {
+    const fs::path path = folder_.Path() / "new.mdb";
+    static_cast<void>(Database::Create(path, "", {{"T", {{"n", kLong}}, {{.name = "n", .columns = {{"n"}}}}}},
+                                       pager::NativeFiles(), GetParam()));
+    file_ = File::Open(path, {}, pager::NativeFiles());
+    const CatalogEntry entry = FindTable(file_, "T");
+    state_ = file_->Table(entry.page, entry.name);
+  }
+
+  IndexPage Load(std::uint32_t number) const {
+    const pager::PageRef page = file_->Read(number);
+    return {file_->Layout(), number, IndexPageView(file_->Layout(), state_->Page(), number, page.Bytes())};
+  }
+  void Store(std::uint32_t number, const IndexPage& page) const {
+    const pager::PageEdit edit = file_->Change(number);
+    page.Store(state_->Page(), edit.Bytes());
+  }
+
+  testing_support::ScratchFolder folder_;
+  std::shared_ptr<File> file_;
+  std::shared_ptr<TableState> state_;
+};
 
 TEST_P(IndexTreeTest, GrowsAndShrinks) {
-  const testing_support::ScratchFolder folder;
-  const fs::path path = folder.Path() / "new.mdb";
-  static_cast<void>(Database::Create(path, "qorvat", {{"T", {{"n", kLong}}, {{.name = "n", .columns = {{"n"}}}}}},
-                                     pager::NativeFiles(), GetParam()));
-  const auto file = File::Open(path, {.password = "qorvat", .code_page = {}}, pager::NativeFiles());
-  const CatalogEntry entry = FindTable(file, "T");
-  const auto state = file->Table(entry.page, entry.name);
-  const IndexTree& tree = state->Indexes().at(0).Tree();
+  const IndexTree& tree = state_->Indexes().at(0).Tree();
   unsigned seed = 0;
   std::uint32_t pages = 0;
   for (const Order order : {Order::kRandom, Order::kUp, Order::kDown, Order::kRandom}) {
     SCOPED_TRACE(static_cast<int>(order));
-    pager::Statement statement(file->Pages());
+    pager::Statement statement(file_->Pages());
     TreeModel model(tree, ++seed);
     model.Insert(12'000, order);
     model.EraseAllBut(300, order == Order::kUp);
     model.Insert(3000, Order::kRandom);
     model.EraseAllBut(0, order == Order::kDown);
-    EXPECT_TRUE(pages == 0 || order != Order::kRandom || file->Pages().PageCount() <= pages * 2);
-    pages = std::max(pages, file->Pages().PageCount());
+    EXPECT_TRUE(pages == 0 || order != Order::kRandom || file_->Pages().PageCount() <= pages * 2);
+    pages = std::max(pages, file_->Pages().PageCount());
     statement.Commit();
   }
+}
+
+// Other writers may leave the last leaves to be found from the leaf before them only.
+TEST_P(IndexTreeTest, TakesLeavesInThatNothingLeadsTo) {
+  const IndexTree& tree = state_->Indexes().at(0).Tree();
+  const std::uint32_t root = state_->Definition().real_indexes[0].root;
+  pager::Statement statement(file_->Pages());
+  {
+    const std::uint32_t lost = file_->TakePage();
+    IndexPage first(file_->Layout(), {.next = lost});
+    IndexPage second(file_->Layout(), {.previous = root});
+    first.Insert(0, AsBytes("1111-row"));
+    second.Insert(0, AsBytes("2222-row"));
+    Store(root, first);
+    Store(lost, second);
+  }
+  ASSERT_NE(tree.Check(), std::vector<std::string>());
+  EXPECT_TRUE(tree.Insert(AsBytes("3333-row")));
+  EXPECT_EQ(tree.Check(), std::vector<std::string>());
+  TreeModel(tree, 1).EraseAllBut(0, false);
+
+  TreeModel(tree, 2).Insert(12'000, Order::kUp);
+  std::uint32_t above = root;
+  while (Load(above).links.level > 1) {
+    above = Load(above).Child(Load(above).ChildCount() - 1);
+  }
+  IndexPage parent = Load(above);
+  ASSERT_GT(parent.Count(), 2u);
+  for (int lost = 0; lost < 2; ++lost) {
+    parent.links.tail = parent.Child(parent.Count() - 1);
+    parent.Erase(parent.Count() - 1);
+  }
+  Store(above, parent);
+  Entry last;
+  for (IndexWalk walk(tree, {}); walk.Next();) {
+    last = AsText(walk.Entry());
+  }
+  ASSERT_NE(tree.Check(), std::vector<std::string>());
+  EXPECT_TRUE(tree.Erase(AsBytes(last)));
+  EXPECT_EQ(tree.Check(), std::vector<std::string>());
+  TreeModel model(tree, 3);
+  model.Insert(3000, Order::kRandom);
+  model.EraseAllBut(0, true);
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, IndexTreeTest, testing::ValuesIn(kFormats), FormatName);
@@ -165,6 +225,42 @@ TEST(Index, RefusesBeforeAnythingChanges) {
   statement.Commit();
   EXPECT_EQ(RowsOf(table).size(), rows.size() + 1);
   EXPECT_EQ(Health(database), "sound");
+}
+
+// Access judges by them which index to use.
+TEST(Index, CountsDifferentKeys) {
+  for (const NewFile& format : kFormats) {
+    const testing_support::ScratchFolder folder;
+    const fs::path path = folder.Path() / "new.mdb";
+    {
+      Database database = Database::Create(path, "",
+                                           {{"T",
+                                             {{"n", kLong}, {"no", kText, 9}},
+                                             {{.name = "n", .columns = {{"n"}}, .unique = true},
+                                              {.name = "no", .columns = {{"no"}}},
+                                              {.name = "some", .columns = {{"no", true}}, .ignore_nulls = true}}}},
+                                           pager::NativeFiles(), format);
+      Table table = database.OpenTable("T");
+      for (std::int64_t i = 0; i < 700; ++i) {
+        const std::string no = std::string("A").append(std::to_string(i / 10));
+        table.Insert(std::vector<Value>{i < 2 ? Value() : Value(i), i < 2 ? Value() : Value(std::string_view(no))});
+      }
+      // Of the 70 texts 20 go, and half of the rows of the others; the two rows without values stay.
+      for (Cursor cursor = table.Scan(); cursor.Next();) {
+        if (const std::int64_t n = cursor.Integer(0); n >= 500 || (n > 1 && n % 2 == 1)) {
+          EXPECT_TRUE(table.Delete(cursor.Row()));
+        }
+      }
+    }
+    const auto file = File::Open(path, {}, pager::NativeFiles());
+    const std::uint32_t page = FindTable(file, "T").page;
+    std::vector<std::uint32_t> keys;
+    for (const RealIndex& index :
+         ParseDefinition(file->Layout(), file->Text(0), page, ReadDefinitionPages(*file, page)).real_indexes) {
+      keys.push_back(index.keys);
+    }
+    EXPECT_EQ(keys, (std::vector<std::uint32_t>{250, 51, 50}));
+  }
 }
 
 TEST(Index, RefusesValuesThatFillHalfAPage) {
