@@ -65,8 +65,10 @@ CatalogEntry FindTable(const std::shared_ptr<File>& file, std::string_view name)
     }
     linked |= entry.type == 4 || entry.type == 6;
   }
-  throw AccessError("table " + std::string(name) + (linked ? " is linked to another file" : " does not exist"),
-                    Fault::kNoTable);
+  throw AccessError(
+      "table " + std::string(name) +
+      (linked ? " is linked to another file; open the file in Access and import that table" : " does not exist"),
+      Fault::kNoTable);
 }
 
 }  // namespace marlevo::access

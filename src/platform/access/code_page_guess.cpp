@@ -1,7 +1,9 @@
 #include "platform/access/code_page_guess.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/access/access_error.h"
 #include "platform/access/catalog.h"
@@ -16,46 +18,49 @@ namespace {
 constexpr int kMostRows = 400;  // of one table
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-struct Evidence {
-  bool for_it = false;
-  bool against_it = false;
-};
-
-void Look(const CodePage& page, const std::shared_ptr<TableState>& table, Evidence& evidence) {
+bool IsValid(const CodePage& page, const std::shared_ptr<TableState>& table) {
   ScanState rows(table, {});
-  for (int i = 0; i < kMostRows && !evidence.against_it && rows.Next(); ++i) {
+  for (int i = 0; i < kMostRows && rows.Next(); ++i) {
     for (const ColumnDefinition& column : table->Definition().columns) {
       if (column.shown.type != ColumnType::kText || column.fixed || !rows.Cells().IsSet(column.number)) {
         continue;
       }
       const std::string_view text = AsText(rows.Cells().Variable(column.variable_index));
-      if (std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; })) {
-        std::string decoded = page.Decode(text);
-        if (text.size() == column.stored_length && decoded.ends_with(kReplacement)) {
-          decoded.resize(decoded.size() - kReplacement.size());  // a character cut at the column's length
-        }
-        evidence.for_it = true;
-        evidence.against_it = evidence.against_it || decoded.find(kReplacement) != std::string::npos;
+      if (std::ranges::none_of(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; })) {
+        continue;
+      }
+      std::string decoded = page.Decode(text);
+      if (text.size() == column.stored_length && decoded.ends_with(kReplacement)) {
+        decoded.resize(decoded.size() - kReplacement.size());  // a character cut at the column's length
+      }
+      if (decoded.find(kReplacement) != std::string::npos) {
+        return false;
       }
     }
   }
+  return true;
 }
 
 }  // namespace
 
-bool LooksTraditionalChinese(const std::shared_ptr<File>& file) {
+bool MayBeTraditionalChinese(const std::shared_ptr<File>& file) {
   const std::unique_ptr<CodePage> page = CodePage::Find(kTraditionalChinese);
-  Evidence evidence;
-  try {
-    for (const CatalogEntry& entry : ReadCatalog(file)) {
-      if (page != nullptr && IsUserTable(entry)) {
-        Look(*page, file->Table(entry.page, entry.name), evidence);
-      }
-    }
-  } catch (const AccessError&) {
-    // Whoever opens the damaged table is told.
+  if (page == nullptr) {
+    return false;
   }
-  return evidence.for_it && !evidence.against_it;
+  std::vector<CatalogEntry> entries;
+  try {
+    entries = ReadCatalog(file);
+  } catch (const AccessError&) {
+    // Whoever opens the damaged table is told; so below.
+  }
+  return std::ranges::all_of(entries, [&](const CatalogEntry& entry) {
+    try {
+      return entry.type != kLocalTable || IsValid(*page, file->Table(entry.page, entry.name));
+    } catch (const AccessError&) {
+      return true;
+    }
+  });
 }
 
 }  // namespace marlevo::access

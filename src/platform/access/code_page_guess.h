@@ -10,8 +10,8 @@ namespace marlevo::access {
 
 inline constexpr int kTraditionalChinese = 950;
 
-// Whether the first texts of each table that are not plain ASCII are all valid in the Traditional Chinese code page.
-// False when there are none. Looks at a few pages only.
-bool LooksTraditionalChinese(const std::shared_ptr<File>& file);
+// Whether the texts of a file, those in the first rows of each table, are all valid in the Traditional Chinese code
+// page. Where all of it is plain ASCII both pages are right, and Chinese can be added in one of them only.
+bool MayBeTraditionalChinese(const std::shared_ptr<File>& file);
 
 }  // namespace marlevo::access

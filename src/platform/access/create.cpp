@@ -41,7 +41,7 @@ std::int64_t SignedId(std::uint32_t id) {
 // Writes what a database consists of, inside one statement.
 class Creator {
  public:
-  explicit Creator(File& file) : file_(file), format_(file.Layout()), code_page_(file.CodePageOf(0)) {}
+  Creator(File& file, NewFile kind) : file_(file), format_(file.Layout()), kind_(kind) {}
 
   void WriteFrame(std::string_view password) {
     std::vector<std::byte> stored;
@@ -51,7 +51,11 @@ class Creator {
     }
     {
       const pager::PageEdit edit = file_.Change(file_.Pages().Append());
-      WriteHeader(format_, edit.Bytes(), code_page_, kCreationDate, AsText(stored));
+      WriteHeader({.format = &format_,
+                   .encoding_key = kind_.encoding_key,
+                   .code_page = kind_.code_page,
+                   .password = std::string(AsText(stored))},
+                  kCreationDate, edit.Bytes());
     }
     {
       const pager::PageEdit edit = file_.Change(file_.Pages().Append());
@@ -92,7 +96,7 @@ class Creator {
  private:
   void WriteDefinition(std::uint32_t page, TableDefinition& definition) {
     for (ColumnDefinition& column : definition.columns) {
-      column.code_page = static_cast<std::uint16_t>(code_page_);
+      column.code_page = static_cast<std::uint16_t>(kind_.code_page);
     }
     definition.owned_map = NewMap();
     definition.free_map = NewMap();
@@ -125,7 +129,7 @@ class Creator {
 
   File& file_;
   const Format& format_;
-  int code_page_;
+  NewFile kind_;
   std::uint32_t map_page_ = 0;  // where the last map was put
 };
 
@@ -192,7 +196,7 @@ Database Database::Create(const std::filesystem::path& path, std::string_view pa
   CheckNames(tables);
   const std::shared_ptr<File> file = File::Create(path, kind, files);
   Statement statement(file);
-  Creator creator(*file);
+  Creator creator(*file, kind);
   creator.WriteFrame(password);
   Registrar registrar(*file);
   for (const SystemObject& object : SystemObjects(file->Layout())) {

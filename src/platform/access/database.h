@@ -21,15 +21,16 @@ namespace marlevo::access {
 
 struct OpenOptions {
   std::string password;  // compared exactly; a file without password opens with any
-  // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 936). Without one, Traditional Chinese
-  // (950) is recognised where the label says Western (1252).
+  // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 936). Without one, a file whose label says
+  // Western (1252) is taken as Traditional Chinese (950) when its texts can be that.
   std::optional<int> code_page;
 };
 
 // What Database::Create makes.
 struct NewFile {
-  int version = 4;       // 4: Jet 4; 3: Jet 3
-  int code_page = 1252;  // of the texts of a Jet 3 file
+  int version = 4;                 // 4: Jet 4; 3: Jet 3
+  int code_page = 1252;            // of the texts of a Jet 3 file
+  std::uint32_t encoding_key = 0;  // other than 0: the pages are encoded with it
 };
 
 class Database {

@@ -15,14 +15,24 @@ namespace {
 
 constexpr int kWestern = 1252;  // of a Jet 3 file without any label
 
-pager::PageFormat PageFormatOf(const FileHeader& header) {
-  pager::PageFormat format{.page_size = header.format->page_size, .crypt = {}};
-  if (header.encoding_key != 0) {
-    format.crypt = [key = header.encoding_key](std::uint32_t page, MutableBytes bytes) {
-      ApplyPageKey(key, page, bytes);
-    };
+pager::PageFormat PageFormatOf(const Format& format, std::uint32_t encoding_key) {
+  pager::PageFormat pages{.page_size = format.page_size, .crypt = {}};
+  if (encoding_key != 0) {
+    pages.crypt = [encoding_key](std::uint32_t page, MutableBytes bytes) { ApplyPageKey(encoding_key, page, bytes); };
   }
-  return format;
+  return pages;
+}
+
+// Access keeps a file NAME.ldb while it has NAME.mdb open, and may leave one behind, which can then be removed.
+void RequireClosedInAccess(std::filesystem::path path, pager::FileSystem& files) {
+  path.replace_extension(".ldb");
+  try {
+    if (files.Open(path) != nullptr) {
+      files.Remove(path);
+    }
+  } catch (const pager::PagerError& error) {
+    throw AccessError(std::string("the file is open in Access; close it there and try again (") + error.what() + ")");
+  }
 }
 
 }  // namespace
@@ -30,19 +40,25 @@ pager::PageFormat PageFormatOf(const FileHeader& header) {
 std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOptions& options,
                                  pager::FileSystem& files) {
   auto pager = pager::Pager::Open(
-      path, [](Bytes head) { return PageFormatOf(ParseHeader(head)); }, files);
+      path,
+      [](Bytes head) {
+        const FileHeader header = ParseHeader(head);
+        return PageFormatOf(*header.format, header.encoding_key);
+      },
+      files);
   const pager::Reading reading(*pager);
   const pager::PageRef page = pager->Read(0);
   const FileHeader header = ParseHeader(page.Bytes());
   std::shared_ptr<File> file(new File(*header.format, pager));
   file->header_code_page_ = header.code_page;
   file->code_page_override_ = options.code_page;
+  file->before_first_change_ = [path, &files] { RequireClosedInAccess(path, files); };
   if (!header.password.empty() &&
       file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
     throw AccessError("the password is not that of the database", Fault::kWrongPassword);
   }
   if (header.format->version == 3 && !options.code_page && file->CodePageOf(0) == kWestern &&
-      LooksTraditionalChinese(file)) {
+      MayBeTraditionalChinese(file)) {
     file->code_page_override_ = kTraditionalChinese;
   }
   return file;
@@ -50,8 +66,8 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
 
 std::shared_ptr<File> File::Create(const std::filesystem::path& path, NewFile kind, pager::FileSystem& files) {
   const Format& format = kind.version == 3 ? kJet3 : kJet4;
-  const pager::PageFormat pages{.page_size = format.page_size, .crypt = {}};
-  std::shared_ptr<File> file(new File(format, pager::Pager::Create(path, pages, files)));
+  std::shared_ptr<File> file(
+      new File(format, pager::Pager::Create(path, PageFormatOf(format, kind.encoding_key), files)));
   file->header_code_page_ = kind.code_page;
   return file;
 }
@@ -96,6 +112,10 @@ std::shared_ptr<TableState> File::Table(std::uint32_t page, const std::string& n
 }
 
 void File::Begin() {
+  if (before_first_change_) {
+    before_first_change_();
+    before_first_change_ = {};
+  }
   pager_->Begin();
   in_statement_ = true;
 }
@@ -120,6 +140,16 @@ std::uint64_t File::Changes() {
   return changes_;
 }
 
+std::uint32_t File::AppendPage() {
+  if (pager_->PageCount() >= format_->max_pages) {
+    const std::uint64_t gib = std::uint64_t{format_->max_pages} * format_->page_size >> 30;
+    throw AccessError("the file has reached " + std::to_string(gib) +
+                      " GiB, the largest size of its format; delete records that are not needed any more",
+                      Fault::kFileFull);
+  }
+  return pager_->Append();
+}
+
 std::uint32_t File::TakePage() {
   GlobalMap map(*this);
   for (auto page = map.Next(kObjectsPage); page && *page < pager_->PageCount(); page = map.Next(*page + 1)) {
@@ -128,10 +158,7 @@ std::uint32_t File::TakePage() {
       return *page;
     }
   }
-  if (pager_->PageCount() >= format_->max_pages) {
-    throw AccessError("the file has reached the largest size of its format", Fault::kFileFull);
-  }
-  const std::uint32_t page = pager_->Append();
+  const std::uint32_t page = AppendPage();
   map.Reach(page);
   map.Remove(page);
   return page;

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -54,6 +55,8 @@ class File : public std::enable_shared_from_this<File> {
   bool InStatement() const { return in_statement_; }
   std::uint64_t Changes();
 
+  // A new page at the end of the file. Throws AccessError when the file has the largest size of its format.
+  std::uint32_t AppendPage();
   // Takes a page that nobody uses, or makes the file longer; its content is undefined. Inside a statement.
   std::uint32_t TakePage();
   // Gives a page back. The caller has removed it from all maps. Inside a statement.
@@ -66,6 +69,7 @@ class File : public std::enable_shared_from_this<File> {
 
   const Format* format_;
   std::shared_ptr<pager::Pager> pager_;
+  std::function<void()> before_first_change_;
   int header_code_page_ = 0;
   std::optional<int> code_page_override_;
   mutable std::map<int, TextCodec> codecs_;

@@ -11,6 +11,7 @@ namespace marlevo::access {
 namespace {
 
 constexpr std::string_view kSignature{"\x00\x01\x00\x00Standard Jet DB\x00", 20};
+constexpr std::string_view kNewerSignature{"\x00\x01\x00\x00Standard ACE DB\x00", 20};
 constexpr std::size_t kVersionAt = 0x14;
 constexpr std::size_t kMaskedAt = 0x18;
 constexpr std::size_t kSystemTablesAt = 0x20;
@@ -44,13 +45,14 @@ void ApplyDateMask(MutableBytes password, const std::byte* creation_date) {
 }  // namespace
 
 FileHeader ParseHeader(std::span<const std::byte> head) {
-  if (head.size() < kHeaderSize || AsText(head.first(kSignature.size())) != kSignature) {
-    throw AccessError(0, "this is not an Access database (.mdb): the signature \"Standard Jet DB\" is missing");
+  const std::string_view signature = head.size() < kHeaderSize ? "" : AsText(head.first(kSignature.size()));
+  if (signature != kSignature && signature != kNewerSignature) {
+    throw AccessError("this is not an Access database (.mdb): the signature \"Standard Jet DB\" is missing");
   }
   const std::uint32_t version = LoadU32(&head[kVersionAt]);
-  if (version > 1) {
-    throw AccessError(0, "format version " + std::to_string(version) +
-                             " is not read: expected 0 (Access 97) or 1 (Access 2000 to 2003)");
+  if (version > 1 || signature == kNewerSignature) {
+    throw AccessError("this is a database of Access 2007 or later (format version " + std::to_string(version) +
+                      "); open it in Access and save it in the format of Access 2002-2003 (.mdb)");
   }
   FileHeader header{.format = version == 0 ? &kJet3 : &kJet4, .encoding_key = 0, .code_page = 0, .password = {}};
 
@@ -79,8 +81,8 @@ void ApplyPageKey(std::uint32_t encoding_key, std::uint32_t page_number, Mutable
   ApplyRc4(key, page);
 }
 
-void WriteHeader(const Format& format, MutableBytes page, int code_page, std::span<const std::byte, 8> creation_date,
-                 std::string_view password) {
+void WriteHeader(const FileHeader& header, std::span<const std::byte, 8> creation_date, MutableBytes page) {
+  const Format& format = *header.format;
   const bool jet3 = format.version == 3;
   std::ranges::fill(page, std::byte{0});
   std::ranges::copy(AsBytes(kSignature), page.begin());
@@ -89,9 +91,10 @@ void WriteHeader(const Format& format, MutableBytes page, int code_page, std::sp
   for (std::uint32_t table = 0; table < 4; ++table) {
     StoreU32(&page[kSystemTablesAt + 4 * table], kObjectsPage + table);
   }
-  StoreU16(&page[kCodePageAt], static_cast<std::uint16_t>(code_page));
+  StoreU16(&page[kCodePageAt], static_cast<std::uint16_t>(header.code_page));
+  StoreU32(&page[kEncodingKeyAt], header.encoding_key);
   const MutableBytes stored_password = page.subspan(kPasswordAt, format.password_size);
-  std::ranges::copy(AsBytes(password), stored_password.begin());
+  std::ranges::copy(AsBytes(header.password), stored_password.begin());
   if (jet3) {
     StoreU16(&page[kCountryAt], kCountry);
     StoreU16(&page[kJet3SortOrderAt], kGeneralLanguage);

@@ -28,8 +28,7 @@ FileHeader ParseHeader(std::span<const std::byte> head);
 void ApplyPageKey(std::uint32_t encoding_key, std::uint32_t page_number, MutableBytes page);
 
 // Writes page 0 of a new file. `creation_date` is the eight bytes of a date of the file's own kind, by which Jet 4
-// masks the password. `password`: as FileHeader's, at most Format::password_size bytes.
-void WriteHeader(const Format& format, MutableBytes page, int code_page, std::span<const std::byte, 8> creation_date,
-                 std::string_view password);
+// masks the password. The password has at most Format::password_size bytes.
+void WriteHeader(const FileHeader& header, std::span<const std::byte, 8> creation_date, MutableBytes page);
 
 }  // namespace marlevo::access

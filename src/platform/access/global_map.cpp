@@ -76,7 +76,7 @@ void GlobalMap::MakeReferences(std::uint32_t page) {
 }
 
 void GlobalMap::AddReference(std::size_t index) {
-  const std::uint32_t map_page = file_->Pages().Append();
+  const std::uint32_t map_page = file_->AppendPage();
   {
     const pager::PageEdit edit = file_->Change(map_page);
     FormatMapPage(edit.Bytes(), true);

@@ -98,10 +98,12 @@ std::string TableState::FindWriteRefusal() const {
   }
   for (const ColumnDefinition& column : definition_.columns) {
     if (!IsKnown(column.shown.type)) {
-      return table + " has the column " + column.shown.name + " of a type that this program does not write";
+      return table + " has the column " + column.shown.name +
+             " of a type that this program does not write; open the file in Access and remove the column";
     }
     if (IsLongValue(column.shown.type) && (column.fixed || !long_values_.contains(column.number))) {
-      return table + " has no place for the long values of column " + column.shown.name;
+      return table + " has no place for the long values of column " + column.shown.name +
+             "; open the file in Access and compact it";
     }
   }
   return {};
@@ -113,7 +115,7 @@ void TableState::Refresh() {
     return;
   }
   if (LoadDefinition() != definition_bytes_) {
-    throw AccessError(page_, "the design of table " + name_ + " was changed by another program; open it again");
+    throw AccessError("the design of table " + name_ + " was changed by another program; open it again");
   }
   rows_.Forget();
   for (auto& [number, space] : long_values_) {

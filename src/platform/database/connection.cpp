@@ -39,9 +39,9 @@ auto Reported(const char* attempted, const std::string& subject, Work work) {
   try {
     return work();
   } catch (const FaultError& error) {
-    throw DatabaseError(attempted, subject, error.what(), error.Kind());
+    throw DatabaseError(attempted, subject, ReasonOf(error), error.Kind());
   } catch (const std::exception& error) {
-    throw DatabaseError(attempted, subject, error.what());
+    throw DatabaseError(attempted, subject, ReasonOf(error));
   }
 }
 
@@ -75,7 +75,7 @@ class Connection::Session {
   explicit Session(const DataSource& source)
       : subject_(source.file),
         database_(access::Database::Open(std::u8string(source.file.begin(), source.file.end()),
-                                         {source.password, std::nullopt})),
+                                         {source.password, source.code_page})),
         sql_(OpenSql()) {
     AddAccessTables(sql_.get(), database_, failure_);
     for (std::string& name : database_.Tables()) {

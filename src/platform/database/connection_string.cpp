@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <string_view>
 #include <vector>
 
@@ -65,6 +66,12 @@ DataSource ParseConnectionString(const std::string& connection_string) {
       source.file = setting.value;
     } else if (SameWord(setting.key, "Jet OLEDB:Database Password")) {
       source.password = setting.value;
+    } else if (SameWord(setting.key, "Code Page")) {
+      const char* end = setting.value.data() + setting.value.size();
+      const auto [rest, error] = std::from_chars(setting.value.data(), end, source.code_page.emplace());
+      if (error != std::errc() || rest != end) {
+        return refuse(source.file, "the connection string names no code page: '" + setting.value + "'");
+      }
     } else if (!SameWord(setting.key, "Persist Security Info")) {
       // Not shown whole: a mistyped key could stand before the password.
       return refuse(source.file, "unknown setting in the connection string: " + std::string(setting.key));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace marlevo {
@@ -18,11 +19,13 @@ std::string FileConnectionString(const std::filesystem::path& file);
 struct DataSource {
   std::string file;
   std::string password;
+  std::optional<int> code_page;  // see access::OpenOptions
 };
 
-// Reads a connection string. Keys in any order and letter case; a piece between two ";" without "=" still belongs to
-// the value before it, so that a folder's name may contain ";". DatabaseError when the provider is not ours, when there
-// is no data source, and for a key that means nothing to us.
+// Reads a connection string. Besides the keys above it may have "Code Page=936" and the like, for an old file whose own
+// label of the code page is wrong. Keys in any order and letter case; a piece between two ";" without "=" still belongs
+// to the value before it, so that a folder's name may contain ";". DatabaseError when the provider is not ours, when
+// there is no data source, and for a key that means nothing to us.
 DataSource ParseConnectionString(const std::string& connection_string);
 
 }  // namespace marlevo

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -43,6 +46,19 @@ inline std::string RowText(const std::vector<Value>& row) {
     text += text.empty() ? "" : " ";
     text += CellText(value);
   }
+  return text;
+}
+
+inline std::string DateText(double serial) {
+  const double day = std::trunc(serial);
+  const long long seconds = std::llround(std::abs(serial - day) * 86400);
+  const std::chrono::sys_days date =
+      std::chrono::sys_days(std::chrono::year{1899} / 12 / 30) + std::chrono::days(std::lround(day) + seconds / 86400);
+  const std::chrono::year_month_day ymd(date);
+  const long long second = seconds % 86400;
+  char text[80];
+  std::snprintf(text, sizeof text, "%04d-%02u-%02u %02lld:%02lld:%02lld", int{ymd.year()}, unsigned{ymd.month()},
+                unsigned{ymd.day()}, second / 3600, second / 60 % 60, second % 60);
   return text;
 }
 

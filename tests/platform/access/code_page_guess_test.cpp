@@ -38,33 +38,43 @@ void CallWestern(const fs::path& path) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-std::string CustomersOf(const fs::path& path, std::optional<int> code_page) {
-  std::string all;
-  for (const std::string& text :
-       TextsOf(Database::Open(path, {.password = "qorvat", .code_page = code_page}).OpenTable("CUSTOM_H"))) {
-    all += text + "\n";
+class CodePageGuess : public testing::Test {
+ protected:
+  // A file with one name, its label Western.
+  void Make(std::string_view name, int code_page) {
+    fs::remove(path_);
+    {
+      Database database =
+          Database::Create(path_, "", {{"T", {{"n", ColumnType::kLong}, {"name", ColumnType::kText, 20}}}},
+                           pager::NativeFiles(), {.version = 3, .code_page = code_page});
+      database.OpenTable("T").Insert(std::vector<Value>{std::int64_t{1}, name});
+      database.Flush();
+    }
+    if (code_page != 1252) {
+      CallWestern(path_);
+    }
   }
-  return all;
-}
+  std::string Name(std::optional<int> code_page = {}) const {
+    return TextsOf(Database::Open(path_, {.password = {}, .code_page = code_page}).OpenTable("T")).at(0);
+  }
 
-TEST(CodePageGuess, KnowsChineseUnderTheWesternLabel) {
-  const testing_support::ScratchFolder folder;
-  const fs::path path = CopyOfSample("mk-jet3.mdb", folder.Path());
-  if (path.empty()) {
-    GTEST_SKIP() << kNoSamples;
-  }
-  const std::string truth = CustomersOf(path, {});
-  CallWestern(path);
-  EXPECT_NE(CustomersOf(path, 1252), truth);
-  EXPECT_EQ(CustomersOf(path, {}), truth);
+  testing_support::ScratchFolder folder_;
+  fs::path path_ = folder_.Path() / "old.mdb";
+};
 
-  // One text that cannot be Chinese, and the label is believed.
-  {
-    Database database = Database::Open(path, {.password = "qorvat", .code_page = 1252});
-    database.OpenTable("CUSTOM_H").Insert(std::vector<Value>{"X"sv, "Caf\xC3\xA9"sv, {}, {}, {}});
-    database.Flush();
-  }
-  EXPECT_EQ(CustomersOf(path, {}), CustomersOf(path, 1252));
+TEST_F(CodePageGuess, KnowsChineseUnderTheWesternLabel) {
+  Make("王小明", 950);
+  EXPECT_EQ(Name(), "1 '王小明'");
+  EXPECT_NE(Name(1252), "1 '王小明'");
+
+  Make("Caf\xC3\xA9", 1252);
+  EXPECT_EQ(Name(), "1 'Caf\xC3\xA9'");
+
+  // Without any evidence Chinese can be added.
+  Make("Smith", 1252);
+  EXPECT_EQ(Name(), "1 'Smith'");
+  Database::Open(path_, {}).OpenTable("T").Insert(std::vector<Value>{std::int64_t{2}, "陳"sv});
+  EXPECT_EQ(TextsOf(Database::Open(path_, {}).OpenTable("T")), (std::vector<std::string>{"1 'Smith'", "2 '陳'"}));
 }
 
 }  // namespace

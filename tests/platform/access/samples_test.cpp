@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -58,19 +57,6 @@ std::string ReadFile(const fs::path& path) {
   std::stringstream content;
   content << file.rdbuf();
   return content.str();
-}
-
-std::string DateText(double serial) {
-  const double day = std::trunc(serial);
-  const long long seconds = std::llround(std::abs(serial - day) * 86400);
-  const std::chrono::sys_days date =
-      std::chrono::sys_days(std::chrono::year{1899} / 12 / 30) + std::chrono::days(std::lround(day) + seconds / 86400);
-  const std::chrono::year_month_day ymd(date);
-  const long long second = seconds % 86400;
-  char text[80];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02u %02lld:%02lld:%02lld", int{ymd.year()}, unsigned{ymd.month()},
-                unsigned{ymd.day()}, second / 3600, second / 60 % 60, second % 60);
-  return text;
 }
 
 std::string HexText(Bytes bytes) {

@@ -329,6 +329,61 @@ TEST_P(AccessTable, MapsGrowWithTheFile) {
   EXPECT_EQ(fs::file_size(file_), size);
 }
 
+// Of a file that has almost as many pages as its format allows, most of them nobody's.
+TEST_P(AccessTable, StopsAtTheLargestSize) {
+  static_cast<void>(Make({{"T", {{"n", kLong}, {"text", kText, 255}}, {{.name = "n", .columns = {{"n"}}}}}}));
+  const std::uintmax_t most = (IsJet3() ? 1ull : 2ull) << 30;
+  const std::size_t page = IsJet3() ? 2048 : 4096;
+  fs::resize_file(file_, most - 60 * page);
+  Database database = Reopen();
+  Table table = database.OpenTable("T");
+  const std::string text(250, 'x');
+  const auto insert = [&](std::int64_t count) {
+    Statement statement(database);
+    for (std::int64_t i = 0; i < count; ++i) {
+      table.Insert(std::vector<Value>{i, std::string_view(text)});
+    }
+    statement.Commit();
+  };
+  std::size_t rows = 0;
+  std::string error = "no error";
+  for (; error == "no error" && rows < 20'000; rows += error == "no error" ? 100 : 0) {
+    error = ErrorOf([&] { insert(100); });
+  }
+  EXPECT_NE(error.find(IsJet3() ? "1 GiB" : "2 GiB"), std::string::npos) << error;
+  const Rows before = RowsOf(table);
+  EXPECT_EQ(before.size(), rows);
+  EXPECT_NE(ErrorOf([&] { insert(1000); }), "no error");
+  EXPECT_EQ(RowsOf(table), before);
+  database.Flush();
+  EXPECT_LE(fs::file_size(file_), most);
+
+  for (std::size_t i = 0; i < 300; ++i) {
+    EXPECT_TRUE(table.Delete(std::next(before.begin(), static_cast<std::ptrdiff_t>(i))->first));
+  }
+  insert(200);
+  EXPECT_EQ(RowsOf(table).size(), rows - 100);
+  // The pages that nobody has are no fault of the writer.
+  for (const std::string& fault : database.Check()) {
+    ASSERT_NE(fault.find("used by nobody"), std::string::npos) << fault;
+  }
+}
+
+TEST_P(AccessTable, WaitsForAccessToCloseTheFile) {
+  static_cast<void>(Make({{"T", {{"n", kLong}}}}));
+  const fs::path lock = folder_.Path() / "4star.ldb";
+  fs::create_directories(lock / "held");
+  Database database = Reopen();
+  Table table = database.OpenTable("T");
+  const std::vector<Value> row{std::int64_t{1}};
+  EXPECT_NE(ErrorOf([&] { table.Insert(row); }).find("close it there"), std::string::npos);
+  EXPECT_EQ(RowsOf(table).size(), 0u);
+  fs::remove_all(lock);
+  std::ofstream(lock) << "left behind";
+  table.Insert(row);
+  EXPECT_FALSE(fs::exists(lock));
+}
+
 TEST_P(AccessTable, OpensOnlyWhatItUnderstands) {
   static_cast<void>(Make({{"T", {{"n", kLong}}}}));
   std::string good;
@@ -352,9 +407,9 @@ TEST_P(AccessTable, OpensOnlyWhatItUnderstands) {
   EXPECT_EQ(open(good, "Qorvat"), "the password is not that of the database");
   EXPECT_EQ(open(good, ""), "the password is not that of the database");
   for (const std::string& bad :
-       {std::string(), std::string("hello"), std::string(5000, '\0'), with(4, "Standard ACE DB"), with(0x14, "\x02"),
-        good.substr(0, page), good.substr(0, 2 * page), good.substr(0, 9 * page),
-        with(2 * page, std::string(page, '\0')), with(2 * page, std::string(page, '\xFF'))}) {
+       {std::string(), std::string("hello"), std::string(5000, '\0'), with(4, "Standard ACE DB"),
+        with(4, "MSISAM Database"), with(0x14, "\x02"), good.substr(0, page), good.substr(0, 2 * page),
+        good.substr(0, 9 * page), with(2 * page, std::string(page, '\0')), with(2 * page, std::string(page, '\xFF'))}) {
     EXPECT_NE(open(bad), "no error") << bad.size();
   }
 }

@@ -28,13 +28,15 @@ TEST(ParseConnectionString, TakesWhatConnectionStringGives) {
     EXPECT_EQ(source.file, std::string(expected.begin(), expected.end()));
     EXPECT_EQ(source.password, "qorvat");
   }
+  EXPECT_EQ(ParseConnectionString(FileConnectionString("x") + ";Code Page=936").code_page, 936);
   EXPECT_EQ(ParseConnectionString("DATA SOURCE=x.mdb;provider=microsoft.jet.oledb.3.51;").file, "x.mdb");
 }
 
 TEST(ParseConnectionString, RefusesWhatItCannotOpen) {
   for (const char* text : {"", "x", "Provider=Microsoft.Jet.OLEDB.3.51", "Data Source=x.mdb",
                            "Provider=SQLOLEDB;Data Source=x.mdb", "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=",
-                           "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x.mdb;Jet OLEDB:Database Pasword=secret"}) {
+                           "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x.mdb;Jet OLEDB:Database Pasword=secret",
+                           "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x.mdb;Code Page=big5"}) {
     EXPECT_THROW(ParseConnectionString(text), DatabaseError) << text;
   }
 }

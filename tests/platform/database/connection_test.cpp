@@ -249,6 +249,48 @@ TEST_F(ConnectionTest, ComparesWithoutIndexLikeWithCondition) {
   }
 }
 
+// A scan would meet the damaged page.
+TEST_F(ConnectionTest, FindsByIndexWithoutAScan) {
+  std::filesystem::remove(file_);
+  std::vector<access::TableSchema> tables = NewTables();
+  tables.back().indexes = {{.name = "PrimaryKey", .columns = {{"CUSTOM_NO"}, {"PLAY_SEQ"}}, .primary_key = true},
+                           {.name = "PLAY_SEQ", .columns = {{"PLAY_SEQ", true}}}};
+  access::Database::Create(file_, "qorvat", tables);
+  connection_ = Connection(Opening());
+  for (int i = 1; i <= 3000; ++i) {
+    connection_.Execute(Ticket(std::string("A").append(std::to_string(i / 30)), "20021005143012",
+                               "0,25," + std::to_string(i) + ",1,2,3,4"));
+  }
+  connection_.Close();
+  std::uint32_t page = 0;
+  {
+    const access::Database database = access::Database::Open(file_, {"qorvat", std::nullopt});
+    const access::Equals middle{4, 1500};
+    access::Cursor row = database.OpenTable("CUSTOM_D").Scan({&middle, 1});
+    ASSERT_TRUE(row.Next());
+    page = static_cast<std::uint32_t>(row.Row()) >> 8;
+  }
+  {
+    std::fstream file(file_, std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(page * std::streamoff{4096}).put('\x02');
+  }
+  Connection connection(Opening());
+  for (const char* sql : {"SELECT * FROM CUSTOM_D", "SELECT * FROM CUSTOM_D WHERE NO1=2",
+                          "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='A50'"}) {
+    try {
+      connection.Open(sql);
+      ADD_FAILURE() << sql;
+    } catch (const DatabaseError& error) {
+      EXPECT_NE(std::string_view(error.what()).find("repair"), std::string_view::npos) << error.what();
+    }
+  }
+  EXPECT_EQ(Rows(connection, "SELECT COUNT(*) AS N FROM CUSTOM_D WHERE CUSTOM_NO='a7'", {"N"}), "30\n");
+  EXPECT_EQ(Rows(connection, "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='A90' AND PLAY_SEQ=2711", {"NO1"}), "1\n");
+  EXPECT_EQ(Rows(connection, "SELECT * FROM CUSTOM_D ORDER BY PLAY_SEQ DESC LIMIT 2", {"PLAY_SEQ"}), "3000\n2999\n");
+  connection.Execute("DELETE FROM CUSTOM_D WHERE CUSTOM_NO='A90'");
+  EXPECT_EQ(Rows(connection, "SELECT COUNT(*) AS N FROM CUSTOM_D WHERE CUSTOM_NO='A90'", {"N"}), "0\n");
+}
+
 TEST(ConnectionOpening, SaysWhyItCannotOpen) {
   testing_support::ScratchFolder folder;
   const auto refused = [&](const std::filesystem::path& file) {
