@@ -1,31 +1,22 @@
 #include "printing/frmPrintNote.h"
 
-#include <gtest/gtest.h>
-
 #include <QComboBox>
 #include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QRegularExpression>
 
-#include "support/print_queue.h"
+#include "printing_windows.h"
 #include "support/qt_modal.h"
 
 namespace marlevo {
 namespace {
 
-class FrmPrintNote : public testing::Test {
+class FrmPrintNote : public PrintingWindowTest {
  protected:
-  static void SetUpTestSuite() {
-    if (test::PrintQueue::Installed()) {
-      queue_ = std::make_unique<test::PrintQueue>();
-    }
-  }
-  static void TearDownTestSuite() { queue_.reset(); }
-
   void SetUp() override {
     if (queue_ == nullptr) {
-      GTEST_SKIP() << "cupsd is not installed (package cups-daemon): nothing was printed and measured";
+      GTEST_SKIP() << kNoQueue;
     }
   }
 
@@ -40,7 +31,6 @@ class FrmPrintNote : public testing::Test {
     return jobs.empty() ? 0 : jobs[0].pages.size();
   }
 
-  inline static std::unique_ptr<test::PrintQueue> queue_;
   frmPrintNote window_{nullptr};
 };
 

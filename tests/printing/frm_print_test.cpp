@@ -1,41 +1,26 @@
 #include "printing/frmPrint.h"
 
-#include <gtest/gtest.h>
-
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
 #include <QWindow>
 
-#include "printing/slip_settings_file.h"
-#include "support/print_queue.h"
+#include "printing_windows.h"
 #include "support/qt_modal.h"
 #include "support/ticket_text.h"
 
 namespace marlevo {
 namespace {
 
-const std::array<std::string, kSlipFields> kFourStar = {"1270", "4300", "60", "60",   "300",  "240",
-                                                        "420",  "530",  "-3", "1800", "9050", "1520.5"};
-
-class FrmPrint : public testing::Test {
+class FrmPrint : public PrintingWindowTest {
  protected:
-  static void SetUpTestSuite() {
-    if (test::PrintQueue::Installed()) {
-      queue_ = std::make_unique<test::PrintQueue>();
-    }
-  }
-  static void TearDownTestSuite() { queue_.reset(); }
-
   void SetUp() override {
     if (queue_ == nullptr) {
-      GTEST_SKIP() << "cupsd is not installed (package cups-daemon): nothing was printed and measured";
+      GTEST_SKIP() << kNoQueue;
     }
-    SaveSlipSettings(settings_, "4Star", kFourStar);
     list_ = test::Lists({{kFourStraight, "0123 4567 8901 2345 6789 9999"},
                          {kThreeStraight, "901 234"},
                          {kThreePair, "111 222 333 444 555 666 777"}});
@@ -54,25 +39,13 @@ class FrmPrint : public testing::Test {
     window.findChild<QLineEdit*>(box)->setText(text);
   }
 
-  // Each page has exactly these marks, within two twips.
   static void ExpectPages(const std::vector<test::PrintedPage>& printed, const std::vector<PageDrawing>& expected) {
     ASSERT_EQ(printed.size(), expected.size());
     for (std::size_t page = 0; page < expected.size(); ++page) {
-      const auto& marks = printed[page].marks;
-      ASSERT_EQ(marks.size(), expected[page].marks.size()) << "page " << page;
-      for (std::size_t i = 0; i < marks.size(); ++i) {
-        const Mark& mark = expected[page].marks[i];
-        EXPECT_NEAR(marks[i].x, mark.x, 2);
-        EXPECT_NEAR(marks[i].y, mark.y, 2);
-        EXPECT_NEAR(marks[i].width, mark.width, 2);
-        EXPECT_NEAR(marks[i].height, mark.height, 2);
-      }
+      ExpectMarks(printed[page], expected[page]);
     }
   }
 
-  inline static std::unique_ptr<test::PrintQueue> queue_;
-  QTemporaryDir folder_;
-  std::filesystem::path settings_ = folder_.path().toStdString();
   CurrentList list_;
 };
 

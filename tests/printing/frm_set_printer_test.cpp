@@ -1,8 +1,5 @@
 #include "printing/frmSetPrinter.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
@@ -10,27 +7,15 @@
 #include <QTest>
 
 #include "printing/slip_sample.h"
-#include "printing/slip_settings_file.h"
-#include "support/print_queue.h"
+#include "printing_windows.h"
 #include "support/qt_modal.h"
 
 namespace marlevo {
 namespace {
 
-const std::array<std::string, kSlipFields> kFourStar = {"1270", "4300", "60", "60",   "300",  "240",
-                                                        "420",  "530",  "-3", "1800", "9050", "1520.5"};
-
-class FrmSetPrinter : public testing::Test {
+class FrmSetPrinter : public PrintingWindowTest {
  protected:
-  static void SetUpTestSuite() {
-    if (test::PrintQueue::Installed()) {
-      queue_ = std::make_unique<test::PrintQueue>();
-    }
-  }
-  static void TearDownTestSuite() { queue_.reset(); }
-
   void SetUp() override {
-    SaveSlipSettings(settings_, "4Star", kFourStar);
     window_ = std::make_unique<frmSetPrinter>(nullptr, settings_);
     window_->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
@@ -51,9 +36,6 @@ class FrmSetPrinter : public testing::Test {
     return texts.join(' ').toStdString();
   }
 
-  inline static std::unique_ptr<test::PrintQueue> queue_;
-  QTemporaryDir folder_;
-  std::filesystem::path settings_ = folder_.path().toStdString();
   std::unique_ptr<frmSetPrinter> window_;
 };
 
@@ -114,19 +96,14 @@ TEST_F(FrmSetPrinter, SavesTheTextsOnlyWhenTheAnswerIsYes) {
 
 TEST_F(FrmSetPrinter, PrintsTheSampleWithItsValues) {
   if (queue_ == nullptr) {
-    GTEST_SKIP() << "cupsd is not installed (package cups-daemon): no test sheet was printed and measured";
+    GTEST_SKIP() << kNoQueue;
   }
   Type(0, "1500");
   Click("cmdPrint");
   const auto jobs = queue_->TakeJobs();
   ASSERT_EQ(jobs.size(), 1U);
   ASSERT_EQ(jobs[0].pages.size(), 1U);
-  const PageDrawing sample = SampleSlip(SlipType::kFourDigit, SlipSettings());
-  ASSERT_EQ(jobs[0].pages[0].marks.size(), sample.marks.size());
-  for (std::size_t i = 0; i < sample.marks.size(); ++i) {
-    EXPECT_NEAR(jobs[0].pages[0].marks[i].x, sample.marks[i].x, 2);
-    EXPECT_NEAR(jobs[0].pages[0].marks[i].y, sample.marks[i].y, 2);
-  }
+  ExpectMarks(jobs[0].pages[0], SampleSlip(SlipType::kFourDigit, SlipSettings()));
   std::string words;
   for (const PageText& word : test::ReadPdfWords(jobs[0].document)) {
     words += word.text + ' ';
