@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
-#include <QBrush>
 #include <QFontMetrics>
 
 #include "ui/appearance.h"
@@ -39,21 +38,6 @@ TEST(TicketModelTest, ShowsNumberedTicketsAndABlankLastRowThroughEveryChange) {
   model.Refresh();
   ASSERT_EQ(model.rowCount(), 3);
   EXPECT_EQ(Row(model, 0), "1|1|2||4|");
-}
-
-TEST(TicketModelTest, WinnersAreBlackOnYellowInDigitCellsOnly) {
-  const TicketList tickets = {{{'1', '2', '3'}, Paint::kYellow}, {{'1', '2', '4'}, Paint::kWhite}, {{'1', '2', '5'}}};
-  const TicketModel model(tickets, 3, nullptr);
-  const auto colour = [&model](int row, int column, int role) {
-    return model.index(row, column).data(role).value<QColor>();
-  };
-  for (int column = 1; column <= 3; ++column) {
-    EXPECT_EQ(colour(0, column, Qt::BackgroundRole), QColor(255, 255, 0));
-    EXPECT_EQ(colour(0, column, Qt::ForegroundRole), QColor(Qt::black));
-    EXPECT_EQ(colour(1, column, Qt::BackgroundRole), QColor(255, 255, 255));
-    EXPECT_FALSE(colour(2, column, Qt::BackgroundRole).isValid());
-  }
-  EXPECT_NE(colour(0, 0, Qt::BackgroundRole), QColor(255, 255, 0));
 }
 
 TEST(AppearanceTest, ColumnsOfChineseTextStandUnderOneAnother) {
