@@ -76,9 +76,10 @@ struct Rows {
       best = std::min(best, milliseconds);
       best_yardstick = std::min(best_yardstick, Milliseconds(yardstick));
     }
-    over = over || best > limit;
-    std::printf("%-40s %8.1f %8.1f %8.0f %10.1f%s\n", name, best, first, limit, best_yardstick,
-                best > limit ? "  OVER" : "");
+    // The first round is what an operator waits for.
+    over = over || first > limit;
+    std::printf("%-40s %8.1f %8.0f %8.1f %10.1f%s\n", name, first, limit, best, best_yardstick,
+                first > limit ? "  OVER" : "");
   }
 };
 
@@ -110,7 +111,7 @@ int main(int argc, char** argv) {
     connection.Flush();
   }
 
-  std::printf("%-40s %8s %8s %8s %10s\n", "action to painted window, ms", "best", "first", "limit", "SQLite ms");
+  std::printf("%-40s %8s %8s %8s %10s\n", "action to painted window, ms", "first", "limit", "best", "SQLite ms");
   Rows table;
   std::unique_ptr<frmCustom> custom;
   table.Row(
