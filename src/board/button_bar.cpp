@@ -36,7 +36,7 @@ QPushButton* ButtonBar::Add(const QString& name, const QString& caption, const Q
   button->setToolTip(tips.join('\n'));
   if (emphasis == Emphasis::kMain) {
     button->setMinimumHeight(kMainButtonHeight);
-    button->setFont(LargeFont(QFont::Bold));
+    button->setFont(LargeFont());
   }
   buttons_.append(button);
 

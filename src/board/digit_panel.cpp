@@ -32,49 +32,48 @@ QLabel* NewTitle(QWidget* parent, const QString& name, const QString& text) {
 
 }  // namespace
 
-DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
+DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(this)) {
   setFont(LargeFont());
   setFrameStyle(QFrame::StyledPanel);
   setBackgroundRole(QPalette::Base);
   setAutoFillBackground(true);
 
-  auto* const grid = new QGridLayout(this);
-  grid->setContentsMargins(8, 8, 12, 12);
-  grid->setSpacing(kSpacing);
+  grid_->setContentsMargins(8, 8, 12, 12);
+  grid_->setSpacing(kSpacing);
   for (int digit = 0; digit < kDigits; ++digit) {
     QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), QString::number(digit));
     title->setForegroundRole(QPalette::PlaceholderText);
-    grid->addWidget(title, digit + 1, 0);
-    grid->setRowStretch(digit + 1, 1);
+    grid_->addWidget(title, digit + 1, 0);
+    grid_->setRowStretch(digit + 1, 1);
     for (int column = 1; column <= kShownColumns; ++column) {
-      AddDigit(*grid, column, digit, column - 1);
+      AddDigit(column, digit, column - 1);
     }
     auto* const on = new DigitBox(this, ElementName("chkAll_X1", digit), "全", DigitBox::Kind::kAction);
     on->setToolTip(QString("四柱都選 %1").arg(digit));
     connect(on, &QCheckBox::clicked, this, [this, digit] { chkAll_X1_Click(digit); });
-    AddCell(*grid, on, digit, kShownColumns);
+    AddCell(on, digit, kShownColumns);
     auto* const off = new DigitBox(this, ElementName("chkAll_X2", digit), "清", DigitBox::Kind::kAction);
     off->setToolTip(QString("四柱都不選 %1").arg(digit));
     connect(off, &QCheckBox::clicked, this, [this, digit] { chkAll_X2_Click(digit); });
-    AddCell(*grid, off, digit, kShownColumns + 1);
+    AddCell(off, digit, kShownColumns + 1);
   }
   for (int column = 0; column < kShownColumns; ++column) {
     const QString title = kTitles[static_cast<std::size_t>(column)];
-    grid->addWidget(NewTitle(this, ElementName("lblTitle2", column), title), 0, GridColumn(column));
+    grid_->addWidget(NewTitle(this, ElementName("lblTitle2", column), title), 0, GridColumn(column));
     auto* const on = new DigitBox(this, ElementName("chkAll_Y1", column), "全", DigitBox::Kind::kAction);
     on->setToolTip(title + "全選 0 到 9");
     connect(on, &QCheckBox::clicked, this, [this, column] { chkAll_Y1_Click(column); });
-    AddCell(*grid, on, kDigits, column);
+    AddCell(on, kDigits, column);
     auto* const off = new DigitBox(this, ElementName("chkAll_Y2", column), "清", DigitBox::Kind::kAction);
     off->setToolTip(title + "全部不選");
     connect(off, &QCheckBox::clicked, this, [this, column] { chkAll_Y2_Click(column); });
-    AddCell(*grid, off, kDigits + 1, column);
+    AddCell(off, kDigits + 1, column);
   }
   for (int column = 0; column < kCellColumns; ++column) {
-    grid->setColumnStretch(GridColumn(column), column < kShownColumns ? 3 : 2);
+    grid_->setColumnStretch(GridColumn(column), column < kShownColumns ? 3 : 2);
   }
-  grid->setColumnMinimumWidth(0, 22);
-  grid->setColumnMinimumWidth(kGapColumn, 6);
+  grid_->setColumnMinimumWidth(0, 22);
+  grid_->setColumnMinimumWidth(kGapColumn, 6);
 
   reserved_ = NewTitle(this, "lblExtra", {});
   reserved_->setWordWrap(true);
@@ -83,37 +82,37 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent) {
   reserved_->setBackgroundRole(QPalette::AlternateBase);
   reserved_->setAutoFillBackground(true);
   reserved_->setMargin(16);
-  grid->addWidget(reserved_, 0, GridColumn(kFirstExtraCell), kCellRows + 1, kPickColumns - kShownColumns);
-  AddExtraColumns(*grid);
+  grid_->addWidget(reserved_, 0, GridColumn(kFirstExtraCell), kCellRows + 1, kPickColumns - kShownColumns);
   WriteHiddenPicks();
 }
 
-void DigitPanel::AddExtraColumns(QGridLayout& grid) {
+void DigitPanel::AddExtraColumns() {
   for (int column = kShownColumns + 1; column <= kPickColumns; ++column) {
     const int cell_column = kFirstExtraCell + column - kShownColumns - 1;
     const auto extra = static_cast<std::size_t>(column - kShownColumns - 1);
     extra_titles_[extra] = NewTitle(this, ElementName("lblTitle3", static_cast<int>(extra)),
                                     kTitles[static_cast<std::size_t>(column - 1)]);
     extra_titles_[extra]->hide();
-    grid.addWidget(extra_titles_[extra], 0, GridColumn(cell_column));
+    grid_->addWidget(extra_titles_[extra], 0, GridColumn(cell_column));
     for (int digit = 0; digit < kDigits; ++digit) {
-      AddDigit(grid, column, digit, cell_column)->hide();
+      AddDigit(column, digit, cell_column)->hide();
     }
   }
+  columns_made_ = kPickColumns;
 }
 
-DigitBox* DigitPanel::AddDigit(QGridLayout& grid, int column, int digit, int cell_column) {
+DigitBox* DigitPanel::AddDigit(int column, int digit, int cell_column) {
   const QString caption = QString::number(digit);
   auto* const box =
       new DigitBox(this, ElementName("chkNum" + QString::number(column), digit), caption, DigitBox::Kind::kDigit);
   box->setAccessibleName(kTitles[static_cast<std::size_t>(column - 1)] + (' ' + caption));
   columns_[static_cast<std::size_t>(column)][static_cast<std::size_t>(digit)] = box;
-  AddCell(grid, box, digit, cell_column);
+  AddCell(box, digit, cell_column);
   return box;
 }
 
-void DigitPanel::AddCell(QGridLayout& grid, DigitBox* box, int row, int column) {
-  grid.addWidget(box, row + 1, GridColumn(column));
+void DigitPanel::AddCell(DigitBox* box, int row, int column) {
+  grid_->addWidget(box, row + 1, GridColumn(column));
   cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = box;
   box->setFocusPolicy(tab_stop_ == nullptr ? Qt::StrongFocus : Qt::ClickFocus);
   if (tab_stop_ == nullptr) {
@@ -123,7 +122,7 @@ void DigitPanel::AddCell(QGridLayout& grid, DigitBox* box, int row, int column) 
 }
 
 void DigitPanel::ReadInto(Selection& picks) const {
-  for (int column = 1; column <= kPickColumns; ++column) {
+  for (int column = 1; column <= columns_made_; ++column) {
     for (const DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
       if (box->isChecked()) {
         picks.Pick(column, box->text().toInt());
@@ -133,7 +132,7 @@ void DigitPanel::ReadInto(Selection& picks) const {
 }
 
 void DigitPanel::UntickAll() {
-  for (int column = 1; column <= kPickColumns; ++column) {
+  for (int column = 1; column <= columns_made_; ++column) {
     TickColumn(column, false);
   }
   WriteHiddenPicks();
@@ -253,8 +252,8 @@ void DigitPanel::MoveFocus(int row, int column, int down, int right) {
 // Picks that cannot be seen take part all the same: their place says how many there are.
 void DigitPanel::WriteHiddenPicks() {
   int hidden = 0;
-  for (std::size_t column = kShownColumns + 1; column <= kPickColumns; ++column) {
-    for (const DigitBox* const box : columns_[column]) {
+  for (int column = kShownColumns + 1; column <= columns_made_; ++column) {
+    for (const DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
       hidden += box->isChecked() ? 1 : 0;
     }
   }

@@ -25,6 +25,8 @@ class DigitPanel : public QFrame {
   // Takes the ticked digits of all ten columns; a box stands for the digit of its caption.
   void ReadInto(Selection& picks) const;
   void UntickAll();
+  // Makes columns 5 to 10, hidden. To be called once, before they are toggled; the panel can be used without them.
+  void AddExtraColumns();
   // Inverts the visibility of the boxes of columns 5 to 10.
   void ToggleExtraColumns();
 
@@ -44,9 +46,8 @@ class DigitPanel : public QFrame {
   using Column = std::array<DigitBox*, kDigits>;
 
   // `column` counts from 1, `cell_column` from 0.
-  DigitBox* AddDigit(QGridLayout& grid, int column, int digit, int cell_column);
-  void AddCell(QGridLayout& grid, DigitBox* box, int row, int column);
-  void AddExtraColumns(QGridLayout& grid);
+  DigitBox* AddDigit(int column, int digit, int cell_column);
+  void AddCell(DigitBox* box, int row, int column);
   void chkAll_X1_Click(int digit);
   void chkAll_X2_Click(int digit);
   void chkAll_Y1_Click(int column);
@@ -59,8 +60,10 @@ class DigitPanel : public QFrame {
   void WriteHiddenPicks();
 
   std::array<Column, kPickColumns + 1> columns_{};  // from 1, as the columns are counted
+  int columns_made_ = kShownColumns;
   std::array<std::array<DigitBox*, kCellColumns>, kCellRows> cells_{};
   std::array<QLabel*, kPickColumns - kShownColumns> extra_titles_{};
+  QGridLayout* grid_;
   QLabel* reserved_;  // stands in the place of the hidden columns
   QWidget* tab_stop_ = nullptr;
 };

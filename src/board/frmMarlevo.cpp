@@ -43,7 +43,7 @@ void frmMarlevo::InitBoard() {
   picMain_->installEventFilter(this);
 
   QLabel* const caption = NewLabel(picMain_, "lblCaption", "3、4 星   彩");
-  caption->setFont(LargeFont(QFont::Bold));
+  caption->setFont(LargeFont());
   caption->setForegroundRole(QPalette::Link);
   lblHint_ = NewLabel(picMain_, "lblHint", {});
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
@@ -90,10 +90,11 @@ void frmMarlevo::InitBoard() {
   window->addWidget(scroll);
 }
 
-void frmMarlevo::InitResultStage() {
+void frmMarlevo::InitHiddenParts() {
   if (picBox2_ != nullptr) {
     return;
   }
+  digits_->AddExtraColumns();
   picBox2_ = Named(new ResultPanel(picMain_, list_, kSideWidth), "picBox2");
   picBox2_->hide();
   connect(picBox2_->CheckButton(), &QPushButton::clicked, this, &frmMarlevo::cmdCheck2_Click);
@@ -118,7 +119,7 @@ void frmMarlevo::AddBar(ButtonBar* bar) {
 bool frmMarlevo::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Paint) {
     picMain_->removeEventFilter(this);
-    QTimer::singleShot(0, this, &frmMarlevo::InitResultStage);
+    QTimer::singleShot(0, this, &frmMarlevo::InitHiddenParts);
   }
   return QWidget::eventFilter(watched, event);
 }
@@ -225,7 +226,7 @@ void frmMarlevo::ExpandPicks(Expand expand) {
     ShowMessage(this, QString::fromUtf8(message.data(), static_cast<qsizetype>(message.size())));
     return;
   }
-  InitResultStage();
+  InitHiddenParts();
   picBox1_->hide();
   picBox2_->show();
   ShowBar(picMenu2_);
@@ -239,6 +240,7 @@ void frmMarlevo::ExpandPicks(Expand expand) {
 }
 
 void frmMarlevo::Command2_Click() {
+  InitHiddenParts();
   digits_->ToggleExtraColumns();
 }
 

@@ -56,9 +56,9 @@ class frmMarlevo : public QWidget {
   using Filter = void (*)(CurrentList&);
 
   void InitBoard();
-  // Makes the result stage, which is not needed to show the board: right after the first painting, or when it is asked
-  // for earlier.
-  void InitResultStage();
+  // Makes what is not needed to show the board, the extra columns and the result stage: right after the first painting,
+  // or when it is asked for earlier.
+  void InitHiddenParts();
   void AddBar(ButtonBar* bar);
   ButtonBar* NewSelectionBar();
   ButtonBar* NewResultBar();

@@ -16,7 +16,6 @@ template <std::size_t count>
 DropDownList* NewList(QWidget* parent, const QString& name, const std::array<std::string_view, count>& entries,
                       int width) {
   auto* const list = new DropDownList(parent, name);
-  list->setFont(LargeFont());
   for (const std::string_view entry : entries) {
     list->addItem(QString::fromUtf8(entry.data(), static_cast<qsizetype>(entry.size())));
   }
@@ -45,11 +44,12 @@ QWidget* KindRows::NewRow(int kind) {
   row->setFrameStyle(QFrame::StyledPanel);
   row->setAutoFillBackground(true);
   row->setBackgroundRole(QPalette::Base);
+  // For the drop-down lists: one that is given a font of its own makes its list window at once.
+  row->setFont(LargeFont());
 
   const QString caption =
       QString::fromUtf8(kBetKindNames[index].data(), static_cast<qsizetype>(kBetKindNames[index].size()));
   QCheckBox* const tick = Named(new QCheckBox(caption, row), ElementName("chkPlay", kind));
-  tick->setFont(LargeFont(QFont::Bold));
   tick->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   connect(tick, &QCheckBox::toggled, row,
           [row](bool on) { row->setBackgroundRole(on ? QPalette::Midlight : QPalette::Base); });
@@ -62,13 +62,16 @@ QWidget* KindRows::NewRow(int kind) {
   DropDownList* const amount = NewList(row, ElementName("cboPlay", kind), kAmounts, kAmountWidth);
   amount->setToolTip("每張金額（元）：計價與存檔用這個金額");
 
+  QLabel* const yuan = NewLabel(row, ElementName("lblYuan", kind), "元");
+  yuan->setFont(WindowFont());
+
   auto* const line = new QHBoxLayout(row);
   line->setContentsMargins(10, 3, 10, 3);
   line->setSpacing(8);
   line->addWidget(tick, 1);
   line->addWidget(multiplier);
   line->addWidget(amount);
-  line->addWidget(NewLabel(row, ElementName("lblYuan", kind), "元"));
+  line->addWidget(yuan);
 
   chkPlay_[index] = tick;
   cboPlay_[index] = amount;

@@ -9,8 +9,8 @@ namespace marlevo {
 // The font of the windows: the first Traditional Chinese family that the system has.
 QFont WindowFont();
 
-// The same for what has to be read from a distance: digits, kinds, main actions. There is one large size only: each
-// size of a Chinese font costs a millisecond or two at the start.
+// The same for what has to be read from a distance: digits, kinds, main actions. There is one large size only, and
+// nothing is bold before it is ticked: each size and weight of a Chinese font costs two milliseconds at the start.
 QFont LargeFont(QFont::Weight weight = QFont::Normal);
 
 // A font in which a full-width character is exactly as wide as two half-width ones, for boxes whose lines are columns.
