@@ -1,5 +1,6 @@
 // The yardsticks of start_bench: the shortest program that shows a window and, with an argument, the shortest that
-// shows this text in it.
+// shows this text in it. Maximized, as the board is on the screen at the counter: a window's memory is part of its
+// price.
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>
@@ -10,6 +11,6 @@ int main(int argc, char** argv) {
   if (argc > 1) {
     window.setCentralWidget(new QLabel(QString::fromLocal8Bit(argv[1])));
   }
-  window.show();
+  window.showMaximized();
   return QApplication::exec();
 }
