@@ -32,6 +32,8 @@ QFont AlignedFont() {
   QFont font;
   font.setFamilies({"MingLiU", "Noto Sans Mono CJK TC", "WenQuanYi Micro Hei Mono"});
   font.setStyleHint(QFont::Monospace);
+  // Widths fitted to whole pixels would break that: half of 19 is none.
+  font.setHintingPreference(QFont::PreferNoHinting);
   font.setPointSizeF(kAlignedPoints);
   return font;
 }

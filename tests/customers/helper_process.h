@@ -51,7 +51,7 @@ class HelperProcess {
   // For the helper itself.
   static std::string ConnectionString() { return qEnvironmentVariable(kFile).toStdString(); }
   static void Say(const char* word) {
-    std::fputs(Line(word).constData(), stdout);
+    std::puts(Line(word).constData());
     std::fflush(stdout);
   }
   // Until the other process kills this one or is gone itself.
@@ -60,7 +60,7 @@ class HelperProcess {
  private:
   static constexpr const char* kFile = "MARLEVO_TEST_DATABASE";
 
-  static QByteArray Line(const char* word) { return QByteArray("helper: ") + word + "\n"; }
+  static QByteArray Line(const char* word) { return QByteArray("helper: ") + word; }
 
   QProcess process_;
   QByteArray said_;

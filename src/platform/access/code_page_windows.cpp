@@ -31,7 +31,11 @@ class WindowsCodePage : public CodePage {
   explicit WindowsCodePage(unsigned page) : page_(page) {}
 
   std::string Decode(std::string_view bytes) const override {
-    return bytes.empty() ? std::string() : FromWide(CP_UTF8, 0, ToWide(page_, 0, bytes), nullptr);
+    std::wstring wide = ToWide(page_, MB_ERR_INVALID_CHARS, bytes);
+    if (wide.empty()) {
+      wide = CharacterByCharacter(bytes);
+    }
+    return FromWide(CP_UTF8, 0, wide, nullptr);
   }
 
   std::optional<std::string> Encode(std::string_view text) const override {
@@ -45,6 +49,23 @@ class WindowsCodePage : public CodePage {
   }
 
  private:
+  // Left to itself Windows turns what means nothing into question marks, which a text may also hold.
+  std::wstring CharacterByCharacter(std::string_view bytes) const {
+    std::wstring wide;
+    while (!bytes.empty()) {
+      const bool two = bytes.size() > 1 && IsDBCSLeadByteEx(page_, static_cast<BYTE>(bytes[0]));
+      std::size_t length = two ? 2 : 1;
+      std::wstring character = ToWide(page_, MB_ERR_INVALID_CHARS, bytes.substr(0, length));
+      if (character.empty()) {
+        character = L'\xFFFD';
+        length = 1;
+      }
+      wide += character;
+      bytes.remove_prefix(length);
+    }
+    return wide;
+  }
+
   unsigned page_;
 };
 
