@@ -4,7 +4,7 @@
 set -eu
 folder=${XDG_DATA_HOME:-$HOME/.local/share}/marlevo
 mkdir -p "$folder"
-program=$(ls /usr/lib/*/marlevo/marlevo | head -n 1)
+program=/usr/lib/marlevo/marlevo
 if ! cmp -s "$program" "$folder/marlevo"; then
   cp "$program" "$folder/marlevo.new"
   mv -f "$folder/marlevo.new" "$folder/marlevo"

@@ -1,7 +1,7 @@
 # The Debian package. The program keeps its data beside its executable, so every user starts a copy of his own
 # (marlevo.sh); the package itself only holds what is the same for all.
 include(GNUInstallDirs)
-install(TARGETS marlevo RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR}/marlevo)
+install(TARGETS marlevo RUNTIME DESTINATION lib/marlevo)
 install(FILES ${CMAKE_BINARY_DIR}/bin/4star.mdb DESTINATION ${CMAKE_INSTALL_DATADIR}/marlevo)
 install(PROGRAMS packaging/linux/marlevo.sh DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME marlevo)
 install(FILES packaging/linux/org.marlevo.Marlevo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
@@ -9,7 +9,8 @@ install(FILES packaging/linux/org.marlevo.Marlevo.metainfo.xml DESTINATION ${CMA
 install(FILES packaging/icon/marlevo.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES packaging/icon/marlevo.png DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/256x256/apps)
 install(FILES packaging/linux/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES ${CMAKE_BINARY_DIR}/package/changelog.gz ${CMAKE_BINARY_DIR}/package/manual.html
+install(FILES ${CMAKE_BINARY_DIR}/package/changelog.gz ${CMAKE_BINARY_DIR}/package/NEWS.gz
+              ${CMAKE_BINARY_DIR}/package/manual.html
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${CMAKE_BINARY_DIR}/package/marlevo.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
@@ -25,6 +26,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS fonts-noto-cjk)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "cups, fcitx5-frontend-qt6 | libqt6gui6")
+# Qt brings its own part of ibus. Who has neither gets fcitx5, with Zhuyin.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "cups, fcitx5 | ibus, fcitx5-frontend-qt6 | ibus, fcitx5-chewing | ibus-chewing")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 include(CPack)
