@@ -1,8 +1,10 @@
 // Whether a row costs the same among 10,000,000 tickets without an index as among 1,000,000. Makes a file of 700 MB: to
-// be run by hand.
+// be run by hand. The limit is on the time that this program has the processor, since nothing that takes so long goes
+// undisturbed by other programs; the time on the clock stands beside it.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -18,18 +20,27 @@ constexpr int kRounds = 5;
 constexpr std::size_t kSaved = 23000;  // the largest list
 constexpr double kLimit = 1.25;
 
-// In nanoseconds a row.
-struct Costs {
-  double insert = 1e18;
-  double scan = 1e18;
+// The best of all rounds, in nanoseconds a row.
+struct Cost {
+  double processor = 1e18;
+  double clock = 1e18;
+
+  template <typename Work>
+  void Take(std::size_t rows, const Work& work) {
+    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t processor_start = std::clock();
+    work();
+    const auto count = static_cast<double>(rows);
+    processor = std::min(processor, static_cast<double>(std::clock() - processor_start) * 1e9 / CLOCKS_PER_SEC / count);
+    const std::chrono::duration<double, std::nano> passed = std::chrono::steady_clock::now() - start;
+    clock = std::min(clock, passed.count() / count);
+  }
 };
 
-template <typename Work>
-double Nanoseconds(const Work& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count();
-}
+struct Costs {
+  Cost insert;
+  Cost scan;
+};
 
 // Fills a store with so many tickets and measures what is done to it then.
 Costs Measure(const std::filesystem::path& file, std::size_t rows) {
@@ -46,21 +57,19 @@ Costs Measure(const std::filesystem::path& file, std::size_t rows) {
   Connection connection(FileConnectionString(file));
   Costs best;
   for (int round = 0; round < kRounds; ++round) {
-    const double scan =
-        Nanoseconds([&] { connection.Open("SELECT * FROM CUSTOM_D WHERE PLAY_MODE=3 AND NO1=11 AND NO2=2"); });
-    best.scan = std::min(best.scan, scan / static_cast<double>(rows));
-    const double insert = Nanoseconds([&] {
+    best.scan.Take(rows, [&] { connection.Open("SELECT * FROM CUSTOM_D WHERE PLAY_MODE=3 AND NO1=11 AND NO2=2"); });
+    best.insert.Take(kSaved, [&] {
       for (const std::string& statement : statements) {
         connection.Execute(statement);
       }
       connection.Flush();
     });
-    best.insert = std::min(best.insert, insert / static_cast<double>(kSaved));
     connection.Execute("DELETE FROM CUSTOM_D WHERE SAL_DATE='20991231235959'");
     connection.Flush();
   }
-  std::printf("%10zu tickets, %6.1f MB: %8.1f ns a row inserted, %8.2f ns a row looked at\n", rows,
-              static_cast<double>(std::filesystem::file_size(file)) / 1e6, best.insert, best.scan);
+  std::printf("%10zu %8.1f %12.1f %12.1f %12.2f %12.2f\n", rows,
+              static_cast<double>(std::filesystem::file_size(file)) / 1e6, best.insert.processor, best.insert.clock,
+              best.scan.processor, best.scan.clock);
   std::filesystem::remove(file);
   return best;
 }
@@ -69,12 +78,14 @@ Costs Measure(const std::filesystem::path& file, std::size_t rows) {
 
 int main() {
   const testing_support::ScratchFolder folder;
+  std::printf("%10s %8s %25s %25s\n%10s %8s %12s %12s %12s %12s\n", "tickets", "MB", "ns a row inserted",
+              "ns a row looked at", "", "", "processor", "clock", "processor", "clock");
   const Costs few = Measure(folder.Path() / "few.mdb", 1000000);
   const Costs many = Measure(folder.Path() / "many.mdb", 10000000);
-  const double insert = many.insert / few.insert;
-  const double scan = many.scan / few.scan;
+  const double insert = many.insert.processor / few.insert.processor;
+  const double scan = many.scan.processor / few.scan.processor;
   const bool over = std::max(insert, scan) > kLimit;
-  std::printf("10,000,000 : 1,000,000          insert %.2f, scan %.2f, limit %.2f%s\n", insert, scan, kLimit,
+  std::printf("ratio of processor time: insert %.2f, scan %.2f, limit %.2f%s\n", insert, scan, kLimit,
               over ? "  OVER" : "");
   return over ? 1 : 0;
 }

@@ -12,6 +12,10 @@ QString FaultText(Fault kind) {
       return "資料庫的密碼不符，這個檔案不是本程式的資料庫。";
     case Fault::kDamaged:
       return "檔案已經損壞，或者不是 Access 資料庫。請換上備份的檔案，或用 Access 修復。";
+    case Fault::kNewerFormat:
+      return "這是較新版本的 Access 資料庫。請用 Access 另存成 2002-2003 格式 (.mdb)。";
+    case Fault::kNeedsAccess:
+      return "資料庫檔案用了本程式無法維護的功能，資料沒有變動。請用 Access 照下面的說明修改檔案，再試一次。";
     case Fault::kInUse:
       return "檔案正由另一個程式開啟，現在不能寫入。請關閉那個程式，再試一次。";
     case Fault::kDenied:
@@ -26,6 +30,8 @@ QString FaultText(Fault kind) {
       return "資料庫裡缺少需要的資料表，這個檔案不是本程式的資料庫。";
     case Fault::kDuplicate:
       return "資料庫裡已經有相同的資料，不能重複存入。";
+    case Fault::kRelated:
+      return "這筆資料和其他資料表有關聯：新增之前要先有它所屬的資料，刪除之前要先刪除用到它的資料。";
     case Fault::kTextTooLong:
       return "文字太長，超過欄位的長度。請縮短，再試一次。";
     case Fault::kNumber:

@@ -65,10 +65,12 @@ CatalogEntry FindTable(const std::shared_ptr<File>& file, std::string_view name)
     }
     linked |= entry.type == 4 || entry.type == 6;
   }
-  throw AccessError(
-      "table " + std::string(name) +
-      (linked ? " is linked to another file; open the file in Access and import that table" : " does not exist"),
-      Fault::kNoTable);
+  const std::string table = "table " + std::string(name);
+  if (linked) {
+    throw AccessError(table + " is linked to another file; open the file in Access and import that table",
+                      Fault::kNeedsAccess);
+  }
+  throw AccessError(table + " does not exist", Fault::kNoTable);
 }
 
 }  // namespace marlevo::access

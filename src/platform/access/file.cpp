@@ -31,7 +31,8 @@ void RequireClosedInAccess(std::filesystem::path path, pager::FileSystem& files)
       files.Remove(path);
     }
   } catch (const pager::PagerError& error) {
-    throw AccessError(std::string("the file is open in Access; close it there and try again (") + error.what() + ")");
+    throw AccessError(std::string("the file is open in Access; close it there and try again (") + error.what() + ")",
+                      Fault::kInUse);
   }
 }
 
@@ -144,7 +145,7 @@ std::uint32_t File::AppendPage() {
   if (pager_->PageCount() >= format_->max_pages) {
     const std::uint64_t gib = std::uint64_t{format_->max_pages} * format_->page_size >> 30;
     throw AccessError("the file has reached " + std::to_string(gib) +
-                      " GiB, the largest size of its format; delete records that are not needed any more",
+                          " GiB, the largest size of its format; delete records that are not needed any more",
                       Fault::kFileFull);
   }
   return pager_->Append();

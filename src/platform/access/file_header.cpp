@@ -47,12 +47,14 @@ void ApplyDateMask(MutableBytes password, const std::byte* creation_date) {
 FileHeader ParseHeader(std::span<const std::byte> head) {
   const std::string_view signature = head.size() < kHeaderSize ? "" : AsText(head.first(kSignature.size()));
   if (signature != kSignature && signature != kNewerSignature) {
-    throw AccessError("this is not an Access database (.mdb): the signature \"Standard Jet DB\" is missing");
+    throw AccessError("this is not an Access database (.mdb): the signature \"Standard Jet DB\" is missing",
+                      Fault::kDamaged);
   }
   const std::uint32_t version = LoadU32(&head[kVersionAt]);
   if (version > 1 || signature == kNewerSignature) {
     throw AccessError("this is a database of Access 2007 or later (format version " + std::to_string(version) +
-                      "); open it in Access and save it in the format of Access 2002-2003 (.mdb)");
+                          "); open it in Access and save it in the format of Access 2002-2003 (.mdb)",
+                      Fault::kNewerFormat);
   }
   FileHeader header{.format = version == 0 ? &kJet3 : &kJet4, .encoding_key = 0, .code_page = 0, .password = {}};
 

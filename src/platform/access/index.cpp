@@ -84,7 +84,7 @@ Index::RowKey Index::KeyOf(const RowView& row, std::span<const ColumnDefinition>
     AppendKey(keys_[i], value, result.key);
   }
   if (result.key.size() + kEntryRowSize > tree_.LongestEntry()) {
-    throw ValueError("the values of the row are too long for the index " + name_);
+    throw ValueError("the values of the row are too long for the index " + name_, Fault::kTextTooLong);
   }
   return result;
 }
@@ -168,7 +168,8 @@ void Index::Erase(const RowKey& key, RowId row) const {
   Key entry = key.key;
   AppendEntryRow(row, entry);
   if (!tree_.Erase(entry)) {
-    throw AccessError("the index " + name_ + " lacks the row; open the file in Access and compact it");
+    throw AccessError("the index " + name_ + " lacks the row; open the file in Access and compact it",
+                      Fault::kNeedsAccess);
   }
   if (ForbidsTwice(key) || !Contains(key.key)) {
     CountKey(-1);

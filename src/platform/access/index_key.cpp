@@ -37,10 +37,6 @@ void Complement(Key& key, std::size_t from) {
 
 constexpr const char* kAdvice = "; open the file in Access and remove the index";
 
-bool IsText(ColumnType type) {
-  return type == ColumnType::kText || type == ColumnType::kMemo;
-}
-
 void AppendReversed(Bytes stored, Key& key) {
   key.insert(key.end(), std::make_reverse_iterator(stored.end()), std::make_reverse_iterator(stored.begin()));
 }
@@ -100,7 +96,8 @@ void AppendGuid(Bytes stored, Key& key) {
   char code[16];
   std::snprintf(code, sizeof code, "U+%04X", character);
   throw ValueError("column " + column.name + " is indexed, and the place of the character " + code +
-                   " in the order of its index is not known" + kAdvice);
+                       " in the order of its index is not known" + kAdvice,
+                   Fault::kNeedsAccess);
 }
 
 void AppendStored(const KeyColumn& column, Bytes stored, Key& key) {
@@ -131,7 +128,8 @@ void AppendStored(const KeyColumn& column, Bytes stored, Key& key) {
       break;
     default:
       if (stored.empty()) {
-        throw ValueError("column " + column.name + " is indexed, and no order is known for empty bytes" + kAdvice);
+        throw ValueError("column " + column.name + " is indexed, and no order is known for empty bytes" + kAdvice,
+                         Fault::kNeedsAccess);
       }
       AppendGroups(stored, key);
   }
@@ -150,9 +148,10 @@ void AppendText(const KeyColumn& column, const KeyValue& value, Key& key) {
     const auto high =
         std::find_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     if (high != text.end()) {
-      throw ValueError("column " + column.name +
-                       " is indexed, and the place of characters outside ASCII in the order of its index is not known" +
-                       kAdvice);
+      throw ValueError(
+          "column " + column.name +
+              " is indexed, and the place of characters outside ASCII in the order of its index is not known" + kAdvice,
+          Fault::kNeedsAccess);
     }
   }
   AppendJet3TextKey(text, key);
@@ -175,7 +174,6 @@ std::string KeyRefusal(const KeyColumn& column) {
     case ColumnType::kGuid:
       return {};
     case ColumnType::kText:
-    case ColumnType::kMemo:
       if (column.order != TextOrder::kUnknown) {
         return {};
       }
@@ -201,7 +199,7 @@ void AppendKey(const KeyColumn& column, const KeyValue& value, Key& key) {
     key.push_back(kValue);
     if (const bool* truth = std::get_if<bool>(&value)) {
       key.push_back(*truth ? kTrue : kFalse);
-    } else if (IsText(column.type)) {
+    } else if (column.type == ColumnType::kText) {
       AppendText(column, value, key);
     } else {
       AppendStored(column, std::get<Bytes>(value), key);
@@ -214,7 +212,7 @@ void AppendKey(const KeyColumn& column, const KeyValue& value, Key& key) {
       for (std::size_t at = first + 1 + kGroup; at + 1 < key.size(); at += kGroup + 1) {
         key[at] = kMoreGroups;
       }
-    } else if (IsText(column.type) && column.order == TextOrder::kGeneralJet4 && key.size() > first + 1) {
+    } else if (column.type == ColumnType::kText && column.order == TextOrder::kGeneralJet4 && key.size() > first + 1) {
       key.push_back(kEndOfDescendingText);
     }
   }

@@ -25,11 +25,11 @@ enum class TextOrder {
 struct KeyColumn {
   std::string name;  // for messages
   ColumnType type;
-  TextOrder order;  // of Text and Memo
+  TextOrder order;  // of Text
   bool descending;
 };
 
-// A value as the row stores it. Boolean: bool. Text and Memo of Jet 4: UTF-16. All others, also Text of Jet 3: the
+// A value as the row stores it. Boolean: bool. Text of Jet 4: UTF-16. All others, also Text of Jet 3: the
 // stored bytes. std::monostate is null.
 using KeyValue = std::variant<std::monostate, bool, std::u16string_view, Bytes>;
 

@@ -14,7 +14,7 @@ namespace {
 template <typename Work>
 auto InStatement(const TableState& table, Work work) {
   if (!table.WriteRefusal().empty()) {
-    throw AccessError(table.WriteRefusal());
+    throw AccessError(table.WriteRefusal(), Fault::kNeedsAccess);
   }
   if (table.Storage().InStatement()) {
     return work();

@@ -83,7 +83,8 @@ void TableIndexes::CheckNew(const RowView& row) {
     const bool itself = relationship.other_table == page_ && other.KeyOf(row).key == sought.key;
     if (sought.nulls == 0 && !itself && !other.Contains(sought.key)) {
       throw ValueError("the row refers by " + relationship.columns.front().shown.name +
-                       " to a row that does not exist; add that row first");
+                           " to a row that does not exist; add that row first",
+                       Fault::kRelated);
     }
   }
 }
@@ -102,8 +103,9 @@ void TableIndexes::CheckGone(const RowView& row, RowId id) {
     }
     const Index::RowKey sought = relationship.other.KeyOf(row, relationship.columns);
     if (sought.nulls == 0 && IsReferredTo(relationship, sought.key, id)) {
-      throw ValueError("other rows refer to the row by " + relationship.columns.front().shown.name +
-                       "; delete those rows first");
+      throw ValueError(
+          "other rows refer to the row by " + relationship.columns.front().shown.name + "; delete those rows first",
+          Fault::kRelated);
     }
   }
 }

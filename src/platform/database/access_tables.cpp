@@ -425,12 +425,6 @@ void Check(sqlite3* sql, int code) {
 
 }  // namespace
 
-std::string ReasonOf(const std::exception& error) {
-  const auto* damage = dynamic_cast<const access::AccessError*>(&error);
-  const bool page = damage != nullptr && damage->Page();
-  return std::string(error.what()) + (page ? "; the file is damaged: have Access repair it, or take a backup" : "");
-}
-
 void AddAccessTables(sqlite3* sql, access::Database& database, std::exception_ptr& failure) {
   Check(sql, sqlite3_create_collation_v2(sql, kTextOrder, SQLITE_UTF8, nullptr, Compare, nullptr));
   const auto file = std::make_shared<File>(database, failure);

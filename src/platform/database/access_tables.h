@@ -12,14 +12,10 @@
 #include <sqlite3.h>
 
 #include <exception>
-#include <string>
 
 #include "platform/access/database.h"
 
 namespace marlevo {
-
-// An error's own words, and what can be done where a page of the file is not as it should be.
-std::string ReasonOf(const std::exception& error);
 
 // `database` and `failure` must outlive `sql`. Whenever a call of SQLite fails because of the engine, `failure` holds
 // what the engine threw, unless it held something already. Throws std::runtime_error when SQLite refuses, and what the

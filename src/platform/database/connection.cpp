@@ -39,9 +39,9 @@ auto Reported(const char* attempted, const std::string& subject, Work work) {
   try {
     return work();
   } catch (const FaultError& error) {
-    throw DatabaseError(attempted, subject, ReasonOf(error), error.Kind());
+    throw DatabaseError(attempted, subject, error.what(), error.Kind());
   } catch (const std::exception& error) {
-    throw DatabaseError(attempted, subject, ReasonOf(error));
+    throw DatabaseError(attempted, subject, error.what());
   }
 }
 
@@ -162,8 +162,12 @@ class Connection::Session {
     if (code != SQLITE_OK) {
       RethrowFailure();
       const std::string words = refusal_.empty() ? sqlite3_errmsg(sql_.get()) : refusal_;
-      // SQLite has no code of its own for this one.
-      throw FaultError(words.starts_with(kNoSuchTable) ? Fault::kNoTable : Fault::kOther, words);
+      // SQLite has no code of its own for this one. The file may know more of the table.
+      if (words.starts_with(kNoSuchTable)) {
+        static_cast<void>(database_.OpenTable(std::string_view(words).substr(std::string_view(kNoSuchTable).size())));
+        throw FaultError(Fault::kNoTable, words);
+      }
+      throw FaultError(Fault::kOther, words);
     }
     if (!statement) {
       throw std::runtime_error("there is no statement");
@@ -192,14 +196,20 @@ class Connection::Session {
     }
   }
 
-  // Changes the file. When the disk refuses, what was executed before and is not on the disk is undone as well: nobody
-  // has been told that it is stored, and a later flush would store it beside the operator's next attempt.
+  // Changes the file. When the disk refuses or the file is full, what was executed before and is not on the disk is
+  // undone as well: nobody has been told that it is stored, and a later flush would store it beside the operator's next
+  // attempt.
   template <typename Work>
   void OnDisk(Work work) {
     try {
       work();
     } catch (const pager::PagerError&) {
       database_.Discard();
+      throw;
+    } catch (const access::AccessError& error) {
+      if (error.Kind() == Fault::kFileFull) {
+        database_.Discard();
+      }
       throw;
     }
   }

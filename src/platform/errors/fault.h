@@ -14,6 +14,8 @@ enum class Fault {
   kMissing,        // there is no such file
   kWrongPassword,  //
   kDamaged,        // or not of the kind of file that it has to be
+  kNewerFormat,    // of a version of Access that came later
+  kNeedsAccess,    // the file has a feature that is not kept right; the words say what to change in Access
   kInUse,          // open for writing in another program
   kDenied,         // file, folder or medium may not be read or written
   kDiskFull,       //
@@ -21,6 +23,7 @@ enum class Fault {
   kFileFull,       // as large as its format allows
   kNoTable,        // the file lacks a table
   kDuplicate,      // a unique index has the value already
+  kRelated,        // rows of another table forbid it
   kTextTooLong,    // for its column
   kNumber,         // does not fit its column
   kCharacter,      // cannot be stored in the file

@@ -154,6 +154,7 @@ TEST(IndexKey, RefusesWhatItDoesNotKnow) {
 
   EXPECT_NE(KeyRefusal(TextColumn(TextOrder::kUnknown)), "");
   EXPECT_NE(KeyRefusal({"N", ColumnType::kNumeric, TextOrder::kUnknown, true}), "");
+  EXPECT_NE(KeyRefusal({"M", ColumnType::kMemo, TextOrder::kGeneralJet4, false}), "");
   EXPECT_NE(KeyRefusal({"O", ColumnType::kOle, TextOrder::kUnknown, false}), "");
   EXPECT_EQ(KeyRefusal(TextColumn(TextOrder::kAsciiJet3)), "");
 }

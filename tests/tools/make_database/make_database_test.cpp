@@ -100,7 +100,7 @@ TEST_F(MakeDatabaseTest, OtherReadersFindTheRows) {
     GTEST_SKIP() << "mdbtools is not installed";
   }
   Write("rows.sql",
-        "INSERT INTO CUSTOM_H (CUSTOM_NO,CUSTOM_NAME,TEL1,MEMO1) VALUES ('A01','王小明','02-2345','a \"b\" Ωж ﹏')\n"
+        "INSERT INTO CUSTOM_H (CUSTOM_NO,CUSTOM_NAME,TEL1,MEMO1) VALUES ('A01','王小明','02-2345','a \"b\" Ωβ ﹏')\n"
         "INSERT INTO CUSTOM_H (CUSTOM_NO) VALUES ('gone')\n"
         "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) "
         "VALUES ('A01','20021005143012',4,12.5,2147483647,-1,2,3,0)\n"
@@ -111,7 +111,7 @@ TEST_F(MakeDatabaseTest, OtherReadersFindTheRows) {
     ASSERT_EQ(Make(format + Quoted(file) + " " + Quoted("rows.sql")).status, 0);
     EXPECT_EQ(Shell("mdb-ver " + Quoted(file)).output, format.empty() ? "JET4\n" : "JET3\n");
     EXPECT_EQ(Shell("mdb-tables -1 " + Quoted(file)).output, "NUMERIC\nCUSTOM_H\nCUSTOM_D\n");
-    EXPECT_EQ(Export(file, "CUSTOM_H"), "A01|王小明|02-2345||a \"b\" Ωж ﹏\n");
+    EXPECT_EQ(Export(file, "CUSTOM_H"), "A01|王小明|02-2345||a \"b\" Ωβ ﹏\n");
     EXPECT_EQ(Export(file, "CUSTOM_D"), "A01|20021005143012|4|12.5|2147483647|-1|2|3|0\n");
     EXPECT_EQ(Export(file, "NUMERIC"), "92001|7|||\n");
   }
