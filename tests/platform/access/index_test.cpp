@@ -143,6 +143,28 @@ TEST_P(IndexTreeTest, GrowsAndShrinks) {
   }
 }
 
+// Other writers may leave a leaf in its place when its last entry goes.
+TEST_P(IndexTreeTest, LivesWithEmptyLeaves) {
+  const IndexTree& tree = state_->Indexes().at(0).Tree();
+  pager::Statement statement(file_->Pages());
+  TreeModel(tree, 1).Insert(5000, Order::kUp);
+  std::uint32_t leaf = state_->Definition().real_indexes[0].root;
+  while (!Load(leaf).IsLeaf()) {
+    leaf = Load(leaf).Child(0);
+  }
+  for (int i = 0; i < 8; ++i) {
+    IndexPage page = Load(leaf);
+    while (i % 3 != 2 && page.Count() > 0) {
+      page.Erase(0);
+    }
+    Store(leaf, page);
+    leaf = page.links.next;
+  }
+  TreeModel model(tree, 2);
+  model.Insert(3000, Order::kRandom);
+  model.EraseAllBut(0, false);
+}
+
 // Other writers may leave the last leaves to be found from the leaf before them only.
 TEST_P(IndexTreeTest, TakesLeavesInThatNothingLeadsTo) {
   const IndexTree& tree = state_->Indexes().at(0).Tree();
