@@ -2,11 +2,14 @@
 // which knows nothing of it: the driver asks by object name through one pipe, gets a line through another, and then
 // clicks with the real mouse.
 //
-//   find NAME              -> "x y width height" of the widget on the screen, or "none" while it is not to be seen
+//   find NAME              -> "x y width height" of the widget on the screen, or "none" while it cannot be clicked
 //   item NAME ROW COLUMN   -> the same for a cell of a grid or list (both from 0), after scrolling it into view
 //   button CAPTION         -> the same for a button of the window that has the input, by what is written on it
 //   text NAME              -> its text; lines are joined with "|"
-//   window                 -> objectName of the active window
+//   window                 -> objectName of the window that has the input
+//   keyboard               -> the same, or "none" while the keys do not go there
+//   inputs                 -> how many clicks and keys have reached the program
+//   paint                  -> "painted" when the screen shows all windows as they are
 //
 // The pipes are named by the environment: MARLEVO_FINDER_ASK and MARLEVO_FINDER_ANSWER.
 #include <QAbstractButton>
@@ -15,10 +18,8 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMetaObject>
-#include <QPlainTextEdit>
-#include <QTextEdit>
+#include <QWindow>
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
@@ -28,6 +29,30 @@
 
 namespace {
 
+// Sees what reaches the program.
+class InputCounter : public QObject {
+ public:
+  int count = 0;
+
+  bool eventFilter(QObject* receiver, QEvent* event) override {
+    // A key acts when it is pressed: the window may be gone when it is released.
+    const bool input = event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::KeyPress;
+    count += input && receiver->isWindowType() ? 1 : 0;
+    return false;
+  }
+};
+
+InputCounter* inputs = nullptr;
+
+bool OnScreen(const QWidget* window) {
+  return window->isVisible() && window->windowHandle() != nullptr && window->windowHandle()->isExposed();
+}
+
+QWidget* WindowWithTheInput() {
+  QWidget* const modal = QApplication::activeModalWidget();
+  return modal != nullptr ? modal : QApplication::activeWindow();
+}
+
 // The widget of that name in the window that has the input, otherwise in any window that is to be seen.
 QWidget* Find(const QString& name) {
   QWidget* active = QApplication::activeModalWidget();
@@ -36,11 +61,8 @@ QWidget* Find(const QString& name) {
     windows = {active};
   }
   for (QWidget* window : windows) {
-    if (!window->isVisible()) {
+    if (!OnScreen(window)) {
       continue;
-    }
-    if (window->objectName() == name) {
-      return window;
     }
     const auto found = window->findChildren<QWidget*>(name);
     for (QWidget* widget : found) {
@@ -60,9 +82,8 @@ std::string Place(const QWidget* widget, const QRect& rect) {
 }
 
 QWidget* FindButton(const QString& caption) {
-  QWidget* window = QApplication::activeModalWidget();
-  window = window != nullptr ? window : QApplication::activeWindow();
-  if (window == nullptr) {
+  const QWidget* const window = WindowWithTheInput();
+  if (window == nullptr || !OnScreen(window)) {
     return nullptr;
   }
   for (auto* button : window->findChildren<QAbstractButton*>()) {
@@ -100,9 +121,24 @@ std::string Answer(const std::string& question) {
   std::string name;
   words >> verb >> name;
   if (verb == "window") {
-    const QWidget* window = QApplication::activeModalWidget();
-    window = window != nullptr ? window : QApplication::activeWindow();
+    const QWidget* const window = WindowWithTheInput();
     return window != nullptr ? window->objectName().toStdString() : "none";
+  }
+  if (verb == "keyboard") {
+    const QWidget* const window = WindowWithTheInput();
+    return window != nullptr && window->isActiveWindow() ? window->objectName().toStdString() : "none";
+  }
+  if (verb == "inputs") {
+    return std::to_string(inputs->count);
+  }
+  if (verb == "paint") {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+      if (OnScreen(window)) {
+        window->repaint();
+      }
+    }
+    QGuiApplication::sync();
+    return "painted";
   }
   QWidget* widget = verb == "button" ? FindButton(QString::fromStdString(name)) : Find(QString::fromStdString(name));
   if (widget == nullptr) {
@@ -139,7 +175,15 @@ void Serve() {
     std::string line = "none";
     if (QCoreApplication::instance() != nullptr) {
       QMetaObject::invokeMethod(
-          QCoreApplication::instance(), [&] { line = Answer(question); }, Qt::BlockingQueuedConnection);
+          QCoreApplication::instance(),
+          [&] {
+            if (inputs == nullptr) {
+              inputs = new InputCounter;
+              QCoreApplication::instance()->installEventFilter(inputs);
+            }
+            line = Answer(question);
+          },
+          Qt::BlockingQueuedConnection);
     }
     answer << line << std::endl;
   }
