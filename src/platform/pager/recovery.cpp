@@ -46,6 +46,8 @@ Recovery::Recovery(File& journal) : journal_(journal) {
     if (head->kind == RecordKind::kBatchEnd) {
       sealed_ = true;
       complete = records_.size();
+    } else if (bytes.empty() || head->page >= header_.page_count) {
+      break;  // no journal of ours has such a record
     } else {
       records_.push_back({head->page, head->kind, offset});
     }

@@ -1,0 +1,26 @@
+// What can be done to a file of which nothing is known: whatever its bytes say, the engine does it or refuses with an
+// AccessError or a PagerError. Anything else escapes from here.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "platform/access/database.h"
+#include "platform/pager/fault_files.h"
+
+namespace marlevo::access {
+
+constexpr const char* kAnyFile = "/disk/4star.mdb";
+
+// A small sound file with a bit of everything: all column types, long values of every kind, deleted rows, and indexes
+// of two levels. `version` is that of NewFile; no password.
+std::vector<std::byte> SmallFile(int version);
+
+// Every cell of every table, also the system's; every index from end to end; the check. True when nothing was refused
+// and the check found no fault.
+bool ReadAnyFile(pager::FaultFiles& files);
+
+// Deletes and inserts in every table, some of it undone, then flushes. True when nothing was refused.
+bool ChangeAnyFile(pager::FaultFiles& files);
+
+}  // namespace marlevo::access
