@@ -39,18 +39,19 @@ IndexTree::Leaf IndexTree::LoadLeaf(std::uint32_t number) const {
   if (!view.IsLeaf()) {
     throw AccessError(number, "expected a leaf of the index");
   }
-  return {number, std::move(page), view, false};
+  return {number, std::move(page), view, false, true};
 }
 
 // The leaf in which an entry is or would be.
 IndexTree::Leaf IndexTree::FindLeaf(Bytes sought) const {
   bool rightmost = true;
+  bool bounded = false;
   std::size_t level = 0;
   for (std::uint32_t number = root_;;) {
     pager::PageRef page = file_->Read(number);
     const IndexPageView view(file_->Layout(), table_, number, page.Bytes());
     if (view.IsLeaf()) {
-      return {number, std::move(page), view, rightmost};
+      return {number, std::move(page), view, rightmost, bounded};
     }
     const IndexPageView::Place place = view.LowerBound(sought);
     const std::uint32_t child = view.Child(place);
@@ -58,6 +59,7 @@ IndexTree::Leaf IndexTree::FindLeaf(Bytes sought) const {
       throw AccessError(number, "the index does not lead to a leaf");
     }
     rightmost = rightmost && (view.IsEnd(place) || (view.IsLast(place) && view.Links().tail == 0));
+    bounded = bounded || !view.IsEnd(place) || view.Links().tail == 0;
     number = child;
   }
 }
@@ -104,9 +106,10 @@ void IndexTree::AdoptFollowers() const {
       throw AccessError(next, "the leaves at the end of the index are not in order");
     }
     Step& parent = path.back();
-    if (parent.page.links.tail == leaf.number) {
-      parent.page.InsertChild(parent.page.Count(), leaf.page.Entry(count - 1), leaf.number);
+    if (parent.page.links.tail != leaf.number) {
+      parent.page.Erase(parent.page.Count() - 1);
     }
+    parent.page.InsertChild(parent.page.Count(), leaf.page.Entry(count - 1), leaf.number);
     parent.page.links.tail = next;
     UsageMap(*file_, owned_map_).Add(next);
     const std::vector<std::byte> last = Copy(follower.Entry(follower.Count() - 1));
@@ -157,15 +160,14 @@ void IndexTree::Link(std::uint32_t number, std::optional<std::uint32_t> previous
   }
 }
 
-// Most changes concern one leaf only: no bound changes, no page begins or ends. Those are done in place; the rightmost
-// leaf has no bound.
+// Most changes concern one leaf only: no bound changes, no page begins or ends. Those are done in place.
 bool IndexTree::Insert(Bytes entry) const {
   Leaf leaf = FindLeafToChange(entry);
   const IndexPageView::Place place = leaf.view.LowerBound(entry);
   if (!leaf.view.IsEnd(place) && leaf.view.IsEntry(place, entry)) {
     return false;
   }
-  const bool keeps_bound = !leaf.view.IsEnd(place) || leaf.rightmost;
+  const bool keeps_bound = !leaf.view.IsEnd(place) || !leaf.bounded;
   if (!keeps_bound || leaf.view.HasPrefix() || !leaf.view.HasRoomFor(entry)) {
     InsertWithBounds(entry);
     return true;

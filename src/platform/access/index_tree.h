@@ -53,6 +53,7 @@ class IndexTree {
     pager::PageRef page;
     IndexPageView view;  // of `page`
     bool rightmost;      // no child on the way to it had another behind it
+    bool bounded;        // some page on the way to it has an entry for it, which no entry of the leaf may be beyond
   };
   Leaf LoadLeaf(std::uint32_t number) const;
   Leaf FindLeaf(Bytes sought) const;

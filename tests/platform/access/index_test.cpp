@@ -48,6 +48,12 @@ class TreeModel {
     Compare();
   }
 
+  void EraseLast() {
+    const Entry last = *model_.rbegin();
+    EXPECT_TRUE(tree_.Erase(AsBytes(last)));
+    model_.erase(last);
+  }
+
   // All but `kept` entries; from the first to the last, or in any order.
   void EraseAllBut(std::size_t kept, bool in_order) {
     std::vector<Entry> entries(model_.begin(), model_.end());
@@ -141,6 +147,27 @@ TEST_P(IndexTreeTest, GrowsAndShrinks) {
     pages = std::max(pages, file_->Pages().PageCount());
     statement.Commit();
   }
+}
+
+// A page with a single child has an entry for it, not only the tail.
+TEST_P(IndexTreeTest, KeepsTheBoundOfAnOnlyChild) {
+  const IndexTree& tree = state_->Indexes().at(0).Tree();
+  pager::Statement statement(file_->Pages());
+  TreeModel model(tree, 1);
+  model.Insert(40'000, Order::kUp);
+  const auto last_above_leaves = [&] {
+    IndexPage page = Load(state_->Definition().real_indexes[0].root);
+    while (page.links.level > 1) {
+      page = Load(page.Child(page.ChildCount() - 1));
+    }
+    return page;
+  };
+  ASSERT_GT(Load(state_->Definition().real_indexes[0].root).links.level, 1);
+  while (last_above_leaves().ChildCount() > 1) {
+    model.EraseLast();
+  }
+  model.Insert(1, Order::kUp);
+  model.Insert(300, Order::kUp);
 }
 
 // Other writers may leave a leaf in its place when its last entry goes.
