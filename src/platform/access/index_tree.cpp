@@ -10,7 +10,7 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kMostLevels = 16;  // a tree of the smallest pages does not reach it within a file
+constexpr std::size_t kMostLevels = 64;  // more are a circle, even where only two of the longest keys fit on a page
 
 std::vector<std::byte> Copy(Bytes bytes) {
   return {bytes.begin(), bytes.end()};
