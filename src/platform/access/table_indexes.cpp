@@ -62,17 +62,11 @@ void TableIndexes::FindRelationship(File& file, const LogicalIndex& index) {
   relationships_.push_back(std::move(relationship));
 }
 
-void TableIndexes::RememberKeys(const RowView& row) {
+void TableIndexes::CheckNew(const RowView& row) {
   keys_.clear();
   for (const Index& index : indexes_) {
     keys_.push_back(index.KeyOf(row));
-  }
-}
-
-void TableIndexes::CheckNew(const RowView& row) {
-  RememberKeys(row);
-  for (std::size_t i = 0; i < indexes_.size(); ++i) {
-    indexes_[i].CheckNew(keys_[i]);
+    index.CheckNew(keys_.back());
   }
   for (const Relationship& relationship : relationships_) {
     if (!relationship.to_other) {
@@ -96,7 +90,14 @@ void TableIndexes::Insert(RowId row) const {
 }
 
 void TableIndexes::CheckGone(const RowView& row, RowId id) {
-  RememberKeys(row);
+  keys_.clear();
+  for (const Index& index : indexes_) {
+    try {
+      keys_.push_back(index.KeyOf(row));
+    } catch (const ValueError&) {
+      keys_.push_back(index.StoredKeyOf(id));  // Access knows the place of this value
+    }
+  }
   for (const Relationship& relationship : relationships_) {
     if (relationship.to_other) {
       continue;

@@ -44,7 +44,6 @@ class TableIndexes {
     bool to_other;  // rows of this table refer to rows of the other one
   };
 
-  void RememberKeys(const RowView& row);
   void Refuse(const std::string& reason);
   void FindRelationship(File& file, const LogicalIndex& index);
   bool IsReferredTo(const Relationship& relationship, Bytes key, RowId id) const;
