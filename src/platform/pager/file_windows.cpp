@@ -24,11 +24,13 @@ std::string Reason(DWORD code) {
   return text.empty() ? "error " + std::to_string(code) : text;
 }
 
+constexpr DWORD kQuotaExceeded = 1295;  // ERROR_DISK_QUOTA_EXCEEDED, which MinGW's headers lack
+
 Fault KindOf(DWORD code) {
   switch (code) {
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
-    case ERROR_DISK_QUOTA_EXCEEDED:
+    case kQuotaExceeded:
     case ERROR_FILE_TOO_LARGE:
       return Fault::kDiskFull;
     case ERROR_ACCESS_DENIED:
