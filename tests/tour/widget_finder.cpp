@@ -169,7 +169,7 @@ std::string Answer(const std::string& question) {
 
 void Serve() {
   std::ifstream ask(std::getenv("MARLEVO_FINDER_ASK"));
-  std::ofstream answer(std::getenv("MARLEVO_FINDER_ANSWER"));
+  std::ofstream answer(std::getenv("MARLEVO_FINDER_ANSWER"), std::ios::binary);
   std::string question;
   while (std::getline(ask, question)) {
     std::string line = "none";
