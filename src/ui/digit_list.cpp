@@ -12,7 +12,12 @@ DigitList::DigitList(QWidget* parent, const QString& name) : DropDownList(parent
     addItem(QString::number(digit));
   }
   SetDigit("0");
-  connect(this, &QComboBox::activated, lineEdit(), &QLineEdit::selectAll);
+  // An entry that was typed is taken when the focus goes, and then nothing is to be selected any more.
+  connect(this, &QComboBox::activated, this, [this] {
+    if (hasFocus()) {
+      lineEdit()->selectAll();
+    }
+  });
 }
 
 void DigitList::SetDigit(const QString& text) {

@@ -118,10 +118,13 @@ TEST_F(FrmInputTest, TakesOnlyDigitsFromTheKeyboardAndAnythingFromTheClipboard) 
   QTest::mouseClick(digit.lineEdit(), Qt::LeftButton, {}, {3, 10});
   QCoreApplication::processEvents();
   QTest::keyClicks(&digit, "12");
-  EXPECT_EQ(digit.currentText(), "12");
+  QTest::keyClick(&digit, Qt::Key_Backspace);
+  EXPECT_EQ(digit.currentText(), "1");
   QTest::keyClick(&digit, Qt::Key_Tab);
+  EXPECT_FALSE(digit.lineEdit()->hasSelectedText());
   QTest::keyClicks(&Find<QComboBox>(window, "cboCheck(3)"), "7");
-  EXPECT_EQ(Entered(), "9200 00127");
+  EXPECT_EQ(Entered(), "9200 0017");
+  digit.setFocus();
   QTest::keyClick(&digit, Qt::Key_Down);
   QTest::keyClicks(&digit, "5");
   EXPECT_EQ(digit.currentText(), "5") << "an entry chosen by the keys is typed over too";
