@@ -3,9 +3,9 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 
+#include "database/memory.h"
 #include "database/stores.h"
 #include "platform/database/connection.h"
 #include "support/scratch_folder.h"
@@ -16,19 +16,6 @@ using namespace marlevo;
 
 constexpr double kOpenLimit = 5;     // ms
 constexpr double kMemoryLimit = 64;  // MiB
-
-// Memory of this process that the system keeps in RAM, now or at most so far ("VmRSS", "VmHWM"), in MiB.
-double Memory(const std::string& kind) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    if (word == kind + ":") {
-      double kib = 0;
-      status >> kib;
-      return kib / 1024;
-    }
-  }
-  return 0;
-}
 
 double OpenMilliseconds(const std::string& opening) {
   double best = 1e9;
@@ -62,7 +49,7 @@ int main(int count, char** arguments) {
   std::printf("open and find one customer  %8.3f ms   limit %g ms%s\n", milliseconds, kOpenLimit,
               milliseconds > kOpenLimit ? "  OVER" : "");
 
-  const double before = Memory("VmRSS");
+  const double before = bench::MemoryMiB("VmRSS");
   {
     Connection connection(opening);
     connection.Open("SELECT * FROM CUSTOM_D WHERE PLAY_MODE=3 AND NO1=1 AND NO2=2 ORDER BY CUSTOM_NO");
@@ -75,13 +62,13 @@ int main(int count, char** arguments) {
     connection.Execute("DELETE FROM CUSTOM_D WHERE PLAY_MODE=4");
     connection.Flush();
   }
-  const double most = Memory("VmHWM") - before;
+  const double most = bench::MemoryMiB("VmHWM") - before;
   std::printf("memory, most over baseline  %8.1f MiB  limit %g MiB%s\n", most, kMemoryLimit,
               most > kMemoryLimit ? "  OVER" : "");
 
   Connection connection(opening);
-  const double without = Memory("VmRSS");
+  const double without = bench::MemoryMiB("VmRSS");
   const Recordset rows = connection.Open("SELECT * FROM CUSTOM_D");
-  std::printf("a recordset of 800,000 rows %8.1f MiB  on top\n", Memory("VmRSS") - without);
+  std::printf("a recordset of 800,000 rows %8.1f MiB  on top\n", bench::MemoryMiB("VmRSS") - without);
   return milliseconds > kOpenLimit || most > kMemoryLimit ? 1 : 0;
 }

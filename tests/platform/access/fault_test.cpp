@@ -1,16 +1,19 @@
-// The engine on a disk that fails, fills up, or stops at any step of its work.
+// Every kind of change on a disk that fails, tears a write, loses or reorders what was not synchronised, or fills up,
+// at every step of the work: in both formats, with and without indexes. MARLEVO_FAULT_SEEDS sets how many power
+// failures are tried at each step.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/access/access_files.h"
 #include "platform/access/database.h"
+#include "platform/access/format.h"
 #include "platform/pager/fault_files.h"
 
 namespace marlevo::access {
@@ -22,161 +25,266 @@ using namespace std::string_view_literals;
 
 constexpr const char* kFile = "/disk/4star.mdb";
 
-constexpr std::size_t kSmallMemo = 6000;
-constexpr std::size_t kLargeMemo = 10 << 20;  // more than the pager keeps in memory until a statement ends
-
-using Content = std::vector<std::vector<std::string>>;  // rows of each table
-
-struct History {
-  std::vector<Content> states;  // after each statement
-  std::size_t flushed = 0;      // how many of them the last Flush that returned has covered
+// Leaves of an index, and the bits of a map on pages of their own, are what tells that the work did what it is for.
+struct Work {
+  const char* name = "";
+  std::int64_t rows = 0;      // there before
+  std::size_t memo = 0;       // bytes of a long value, there before
+  std::int64_t inserts = 0;   // of rows
+  std::size_t new_memo = 0;   // bytes of a long value in one of them
+  std::int64_t deletes = 0;   // every row whose number is a multiple of it; 0: none
+  std::uint8_t new_page = 0;  // a page of this type has to come; 0: none
+  std::uint64_t points = 0;   // of the steps that are tried; 0: all
 };
 
+constexpr Work kWorks[] = {
+    {.name = "Insert", .rows = 40, .memo = 6000, .inserts = 3, .new_memo = 7000},
+    {.name = "Delete", .rows = 600, .memo = 6000, .deletes = 2},
+    {.name = "DeleteAll", .rows = 300, .memo = 6000, .deletes = 1},
+    {.name = "Split", .rows = 40, .inserts = 500, .new_page = kIndexLeafPage},
+    {.name = "MapGrowth", .rows = 2, .memo = 1'950'000, .inserts = 1, .new_memo = 300'000, .new_page = kMapPage},
+    // More than the pager keeps in memory until a statement ends.
+    {.name = "Spill", .rows = 10, .inserts = 1, .new_memo = 9 << 20, .deletes = 3, .points = 5},
+};
+
+struct Scene {
+  Work work;
+  int version;
+  bool indexed;
+};
+
+using Content = std::vector<std::string>;
+
 Content ContentOf(const Database& database) {
-  Content content;
-  for (const std::string& name : database.Tables()) {
-    content.push_back(TextsOf(database.OpenTable(name)));
-  }
-  return content;
+  return TextsOf(database.OpenTable("CUSTOM_D"));
 }
 
-// One turn of work: rows come, long values with them (one of `memo_size` bytes), rows go.
-void Turn(const Database& database, std::int64_t turn, std::size_t memo_size) {
-  Table customers = database.OpenTable("CUSTOM_H");
-  Table tickets = database.OpenTable("CUSTOM_D");
+Database Create(FaultFiles& files, const Scene& scene) {
+  TableSchema table = {"CUSTOM_D",
+                       {{"NO", ColumnType::kText, 20},
+                        {"N", ColumnType::kLong},
+                        {"T", ColumnType::kText, 50},
+                        {"MEMO", ColumnType::kMemo}}};
+  if (scene.indexed) {
+    table.indexes = {{.name = "NO", .columns = {{"NO"}}},
+                     {.name = "PrimaryKey", .columns = {{"N", true}, {"NO"}}, .primary_key = true}};
+  }
+  return Database::Create(kFile, "qorvat", {table}, files, {.version = scene.version});
+}
+
+Database Open(FaultFiles& files) {
+  return Database::Open(kFile, {.password = "qorvat", .code_page = {}}, files);
+}
+
+// `memo`: the long value of the first row.
+void Insert(Table& table, std::int64_t from, std::int64_t count, const std::string& memo) {
+  for (std::int64_t n = from; n < from + count; ++n) {
+    const std::string number = std::string("A").append(std::to_string(n * 7919 % 1000));
+    table.Insert(std::vector<Value>{std::string_view(number), n, "some more text"sv,
+                                    n == from ? Value(std::string_view(memo)) : Value()});
+  }
+}
+
+// As many letters as take so many bytes.
+std::string Memo(const Scene& scene, std::size_t bytes) {
+  return std::string(scene.version == 4 ? bytes / 2 : bytes, 'm');
+}
+
+void Do(const Database& database, const Scene& scene) {
+  const Work& work = scene.work;
+  Table table = database.OpenTable("CUSTOM_D");
   Statement statement(database);
-  if (turn % 3 == 2) {
-    for (Cursor cursor = tickets.Scan(std::vector<Equals>{{1, turn - 2}}); cursor.Next();) {
-      tickets.Delete(cursor.Row());
-    }
-    for (Cursor cursor = customers.Scan(); cursor.Next();) {
-      if (cursor.Text(0) == std::to_string(turn - 4)) {
-        customers.Delete(cursor.Row());
+  if (work.deletes > 0) {
+    for (Cursor cursor = table.Scan(); cursor.Next();) {
+      if (cursor.Integer(1) % work.deletes == 0) {
+        table.Delete(cursor.Row());
       }
     }
-  } else {
-    const std::string number = std::to_string(turn);
-    const std::string memo(turn == 6 ? memo_size : kSmallMemo, 'm');
-    customers.Insert(std::vector<Value>{std::string_view(number), "王小明"sv, std::string_view(memo)});
-    for (std::int64_t i = 0; i < 130; ++i) {
-      tickets.Insert(std::vector<Value>{std::string_view(number), turn, i, "some more text"sv});
-    }
   }
+  Insert(table, 1000, work.inserts, Memo(scene, work.new_memo));
   statement.Commit();
 }
 
-// What fails is rolled back, and when the machine goes on so does the work, with what was there before.
-std::optional<Database> Work(FaultFiles& files, History& history, std::size_t memo_size, bool goes_on) {
-  std::optional<Database> database;
-  try {
-    database.emplace(Database::Create(
-        kFile, "qorvat",
-        {{"CUSTOM_H", {{"NO", ColumnType::kText, 20}, {"NAME", ColumnType::kText, 20}, {"MEMO", ColumnType::kMemo}}},
-         {"CUSTOM_D",
-          {{"NO", ColumnType::kText, 20},
-           {"TURN", ColumnType::kLong},
-           {"N", ColumnType::kLong},
-           {"T", ColumnType::kText, 50}},
-          {{.name = "NO", .columns = {{"NO"}}},
-           {.name = "PrimaryKey", .columns = {{"TURN", true}, {"N"}}, .primary_key = true}}}},
-        files));
-  } catch (const pager::PagerError&) {
-    EXPECT_TRUE(files.Struck());
-    return database;
+std::ptrdiff_t PagesOfType(const std::vector<std::byte>& file, int version, std::uint8_t type) {
+  const std::size_t size = version == 4 ? 4096 : 2048;
+  std::ptrdiff_t pages = 0;
+  for (std::size_t at = 0; at < file.size(); at += size) {
+    pages += file[at] == std::byte{type} ? 1 : 0;
   }
-  history.states.push_back(ContentOf(*database));
-  for (std::int64_t turn = 0; turn < 12; ++turn) {
+  return pages;
+}
+
+class AccessFaults : public testing::TestWithParam<Scene> {
+ protected:
+  void SetUp() override {
+    FaultFiles files;
+    {
+      Database database = Create(files, GetParam());
+      const Work& work = GetParam().work;
+      Table table = database.OpenTable("CUSTOM_D");
+      Insert(table, 0, work.rows, Memo(GetParam(), work.memo));
+      database.Flush();
+      before_ = ContentOf(database);
+    }
+    file_ = files.Content(kFile);
+    const char* seeds = std::getenv("MARLEVO_FAULT_SEEDS");
+    seeds_ = seeds != nullptr ? static_cast<std::uint32_t>(std::atoi(seeds)) : before_.size() > 10 ? 12 : 1;
+  }
+
+  // A disk with the file as it is before the work.
+  FaultFiles Disk() const {
+    FaultFiles files;
+    files.Put(kFile, file_);
+    return files;
+  }
+
+  testing::AssertionResult Holds(FaultFiles& disk, bool may_be_before, bool may_be_after) {
+    ++disks_;
     try {
-      Turn(*database, turn, memo_size);
-      history.states.push_back(ContentOf(*database));
-      if (turn % 2 == 1) {
-        database->Flush();
-        history.flushed = history.states.size() - 1;
+      const Database database = Open(disk);
+      const Content content = ContentOf(database);
+      if (!(may_be_before && content == before_) && !(may_be_after && content == after_)) {
+        return testing::AssertionFailure() << (content == before_  ? "what was flushed is lost"
+                                               : content == after_ ? "what was not done is there"
+                                                                   : "half a statement");
       }
+      const std::string health = Health(database);
+      return health == "sound" ? testing::AssertionSuccess() : testing::AssertionFailure() << health;
+    } catch (const std::exception& error) {
+      return testing::AssertionFailure() << error.what();
+    }
+  }
+
+  // The machine stops at this step of the work and the flush.
+  void StopAt(std::uint64_t step) {
+    FaultFiles files = Disk();
+    files.Plan(step, Trouble::kEnd);
+    bool done = false;
+    try {
+      Database database = Open(files);
+      Do(database, GetParam());
+      database.Flush();
+      done = true;
     } catch (const pager::PagerError&) {
-      if (goes_on) {
-        EXPECT_EQ(ContentOf(*database), history.states.back());
+    }
+    ASSERT_TRUE(Holds(*files.Killed(), !done, true)) << "killed at step " << step;
+    for (std::uint32_t seed = 0; seed < seeds_; ++seed) {
+      ASSERT_TRUE(Holds(*files.AfterPowerFailure(seed), !done, true)) << "step " << step << ", seed " << seed;
+    }
+  }
+
+  // What fails is undone, and can be done when the trouble is over.
+  void FailAt(std::uint64_t step, Trouble trouble) {
+    FaultFiles files = Disk();
+    files.Plan(step, trouble);
+    std::optional<Database> database;
+    bool done = false;
+    try {
+      database.emplace(Open(files));
+      Do(*database, GetParam());
+      done = true;
+      database->Flush();
+    } catch (const pager::PagerError&) {
+    }
+    ASSERT_TRUE(Holds(*files.AfterPowerFailure(1), true, true)) << "step " << step;
+    files.MakeRoom();
+    if (!database) {
+      database.emplace(Open(files));
+    }
+    ASSERT_EQ(ContentOf(*database) == after_, done) << "step " << step;
+    if (!done) {
+      ASSERT_EQ(ContentOf(*database), before_) << "step " << step;
+      Do(*database, GetParam());
+    }
+    ASSERT_NO_THROW(database->Flush());
+    ASSERT_TRUE(Holds(*files.AfterPowerFailure(1), false, true)) << "step " << step;
+  }
+
+  std::vector<std::byte> file_;
+  Content before_;
+  Content after_;
+  std::uint32_t seeds_ = 0;
+  std::size_t disks_ = 0;
+};
+
+TEST_P(AccessFaults, LoseNothing) {
+  const Scene& scene = GetParam();
+  FaultFiles files = Disk();
+  {
+    Database database = Open(files);
+    Do(database, scene);
+    database.Flush();
+    after_ = ContentOf(database);
+    ASSERT_NE(before_, after_);
+  }
+  if (scene.work.new_page != 0) {
+    ASSERT_GT(PagesOfType(files.Content(kFile), scene.version, scene.work.new_page),
+              PagesOfType(file_, scene.version, scene.work.new_page));
+  }
+  const std::uint64_t steps = files.Steps();
+  const std::uint64_t stride = scene.work.points == 0 ? 1 : std::max<std::uint64_t>(1, steps / scene.work.points);
+  std::size_t points = 0;
+  for (std::uint64_t step = 1; step <= steps && !HasFailure(); step += stride) {
+    StopAt(step);
+    FailAt(step, Trouble::kError);
+    FailAt(step, Trouble::kFull);
+    points += 3;
+  }
+  std::cout << points << " points in " << steps << " steps, " << disks_ << " disks looked at\n";
+}
+
+std::vector<Scene> Scenes() {
+  std::vector<Scene> scenes;
+  for (const Work& work : kWorks) {
+    for (const int version : {3, 4}) {
+      for (const bool indexed : {false, true}) {
+        if (indexed || (work.new_page != kIndexLeafPage && work.points == 0)) {
+          scenes.push_back({work, version, indexed});
+        }
       }
     }
   }
-  return database;
+  return scenes;
 }
 
-std::uint64_t StepsOfWork(std::size_t memo_size) {
-  FaultFiles files;
-  History history;
-  static_cast<void>(Work(files, history, memo_size, true));
-  return files.Steps();
-}
+INSTANTIATE_TEST_SUITE_P(All, AccessFaults, testing::ValuesIn(Scenes()),
+                         [](const testing::TestParamInfo<Scene>& scene) {
+                           return std::string(scene.param.work.name)
+                               .append(scene.param.version == 3 ? "Jet3" : "Jet4")
+                               .append(scene.param.indexed ? "Indexed" : "");
+                         });
 
-testing::AssertionResult HoldsPrefix(FaultFiles& disk, const History& history) {
-  if (!disk.Exists(kFile)) {
-    return history.states.empty() ? testing::AssertionSuccess() : testing::AssertionFailure() << "the file is gone";
-  }
-  try {
-    const Database database = Database::Open(kFile, {.password = "qorvat", .code_page = {}}, disk);
-    const Content content = ContentOf(database);
-    const auto from = history.states.begin() + static_cast<std::ptrdiff_t>(history.flushed);
-    if (history.states.empty() ? content != Content(2)
-                               : std::find(from, history.states.end(), content) == history.states.end()) {
-      return testing::AssertionFailure() << "no state that was flushed or came after it";
-    }
-    const std::string health = Health(database);
-    return health == "sound" ? testing::AssertionSuccess() : testing::AssertionFailure() << health;
-  } catch (const std::exception& error) {
-    return testing::AssertionFailure() << error.what();
-  }
-}
-
-void StopAt(std::uint64_t step, std::size_t memo_size, std::uint32_t seeds) {
-  FaultFiles files;
-  files.Plan(step, Trouble::kEnd);
-  History history;
-  { const std::optional<Database> database = Work(files, history, memo_size, false); }
-  EXPECT_TRUE(HoldsPrefix(*files.Killed(), history)) << "killed at step " << step;
-  for (std::uint32_t seed = 0; seed < seeds; ++seed) {
-    EXPECT_TRUE(HoldsPrefix(*files.AfterPowerFailure(seed), history)) << "step " << step << ", seed " << seed;
-  }
-}
-
-TEST(AccessFaults, MachineStopsAnywhere) {
-  const std::uint64_t steps = StepsOfWork(kSmallMemo);
-  for (std::uint64_t step = 1; step <= steps && !HasFailure(); ++step) {
-    StopAt(step, kSmallMemo, 4);
-  }
-  std::cout << "stops tried at " << steps << " steps, each with 4 power failures\n";
-}
-
-TEST(AccessFaults, MachineStopsInLargeStatements) {
-  const std::uint64_t steps = StepsOfWork(kLargeMemo);
-  std::size_t tried = 0;
-  for (std::uint64_t step = 60; step <= steps && !HasFailure(); step += steps / 10, ++tried) {
-    StopAt(step, kLargeMemo, 1);
-  }
-  std::cout << "stops tried at " << tried << " of " << steps << " steps\n";
-}
-
-TEST(AccessFaults, WorkGoesOnAfterAnError) {
-  const std::uint64_t steps = StepsOfWork(kSmallMemo);
-  for (const Trouble trouble : {Trouble::kError, Trouble::kFull}) {
-    for (std::uint64_t step = 1; step <= steps; ++step) {
-      FaultFiles files;
-      files.Plan(step, trouble);
-      History history;
-      std::optional<Database> database = Work(files, history, kSmallMemo, true);
-      files.MakeRoom();
-      if (!database) {
-        ASSERT_TRUE(HoldsPrefix(*files.Killed(), history)) << "step " << step;
-        continue;
+// A new file is there as a whole or not at all, and the next attempt makes it.
+TEST(AccessFaultsOfNewFiles, WholeOrNone) {
+  std::size_t disks = 0;
+  for (const Scene& scene : {Scene{{}, 3, false}, {{}, 3, true}, {{}, 4, false}, {{}, 4, true}}) {
+    FaultFiles good;
+    static_cast<void>(Create(good, scene));
+    const std::uint64_t steps = good.Steps();
+    for (const Trouble trouble : {Trouble::kEnd, Trouble::kError, Trouble::kFull}) {
+      for (std::uint64_t step = 1; step <= steps; ++step) {
+        FaultFiles files;
+        files.Plan(step, trouble);
+        bool done = false;
+        try {
+          static_cast<void>(Create(files, scene));
+          done = true;
+        } catch (const pager::PagerError&) {
+        }
+        for (std::uint32_t seed = 0; seed < 5; ++seed, ++disks) {
+          const auto disk = seed == 0 ? files.Killed() : files.AfterPowerFailure(seed);
+          ASSERT_TRUE(!done || disk->Exists(kFile)) << "step " << step;
+          if (!disk->Exists(kFile)) {
+            static_cast<void>(Create(*disk, scene));
+          }
+          const Database database = Open(*disk);
+          ASSERT_EQ(ContentOf(database), Content());
+          ASSERT_EQ(Health(database), "sound") << "step " << step << ", seed " << seed;
+        }
       }
-      ASSERT_NO_THROW(database->Flush());
-      ASSERT_EQ(ContentOf(*database), history.states.back()) << "step " << step;
-      ASSERT_EQ(Health(*database), "sound") << "step " << step;
-      history.flushed = history.states.size() - 1;
-      ASSERT_TRUE(HoldsPrefix(*files.AfterPowerFailure(1), history)) << "step " << step;
     }
   }
-  std::cout << "errors and a full disk tried at " << steps << " steps\n";
+  std::cout << disks << " disks looked at\n";
 }
 
 }  // namespace

@@ -1,10 +1,11 @@
-// A process that is killed in the midst of its work, on real files.
+// A process that is killed in the midst of its work, on real files. MARLEVO_KILLS sets how often.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <random>
@@ -79,13 +80,17 @@ std::optional<std::int64_t> StatementsIn(const Table& table) {
 TEST(AccessProcess, KilledAtAnyMomentLosesNothingFlushed) {
   const testing_support::ScratchFolder folder;
   const fs::path file = folder.Path() / "4star.mdb";
-  static_cast<void>(Database::Create(
-      file, "qorvat",
-      {{"T", {{"batch", ColumnType::kLong}, {"n", ColumnType::kLong}, {"text", ColumnType::kText, 255}}}}));
-  std::mt19937 random(3);
-  constexpr int kKills = 30;
+  static_cast<void>(
+      Database::Create(file, "qorvat",
+                       {{"T",
+                         {{"batch", ColumnType::kLong}, {"n", ColumnType::kLong}, {"text", ColumnType::kText, 255}},
+                         {{.name = "PrimaryKey", .columns = {{"batch"}, {"n"}}, .primary_key = true},
+                          {.name = "text", .columns = {{"text", true}}}}}}));
+  std::mt19937 random(std::random_device{}());
+  const char* wanted = std::getenv("MARLEVO_KILLS");
+  const int kills = wanted != nullptr ? std::atoi(wanted) : 50;
   std::int64_t statements = 0;
-  for (int turn = 0; turn < kKills; ++turn) {
+  for (int turn = 0; turn < kills; ++turn) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const pid_t child = fork();
@@ -112,7 +117,7 @@ TEST(AccessProcess, KilledAtAnyMomentLosesNothingFlushed) {
     ASSERT_EQ(Health(database), "sound");
     statements = *found;
   }
-  std::cout << kKills << " kills, " << statements << " statements\n";
+  std::cout << kills << " kills, " << statements << " statements\n";
 }
 
 }  // namespace

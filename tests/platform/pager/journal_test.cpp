@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/pager/fault_files.h"
+#include "platform/pager/journal_format.h"
 #include "platform/pager/test_pages.h"
 
 namespace marlevo::pager {
@@ -83,6 +84,31 @@ TEST(Journal, TruncatedOrDamagedChangesNothing) {
   }
   FaultFiles files;
   EXPECT_EQ(Opened(files, good, Bytes(100000, std::byte{0x5a})), good);
+}
+
+// Well sealed, but no journal of ours: pages that the file never had, kinds that there are not.
+TEST(Journal, StrangeRecordsChangeNothing) {
+  const Bytes good = MakeFile(12, 10);
+  for (const auto& [kind, page] : {std::pair(1U, 12U), {1U, 0x7fffffffU}, {2U, 4000U}, {4U, 0U}, {0U, 3U}}) {
+    JournalHeader header{kJournalMagic, 1, kTestPage, 12, 0};
+    header.hash = HeaderHash(header);
+    Bytes journal(kJournalHeaderBytes);
+    std::memcpy(journal.data(), &header, sizeof header);
+    std::uint64_t hash = header.hash;
+    const auto add = [&](RecordKind record, std::uint32_t number, const Bytes& bytes) {
+      hash = RecordHash(hash, record, number, bytes);
+      const RecordHead head{record, number, hash};
+      const auto head_bytes = std::as_bytes(std::span(&head, 1));
+      journal.insert(journal.end(), head_bytes.begin(), head_bytes.end());
+      journal.insert(journal.end(), bytes.begin(), bytes.end());
+    };
+    const std::size_t size = kind == 1 ? kTestPage : kind == 2 ? kTestPage / kSectorBytes * sizeof hash : 0;
+    add(RecordKind::kOriginal, 0, Bytes(good.begin(), good.begin() + kTestPage));
+    add(static_cast<RecordKind>(kind), page, Bytes(size));
+    add(RecordKind::kBatchEnd, 0, {});
+    FaultFiles files;
+    EXPECT_EQ(Opened(files, good, journal), good) << kind << " " << page;
+  }
 }
 
 TEST(Journal, OfAnotherFileIsSetAside) {
