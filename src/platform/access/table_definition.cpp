@@ -106,12 +106,17 @@ LogicalIndex ParseLogicalIndex(const Format& format, const std::byte* at) {
 
 void CheckNumbers(std::uint32_t page, const TableDefinition& table) {
   std::bitset<kMaxColumns> seen;
+  std::bitset<kMaxColumns> places;
   for (const ColumnDefinition& column : table.columns) {
     if (column.number >= table.max_columns || seen[column.number]) {
       throw AccessError(page, "column number " + std::to_string(column.number) + " is used twice or too large");
     }
-    if (!column.fixed && column.variable_index >= table.variable_columns) {
-      throw AccessError(page, "variable column \"" + column.shown.name + "\" lies outside the row");
+    if (!column.fixed) {
+      const std::size_t place = column.variable_index;
+      if (place >= table.variable_columns || place >= places.size() || places[place]) {
+        throw AccessError(page, "variable column \"" + column.shown.name + "\" lies outside the row or on another");
+      }
+      places[place] = true;
     }
     seen[column.number] = true;
   }

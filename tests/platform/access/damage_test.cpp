@@ -65,5 +65,18 @@ INSTANTIATE_TEST_SUITE_P(Files, AccessDamage,
                          testing::Values("new 3", "new 4", "indexTestV1997.mdb", "test2V1997.mdb",
                                          "overflowTestV2000.mdb", "indexTestV2003.mdb", "test2V2000.mdb"));
 
+// Damage to a new Jet 4 file that fuzzing has found to be taken for sound.
+TEST(AccessDamageFound, IsNoticed) {
+  for (const std::vector<std::uint8_t>& input : {
+           std::vector<std::uint8_t>{0x90, 0x4e},  // two columns in the same place of a row
+       }) {
+    std::vector<std::byte> damaged = SmallFile(4);
+    FuzzInput(input.data(), input.size()).Damage(damaged);
+    pager::FaultFiles files;
+    files.Put(kAnyFile, std::move(damaged));
+    EXPECT_FALSE(ReadAnyFile(files));
+  }
+}
+
 }  // namespace
 }  // namespace marlevo::access
