@@ -46,7 +46,13 @@ class OperatorChoice : public View {
 
   void keyPressEvent(QKeyEvent* event) override {
     const int before = SelectedRow();
-    View::keyPressEvent(event);
+    const QModelIndex current = View::currentIndex();
+    if (before == -1 && current.isValid() && event->key() == Qt::Key_Down) {
+      // The focus came to this row without choosing it.
+      View::selectionModel()->select(current, selectionCommand(current, event));
+    } else {
+      View::keyPressEvent(event);
+    }
     TellWhenOther(before);
   }
 

@@ -86,11 +86,15 @@ TEST_F(FrmInputTest, TakesTheRowThatIsChosenByMouseOrKeys) {
   Connection(Opening()).Execute("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3) VALUES (92001,11,0,7)");
   Connection(Opening()).Execute("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3,NO4) VALUES (92002,1,2,3,4)");
   frmInput& window = Window();
+  auto& grid = Find<QWidget>(window, "mfgNumeric");
+  grid.setFocus();
+  QTest::keyClick(&grid, Qt::Key_Down);
+  EXPECT_EQ(BoxText(window, "txtVou_No"), "92001") << "the row with the focus comes first";
   PressRow(window, "mfgNumeric", 0);
   EXPECT_EQ(Entered(), "92001 11070") << "a missing digit reads as 0, one of two places is shown";
-  QTest::keyClick(&Find<QWidget>(window, "mfgNumeric"), Qt::Key_Down);
+  QTest::keyClick(&grid, Qt::Key_Down);
   EXPECT_EQ(Entered(), "92002 1234");
-  QTest::keyClick(&Find<QWidget>(window, "mfgNumeric"), Qt::Key_Down);
+  QTest::keyClick(&grid, Qt::Key_Down);
   EXPECT_EQ(Entered(), " 0000") << "the blank row";
 }
 
