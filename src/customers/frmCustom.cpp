@@ -199,7 +199,8 @@ bool frmCustom::eventFilter(QObject* watched, QEvent* event) {
   // Keys that type or would type; what an input method or the clipboard brings is told by the box itself.
   if (event->type() == QEvent::KeyPress) {
     const auto& key = *static_cast<QKeyEvent*>(event);
-    if (!key.text().isEmpty() && !(key.modifiers() & Qt::ControlModifier)) {
+    const bool moves = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
+    if (!key.text().isEmpty() && !moves && !(key.modifiers() & Qt::ControlModifier)) {
       txtCustom_No_KeyPress();
     }
   }

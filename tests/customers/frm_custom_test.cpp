@@ -165,6 +165,7 @@ TEST_F(FrmCustomTest, ForgetsTheRecordsWhenANumberIsTyped) {
     PressRow(window, "mfgCustom_H", 0);
     EXPECT_NE(RowsText(window, "lstRecord"), "");
     QTest::keyClick(&box, Qt::Key_Left);
+    QTest::keyClick(&box, Qt::Key_Tab);
     EXPECT_NE(RowsText(window, "lstRecord"), "") << "moving about is not typing";
     type();
     EXPECT_EQ(RowsText(window, "lstRecord"), "");
