@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QLabel>
-#include <QScrollArea>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -17,6 +16,7 @@
 #include "ui/appearance.h"
 #include "ui/frmMessage.h"
 #include "ui/frmMessage2.h"
+#include "ui/scrolling.h"
 
 namespace marlevo {
 
@@ -78,16 +78,7 @@ void frmMarlevo::InitBoard() {
   grid_->setRowStretch(kStageRow, 1);
   ShowBar(picMenu1_);
 
-  // Centres the board in a window that is larger, and scrolls to every part of it in one that is smaller.
-  auto* const scroll = new QScrollArea(this);
-  scroll->setFrameStyle(QFrame::NoFrame);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setAlignment(Qt::AlignCenter);
-  scroll->setWidgetResizable(true);
-  scroll->setWidget(picMain_);
-  auto* const window = new QVBoxLayout(this);
-  window->setContentsMargins(0, 0, 0, 0);
-  window->addWidget(scroll);
+  FillScrolling(this, picMain_);
 }
 
 void frmMarlevo::InitHiddenParts() {

@@ -13,6 +13,7 @@
 #include "customers/record_tabs.h"
 #include "ui/frmMessage.h"
 #include "ui/question.h"
+#include "ui/scrolling.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -97,11 +98,13 @@ void frmCustom::SetUpWidgets() {
   records->addWidget(SSTab1_, 3);
   records->addLayout(record_buttons);
 
-  auto* const columns = new QHBoxLayout(this);
+  auto* const page = new QWidget(this);
+  auto* const columns = new QHBoxLayout(page);
   columns->setContentsMargins(16, 16, 16, 16);
   columns->setSpacing(16);
   columns->addLayout(customers, 3);
   columns->addLayout(records, 2);
+  FillScrolling(this, page);
 
   picMsg_ = new MessagePanel(this);
   resize(QSize(1280, 660).boundedTo(screen()->availableSize()));

@@ -13,6 +13,7 @@
 #include "customers/record_list.h"
 #include "ui/digit_list.h"
 #include "ui/question.h"
+#include "ui/scrolling.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -98,7 +99,8 @@ void frmCustom_CHK::SetUpWidgets() {
   buttons->addWidget(cmdExit);
   check->addLayout(buttons);
 
-  auto* const grid = new QGridLayout(this);
+  auto* const page = new QWidget(this);
+  auto* const grid = new QGridLayout(page);
   grid->setContentsMargins(16, 16, 16, 16);
   grid->setHorizontalSpacing(16);
   grid->setVerticalSpacing(16);
@@ -109,6 +111,7 @@ void frmCustom_CHK::SetUpWidgets() {
   grid->setColumnStretch(0, 1);
   grid->setRowStretch(0, 1);
   grid->setRowStretch(1, 1);
+  FillScrolling(this, page);
   resize(QSize(1160, 660).boundedTo(screen()->availableSize()));
   mfgCustom_H_->setFocus();
 }

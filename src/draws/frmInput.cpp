@@ -14,6 +14,7 @@
 #include "ui/frmMessage.h"
 #include "ui/grid.h"
 #include "ui/operator_choice.h"
+#include "ui/scrolling.h"
 #include "ui/select_all_edit.h"
 #include "ui/text_model.h"
 #include "ui/widgets.h"
@@ -33,7 +34,8 @@ frmInput::frmInput(QWidget* parent, const std::string& connection_string)
   SetUpWidgets();
   SetupDrawGrid();
   LoadDrawResults();
-  resize(QSize(sizeHint().width(), fontMetrics().height() * 26).boundedTo(screen()->availableSize()));
+  const QWidget& page = *mfgNumeric_->parentWidget();
+  resize(QSize(page.sizeHint().width(), fontMetrics().height() * 26).boundedTo(screen()->availableSize()));
 }
 
 void frmInput::SetUpWidgets() {
@@ -83,11 +85,13 @@ void frmInput::SetUpWidgets() {
   mfgNumeric_ = Named(new OperatorChoice<QTableView>(this), "mfgNumeric");
   mfgNumeric_->OnChosen([this](int row) { mfgNumeric_RowChosen(row); });
 
-  auto* const columns = new QHBoxLayout(this);
+  auto* const page = new QWidget(this);
+  auto* const columns = new QHBoxLayout(page);
   columns->setContentsMargins(20, 20, 20, 20);
   columns->setSpacing(20);
   columns->addLayout(left);
   columns->addWidget(mfgNumeric_, 1);
+  FillScrolling(this, page);
   txtVou_No_->setFocus();
 }
 

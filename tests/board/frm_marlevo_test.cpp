@@ -24,7 +24,7 @@ class FrmMarlevoTest : public testing::Test {
   void SetUp() override {
     board_.resize(1366, 768);
     board_.show();
-    QTest::qWait(20);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return board_.findChild<QWidget*>("picBox2") != nullptr; }));
   }
 
   template <typename Widget>
