@@ -53,7 +53,7 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
   std::shared_ptr<File> file(new File(*header.format, pager));
   file->header_code_page_ = header.code_page;
   file->code_page_override_ = options.code_page;
-  file->before_first_change_ = [path, &files] { RequireClosedInAccess(path, files); };
+  file->before_first_change_ = [path = files.Resolve(path), &files] { RequireClosedInAccess(path, files); };
   if (!header.password.empty() &&
       file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
     throw AccessError("the password is not that of the database", Fault::kWrongPassword);

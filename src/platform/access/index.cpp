@@ -89,17 +89,6 @@ Index::RowKey Index::KeyOf(const RowView& row, std::span<const ColumnDefinition>
   return result;
 }
 
-Index::RowKey Index::StoredKeyOf(RowId row) const {
-  for (IndexWalk walk(tree_, {}); walk.Next();) {
-    const Bytes entry = walk.Entry();
-    if (EntryRow(entry) == row) {
-      const Bytes key = entry.first(entry.size() - kEntryRowSize);
-      return {.key = Key(key.begin(), key.end())};
-    }
-  }
-  RefuseMissing();
-}
-
 std::optional<Key> Index::KeyStart(std::span<const Value> values) const {
   Key key;
   std::vector<std::byte> stored;
@@ -179,16 +168,12 @@ void Index::Erase(const RowKey& key, RowId row) const {
   Key entry = key.key;
   AppendEntryRow(row, entry);
   if (!tree_.Erase(entry)) {
-    RefuseMissing();
+    throw AccessError("the index " + name_ + " lacks the row; open the file in Access and compact it",
+                      Fault::kNeedsAccess);
   }
   if (ForbidsTwice(key) || !Contains(key.key)) {
     CountKey(-1);
   }
-}
-
-void Index::RefuseMissing() const {
-  throw AccessError("the index " + name_ + " lacks the row; open the file in Access and compact it",
-                    Fault::kNeedsAccess);
 }
 
 // Other writers let the count grow beyond what there is; it only helps to guess how many rows a search will find.

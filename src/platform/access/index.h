@@ -42,10 +42,6 @@ class Index {
   RowKey KeyOf(const RowView& row) const { return KeyOf(row, columns_); }
   RowKey KeyOf(const RowView& row, std::span<const ColumnDefinition> columns) const;
 
-  // The one under which the index has a row, whatever it is made of: looks through the whole index. Throws AccessError
-  // when there is none.
-  RowKey StoredKeyOf(RowId row) const;
-
   // What the keys begin with of the rows that have these values in the first columns of the index. Nothing when a value
   // does not fit its column, so that no row can have it. Throws as KeyOf, and for the number 0 where -0 has another
   // key.
@@ -67,7 +63,6 @@ class Index {
   void Erase(const RowKey& key, RowId row) const;
 
  private:
-  [[noreturn]] void RefuseMissing() const;
   bool Is(std::uint8_t flag) const { return (flags_ & flag) != 0; }
   bool ForbidsTwice(const RowKey& key) const;
   void CountKey(std::int32_t change) const;

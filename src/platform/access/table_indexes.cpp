@@ -62,11 +62,17 @@ void TableIndexes::FindRelationship(File& file, const LogicalIndex& index) {
   relationships_.push_back(std::move(relationship));
 }
 
-void TableIndexes::CheckNew(const RowView& row) {
+void TableIndexes::RememberKeys(const RowView& row) {
   keys_.clear();
   for (const Index& index : indexes_) {
     keys_.push_back(index.KeyOf(row));
-    index.CheckNew(keys_.back());
+  }
+}
+
+void TableIndexes::CheckNew(const RowView& row) {
+  RememberKeys(row);
+  for (std::size_t i = 0; i < indexes_.size(); ++i) {
+    indexes_[i].CheckNew(keys_[i]);
   }
   for (const Relationship& relationship : relationships_) {
     if (!relationship.to_other) {
@@ -90,14 +96,7 @@ void TableIndexes::Insert(RowId row) const {
 }
 
 void TableIndexes::CheckGone(const RowView& row, RowId id) {
-  keys_.clear();
-  for (const Index& index : indexes_) {
-    try {
-      keys_.push_back(index.KeyOf(row));
-    } catch (const ValueError&) {
-      keys_.push_back(index.StoredKeyOf(id));  // Access knows the place of this value
-    }
-  }
+  RememberKeys(row);
   for (const Relationship& relationship : relationships_) {
     if (relationship.to_other) {
       continue;

@@ -29,8 +29,8 @@ class TableIndexes {
   void CheckNew(const RowView& row);
   void Insert(RowId row) const;
 
-  // Throws ValueError when the row may not go: other rows refer to it. Then, inside a statement, Erase removes the
-  // entries of that row.
+  // Throws ValueError when the row may not go: other rows refer to it, or it has no key. Then, inside a statement,
+  // Erase removes the entries of that row.
   void CheckGone(const RowView& row, RowId id);
   void Erase(RowId row) const;
 
@@ -44,6 +44,7 @@ class TableIndexes {
     bool to_other;  // rows of this table refer to rows of the other one
   };
 
+  void RememberKeys(const RowView& row);
   void Refuse(const std::string& reason);
   void FindRelationship(File& file, const LogicalIndex& index);
   bool IsReferredTo(const Relationship& relationship, Bytes key, RowId id) const;

@@ -196,20 +196,14 @@ class Connection::Session {
     }
   }
 
-  // Changes the file. When the disk refuses or the file is full, what was executed before and is not on the disk is
-  // undone as well: nobody has been told that it is stored, and a later flush would store it beside the operator's next
-  // attempt.
+  // Changes the file. When the disk refuses, what was executed before and is not on the disk is undone as well: nobody
+  // has been told that it is stored, and a later flush would store it beside the operator's next attempt.
   template <typename Work>
   void OnDisk(Work work) {
     try {
       work();
     } catch (const pager::PagerError&) {
       database_.Discard();
-      throw;
-    } catch (const access::AccessError& error) {
-      if (error.Kind() == Fault::kFileFull) {
-        database_.Discard();
-      }
       throw;
     }
   }

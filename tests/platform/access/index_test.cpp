@@ -276,32 +276,6 @@ TEST(Index, RefusesBeforeAnythingChanges) {
   EXPECT_EQ(Health(database), "sound");
 }
 
-// Access wrote them; with another code page their places in the order are not known.
-TEST(Index, DeletesRowsWhoseKeyItCannotMake) {
-  const testing_support::ScratchFolder folder;
-  const fs::path path = folder.Path() / "old.mdb";
-  const std::vector<Value> row{"\xC3\xA9t\xC3\xA9"sv};
-  {
-    Database database =
-        Database::Create(path, "", {{"T", {{"name", kText, 20}}, {{.name = "name", .columns = {{"name"}}}}}},
-                         pager::NativeFiles(), {.version = 3, .code_page = 1252});
-    Table table = database.OpenTable("T");
-    for (int i = 0; i < 300; ++i) {
-      table.Insert(row);
-    }
-    database.Flush();
-  }
-  const Database database = Database::Open(path, {.password = {}, .code_page = 437});
-  Table table = database.OpenTable("T");
-  EXPECT_NE(ErrorOf([&] { table.Insert(row); }).find("remove the index"), std::string::npos);
-  std::size_t rows = 0;
-  for (Cursor cursor = table.Scan(); cursor.Next(); ++rows) {
-    EXPECT_TRUE(rows % 2 == 1 || table.Delete(cursor.Row()));
-  }
-  EXPECT_EQ(RowsOf(table).size(), 150u);
-  EXPECT_EQ(Health(database), "sound");
-}
-
 // Access judges by them which index to use.
 TEST(Index, CountsDifferentKeys) {
   for (const NewFile& format : kFormats) {
