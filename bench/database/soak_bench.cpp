@@ -1,11 +1,13 @@
-// A year of saves: 200 records of 23,000 tickets one after the other, in a table with indexes, the
-// oldest record deleted whenever five are kept.
-// Size of the file, time of a save and memory must stay what they are after the first ten.
+// A year of saves: 200 records of 23,000 tickets one after the other, in a table with indexes, the oldest record deleted
+// whenever five are kept. Size of the file, processor time of a save and memory must stay what they are after the first
+// twenty.
 //   soak_bench [SAVES]
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <string>
 #include <vector>
 
 #include "database/memory.h"
@@ -27,15 +29,22 @@ std::string StampOf(int save) {
   return std::to_string(20260101000000 + save);
 }
 
-double Save(const std::string& opening, int save, std::vector<bench::Ticket>& tickets) {
+struct Milliseconds {
+  double elapsed;
+  double processor;  // which other programs of the machine hardly touch
+};
+
+Milliseconds Save(const std::string& opening, int save, std::vector<bench::Ticket>& tickets) {
   const auto start = std::chrono::steady_clock::now();
+  const std::clock_t processor = std::clock();
   Connection connection(opening);
   for (bench::Ticket& ticket : tickets) {
     ticket.stamp = StampOf(save);
     connection.Execute(bench::InsertSql(ticket));
   }
   connection.Flush();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+  return {std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count(),
+          static_cast<double>(std::clock() - processor) * 1000 / CLOCKS_PER_SEC};
 }
 
 }  // namespace
@@ -48,14 +57,15 @@ int main(int argc, char** argv) {
   const std::string opening = FileConnectionString(file);
   std::vector<bench::Ticket> tickets = bench::Record(23000);
 
-  std::printf("%8s %14s %14s %12s %12s\n", "saves", "best save ms", "mean save ms", "file MiB", "memory MiB");
+  std::printf("%8s %14s %14s %12s %12s\n", "saves", "best save ms", "processor ms", "file MiB", "memory MiB");
   double first_size = 0;
   double first_memory = 0;
   double first_time = 0;
   bool over = false;
-  std::vector<double> times;
+  Milliseconds best = {1e9, 1e9};
   for (int save = 1; save <= saves; ++save) {
-    times.push_back(Save(opening, save, tickets));
+    const Milliseconds time = Save(opening, save, tickets);
+    best = {std::min(best.elapsed, time.elapsed), std::min(best.processor, time.processor)};
     if (save > kKept) {
       Connection connection(opening);
       connection.Execute("DELETE FROM CUSTOM_D WHERE CUSTOM_NO='" + tickets.front().customer + "' AND SAL_DATE='" +
@@ -65,25 +75,20 @@ int main(int argc, char** argv) {
     if (save % kGroup != 0) {
       continue;
     }
-    double sum = 0;
-    for (const double time : times) {
-      sum += time;
-    }
-    const double best = *std::min_element(times.begin(), times.end());
     const double size = static_cast<double>(std::filesystem::file_size(file)) / (1 << 20);
     const double memory = bench::MemoryMiB("VmRSS");
-    if (save == kGroup) {
+    if (save <= 2 * kGroup) {
       first_size = size;
       first_memory = memory;
-      first_time = best;
+      first_time = best.processor;
     }
     const bool grown = size > first_size * kMostGrowth || memory > first_memory * kMostGrowth + 1;
-    const bool slow = best > first_time * kMostSlowdown;
+    const bool slow = best.processor > first_time * kMostSlowdown;
     over = over || grown || slow;
-    std::printf("%8d %14.1f %14.1f %12.2f %12.1f%s\n", save, best, sum / static_cast<double>(times.size()), size,
-                memory, grown || slow ? "  OVER" : "");
+    std::printf("%8d %14.1f %14.1f %12.2f %12.1f%s\n", save, best.elapsed, best.processor, size, memory,
+                grown || slow ? "  OVER" : "");
     std::fflush(stdout);
-    times.clear();
+    best = {1e9, 1e9};
   }
   const std::vector<std::string> faults =
       access::Database::Open(file, {ParseConnectionString(opening).password, std::nullopt}).Check();

@@ -1,4 +1,4 @@
-// Several processes and the system's real files: locks, a killed writer, rights, memory. Children are forked before
+// Several processes and the system's real files: locks, rights, memory. Children are forked before
 // this process opens a file, since an inherited handle would share its locks.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -9,8 +9,6 @@
 #include <csignal>
 #include <fstream>
 #include <functional>
-#include <iostream>
-#include <random>
 
 #include "platform/pager/test_pages.h"
 #include "support/scratch_folder.h"
@@ -66,10 +64,6 @@ class Child {
     int status = -1;
     waitpid(std::exchange(pid_, 0), &status, 0);
     return status;
-  }
-  void Kill() {
-    kill(pid_, SIGKILL);
-    Join();
   }
 
  private:
@@ -146,68 +140,6 @@ TEST(Processes, ReadersSeeWholeFlushesAndDoNotKeepTheWriterOut) {
   }
   EXPECT_EQ(one.Join(), 0);
   EXPECT_EQ(two.Join(), 0);
-}
-
-// Statement `number` of a killed writer: some spill.
-void ApplyTo(Image& image, std::uint32_t number) {
-  std::mt19937 random(number);
-  if (number % 3 == 0) image.push_back(number);
-  for (std::size_t i = number % 7 == 0 ? 60 : 3; i > 0; --i) image[random() % image.size()] = number;
-}
-
-TEST(Processes, KilledAtAnyMoment) {
-  constexpr int kRounds = 30;
-  std::random_device seed;
-  std::size_t played_back = 0;
-  for (int round = 0; round < kRounds; ++round) {
-    ScratchFolder folder;
-    const std::filesystem::path path = folder.Path() / "file";
-    MakeFile(path, 80);
-    Child writer([&](Child& parent) {
-      const std::shared_ptr<Pager> pager = Pager::Open(path, TestProbe, NativeFiles(), kSmall);
-      Image image(80, 0);
-      for (std::uint32_t number = 1;; ++number) {
-        const Image before = image;
-        ApplyTo(image, number);
-        Statement statement(*pager);
-        while (pager->PageCount() < image.size()) AppendPage(*pager, number);
-        for (std::uint32_t page = 0; page < before.size(); ++page) {
-          if (image[page] != before[page]) ChangePage(*pager, page, image[page]);
-        }
-        ChangePage(*pager, static_cast<std::uint32_t>(image.size() - 1), image.back());
-        statement.Commit();
-        if (number % 2 != 0) continue;
-        parent.Tell('b');
-        pager->Flush();
-        parent.Tell('f');
-      }
-    });
-    const std::filesystem::path journal = path.string() + "-journal";
-    // A reader that has the file open already has to get along with what the writer leaves.
-    std::uint32_t flushed = writer.Hear() == 'f' ? 2 : 0;
-    std::shared_ptr<Pager> pager;
-    if (round % 2 == 0) pager = Pager::Open(path, TestProbe, NativeFiles(), kSmall);
-    for (std::uint32_t heard = seed() % 12; heard > 0; --heard) flushed += writer.Hear() == 'f' ? 2 : 0;
-    for (std::uint32_t moment = seed() % 4000; moment > 0; --moment) {
-      EXPECT_TRUE(std::filesystem::exists(path));
-    }
-    writer.Kill();
-    while (const char heard = writer.Hear()) flushed += heard == 'f' ? 2 : 0;
-    std::error_code missing;
-    if (const auto size = std::filesystem::file_size(journal, missing); !missing && size > 0) ++played_back;
-    if (!pager) pager = Pager::Open(path, TestProbe, NativeFiles(), kSmall);
-
-    const Image image = ReadAll(*pager);
-    Image expected(80, 0);
-    std::uint32_t number = 0;
-    while (number < flushed || (expected != image && number < flushed + 3)) ApplyTo(expected, ++number);
-    ASSERT_EQ(image, expected) << "flushed: " << flushed;
-    Statement statement(*pager);
-    ChangePage(*pager, 1, 1);
-    statement.Commit();
-    pager->Flush();
-  }
-  std::cout << kRounds << " kills, " << played_back << " of them left a journal with content\n";
 }
 
 TEST(Processes, FileThatMayNotBeWritten) {
