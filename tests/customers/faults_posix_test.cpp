@@ -129,7 +129,7 @@ TEST_F(FullDiskTest, ASaveThatFailsIsNotStoredAndTheNextOneIsStoredOnce) {
       const Filling filling(disk_, room);
       Press(window, "cmdPrint", {yes, report_});
       EXPECT_TRUE(Find<QWidget>(window, "picMsg").isHidden());
-      EXPECT_EQ(Tickets("A01"), "") << "with room for " << room;
+      EXPECT_TRUE(Tickets("A01").empty()) << "with room for " << room;
     }
     Press(window, "cmdPrint", {yes, ExpectMessage("存檔完畢 !")});
   }
