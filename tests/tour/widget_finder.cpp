@@ -1,6 +1,6 @@
-// Tells a driver outside the program where its widgets are. Preloaded into the real program (for Windows linked into it),
-// which knows nothing of it: the driver asks by object name through one pipe, gets a line through another, and then
-// clicks with the real mouse.
+// Tells a driver outside the program where its widgets are. Preloaded into the real program (for Windows linked into
+// it), which knows nothing of it: the driver asks by object name through one pipe, gets a line through another, and
+// then clicks with the real mouse.
 //
 //   find NAME              -> "x y width height" of the widget on the screen, or "none" while it cannot be clicked
 //   item NAME ROW COLUMN   -> the same for a cell of a grid or list (both from 0), after scrolling it into view
