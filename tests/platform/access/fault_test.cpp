@@ -256,13 +256,14 @@ INSTANTIATE_TEST_SUITE_P(All, AccessFaults, testing::ValuesIn(Scenes()),
 
 // A new file is there as a whole or not at all, and the next attempt makes it.
 TEST(AccessFaultsOfNewFiles, WholeOrNone) {
+  std::size_t points = 0;
   std::size_t disks = 0;
   for (const Scene& scene : {Scene{{}, 3, false}, {{}, 3, true}, {{}, 4, false}, {{}, 4, true}}) {
     FaultFiles good;
     static_cast<void>(Create(good, scene));
     const std::uint64_t steps = good.Steps();
     for (const Trouble trouble : {Trouble::kEnd, Trouble::kError, Trouble::kFull}) {
-      for (std::uint64_t step = 1; step <= steps; ++step) {
+      for (std::uint64_t step = 1; step <= steps; ++step, ++points) {
         FaultFiles files;
         files.Plan(step, trouble);
         bool done = false;
@@ -284,7 +285,7 @@ TEST(AccessFaultsOfNewFiles, WholeOrNone) {
       }
     }
   }
-  std::cout << disks << " disks looked at\n";
+  std::cout << points << " points, " << disks << " disks looked at\n";
 }
 
 }  // namespace
