@@ -88,6 +88,10 @@ UsageMap::Loaded UsageMap::Load() const {
       LoadU8(loaded.row.data()) > kReferenceMap) {
     throw AccessError(row_.page, "row " + std::to_string(row_.slot) + " is no usage map");
   }
+  // Page numbers near the end of their range would make every walk through the map begin again.
+  if (loaded.IsInline() && loaded.First() > file_->Layout().max_pages) {
+    throw AccessError(row_.page, "the usage map in row " + std::to_string(row_.slot) + " begins behind every page");
+  }
   return loaded;
 }
 
