@@ -65,13 +65,18 @@ INSTANTIATE_TEST_SUITE_P(Files, AccessDamage,
                          testing::Values("new 3", "new 4", "indexTestV1997.mdb", "test2V1997.mdb",
                                          "overflowTestV2000.mdb", "indexTestV2003.mdb", "test2V2000.mdb"));
 
-// Damage to a new Jet 4 file that fuzzing has found to be taken for sound.
+// Inputs of the fuzz programs: damage that was taken for sound, or worse.
 TEST(AccessDamageFound, IsNoticed) {
-  for (const std::vector<std::uint8_t>& input : {
-           std::vector<std::uint8_t>{0x90, 0x4e},  // two columns in the same place of a row
+  using Input = std::vector<std::uint8_t>;
+  Input endless = {1, 0xd1, 0x0e, 0x94, 0x94, 0xc1, 0xf6, 0xf6, 0xf6, 0xf6, 0x9a, 0xf6};
+  endless.resize(30, 0xff);
+  for (const Input& bytes : {
+           Input{0, 0x90, 0x4e},  // two columns in the same place of a row
+           endless,               // a usage map with the last of all page numbers
        }) {
-    std::vector<std::byte> damaged = SmallFile(4);
-    FuzzInput(input.data(), input.size()).Damage(damaged);
+    FuzzInput input(bytes.data(), bytes.size());
+    std::vector<std::byte> damaged = SmallFile(input.Take<std::uint8_t>() % 2 == 0 ? 4 : 3);
+    input.Damage(damaged);
     pager::FaultFiles files;
     files.Put(kAnyFile, std::move(damaged));
     EXPECT_FALSE(ReadAnyFile(files));
