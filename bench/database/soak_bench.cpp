@@ -1,6 +1,6 @@
-// A year of saves: 200 records of 23,000 tickets one after the other, in a table with indexes, the oldest record deleted
-// whenever five are kept. Size of the file, processor time of a save and memory must stay what they are after the first
-// twenty.
+// A year of saves: 200 records of 23,000 tickets one after the other, in a table with indexes, the oldest record
+// deleted whenever five are kept. Size of the file, processor time of a save and memory must stay what they are after
+// the first twenty.
 //   soak_bench [SAVES]
 #include <algorithm>
 #include <chrono>
