@@ -10,24 +10,24 @@ namespace marlevo {
 
 enum class Fault {
   kOther,
-  kExplained,      // the words are a sentence for the operator already
-  kMissing,        // there is no such file
-  kWrongPassword,  //
-  kDamaged,        // or not of the kind of file that it has to be
-  kNewerFormat,    // of a version of Access that came later
-  kNeedsAccess,    // the file has a feature that is not kept right; the words say what to change in Access
-  kInUse,          // open for writing in another program
-  kDenied,         // file, folder or medium may not be read or written
-  kDiskFull,       //
-  kDiskFailed,     // the medium or the way to it
-  kFileFull,       // as large as its format allows
-  kNoTable,        // the file lacks a table
-  kDuplicate,      // a unique index has the value already
-  kRelated,        // rows of another table forbid it
-  kTextTooLong,    // for its column
-  kNumber,         // does not fit its column
-  kCharacter,      // cannot be stored in the file
-  kPrinter,        // the print service did not take the job
+  kExplained,  // the words are a sentence for the operator already
+  kMissing,    // there is no such file
+  kWrongPassword,
+  kDamaged,      // or not of the kind of file that it has to be
+  kNewerFormat,  // of a version of Access that came later
+  kNeedsAccess,  // the file has a feature that is not kept right; the words say what to change in Access
+  kInUse,        // open for writing in another program
+  kDenied,       // file, folder or medium may not be read or written
+  kDiskFull,
+  kDiskFailed,   // the medium or the way to it
+  kFileFull,     // as large as its format allows
+  kNoTable,      // the file lacks a table
+  kDuplicate,    // a unique index has the value already
+  kRelated,      // rows of another table forbid it
+  kTextTooLong,  // for its column
+  kNumber,       // does not fit its column
+  kCharacter,    // cannot be stored in the file
+  kPrinter,      // the print service did not take the job
 };
 
 // An error of a lower layer. what() are its technical words.
