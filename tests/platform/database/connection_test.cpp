@@ -251,6 +251,7 @@ TEST_F(ConnectionTest, ComparesWithoutIndexLikeWithCondition) {
 
 // A scan would meet the damaged page.
 TEST_F(ConnectionTest, FindsByIndexWithoutAScan) {
+  connection_.Close();  // Windows keeps the name of a file that is open
   std::filesystem::remove(file_);
   std::vector<access::TableSchema> tables = NewTables();
   tables.back().indexes = {{.name = "PrimaryKey", .columns = {{"CUSTOM_NO"}, {"PLAY_SEQ"}}, .primary_key = true},
