@@ -1,6 +1,7 @@
 // Builds the services, shows the board and ends the program.
 #include <QScreen>
 #include <filesystem>
+#include <thread>
 
 #include "board/frmMarlevo.h"
 #include "customers/frmCustom.h"
@@ -13,8 +14,19 @@
 #include "printing/slip_settings_file.h"
 #include "ui/application.h"
 
+#ifdef Q_OS_LINUX
+#include <fontconfig/fontconfig.h>
+#endif
+
 int main(int argc, char** argv) {
+#ifdef Q_OS_LINUX
+  // Reading the settings of the fonts takes about as long as connecting to the screen: both at once.
+  std::jthread fonts(FcInit);
   marlevo::Application application(argc, argv);
+  fonts.join();
+#else
+  marlevo::Application application(argc, argv);
+#endif
 
   // Everything that lasts is kept beside the program.
   const std::filesystem::path folder = QCoreApplication::applicationDirPath().toStdU16String();

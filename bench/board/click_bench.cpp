@@ -67,6 +67,7 @@ int main(int argc, char** argv) {
   frmMarlevo board({});
   board.resize(1366, 768);
   board.show();
+  board.Form_Load();
   QApplication::processEvents();
   Tick(board);
 

@@ -1,9 +1,10 @@
 // The yardsticks of start_bench: the shortest program that shows a window and, with an argument, the shortest that
-// shows this text in it. Maximized, as the board is on the screen at the counter: a window's memory is part of its
-// price.
+// shows this text in it. As large as the board on the screen at the counter, with a window manager or without: a
+// window's memory is part of its price.
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>
+#include <QScreen>
 
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
@@ -11,6 +12,7 @@ int main(int argc, char** argv) {
   if (argc > 1) {
     window.setCentralWidget(new QLabel(QString::fromLocal8Bit(argv[1])));
   }
+  window.resize(QSize(1304, 800).boundedTo(QGuiApplication::primaryScreen()->availableSize()));
   window.showMaximized();
   return QApplication::exec();
 }

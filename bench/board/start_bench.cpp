@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int kRounds = 40;
+constexpr int kRounds = 100;
 constexpr double kTimeLimit = 1.6;
 constexpr double kMemoryLimit = 80;  // MB
 
@@ -50,44 +50,57 @@ Start Run(const QString& program, const QStringList& arguments, const QProcessEn
   return start;
 }
 
-// With a screen of the size that is usual at the counter. It must not begin anew whenever its last window has gone.
-class XServer {
+// A program that says something as soon as it is ready, for as long as this lives.
+class Service {
  public:
-  XServer() {
-    process_.start("Xvfb", {"-displayfd", "1", "-noreset", "-screen", "0", "1366x768x24", "-nolisten", "tcp"});
+  Service(const QString& program, const QStringList& arguments) {
+    process_.setStandardErrorFile(QProcess::nullDevice());
+    process_.start(program, arguments);
     if (!process_.waitForReadyRead(10'000)) {
-      throw std::runtime_error("Xvfb did not start");
+      throw std::runtime_error(program.toStdString() + " did not start");
     }
-    display_ = ':' + process_.readLine().trimmed();
+    said_ = process_.readLine().trimmed();
   }
-  XServer(const XServer&) = delete;
-  XServer& operator=(const XServer&) = delete;
-  ~XServer() {
+  Service(const Service&) = delete;
+  Service& operator=(const Service&) = delete;
+  ~Service() {
     process_.terminate();
     process_.waitForFinished();
   }
 
-  QString Display() const { return display_; }
+  QString Said() const { return said_; }
 
  private:
   QProcess process_;
-  QString display_;
+  QString said_;
 };
 
-// The best counts, as everywhere here: it is what other programs on the machine disturb least.
-Start Best(const std::vector<Start>& starts) {
-  return *std::min_element(starts.begin(), starts.end(),
-                           [](const Start& a, const Start& b) { return a.milliseconds < b.milliseconds; });
+struct Times {
+  Start middle;
+  Start best;
+};
+
+// The middle counts, and not the best as elsewhere: a start is the work of four programs, and how the system spreads
+// them over the processors makes rare rounds much shorter than all others.
+Times Sorted(std::vector<Start> starts) {
+  std::sort(starts.begin(), starts.end(),
+            [](const Start& a, const Start& b) { return a.milliseconds < b.milliseconds; });
+  return {starts[starts.size() / 2], starts.front()};
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  XServer server;
+  // A screen of the size that is usual at the counter; it must not begin anew whenever its last window has gone. And a
+  // small window manager: without one no window would get the size that it asks for.
+  const Service screen("Xvfb", {"-displayfd", "1", "-noreset", "-screen", "0", "1366x768x24", "-nolisten", "tcp"});
+  const QString display = ':' + screen.Said();
+  qputenv("DISPLAY", display.toLatin1());
+  const Service manager("openbox", {"--sm-disable", "--startup", "echo ready"});
   const QString bin = QCoreApplication::applicationDirPath();
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  environment.insert("DISPLAY", server.Display());
+  environment.insert("DISPLAY", display);
   environment.insert("QT_QPA_PLATFORM", "xcb");
   environment.insert("LD_PRELOAD", bin + "/first_paint.so");
 
@@ -99,18 +112,19 @@ int main(int argc, char** argv) {
     empties.push_back(Run(bin + "/empty_window", {}, environment));
     texts.push_back(Run(bin + "/empty_window", {"四星正彩"}, environment));
   }
-  const Start board = Best(boards);
-  const Start empty = Best(empties);
-  const Start text = Best(texts);
-  const double ratio = board.milliseconds / empty.milliseconds;
+  const Times board = Sorted(boards);
+  const Times empty = Sorted(empties);
+  const Times text = Sorted(texts);
+  const double ratio = board.middle.milliseconds / empty.middle.milliseconds;
   const bool slow = ratio > kTimeLimit;
-  const bool fat = board.resident_mb >= kMemoryLimit;
-  std::printf(
-      "process start to painted window, best of %d: board %.1f ms, empty window %.1f ms, ratio %.2f (limit %.1f)%s\n",
-      kRounds, board.milliseconds, empty.milliseconds, ratio, kTimeLimit, slow ? "  OVER" : "");
-  std::printf("  window with four characters %.1f ms, ratio of the board to it %.2f\n", text.milliseconds,
-              board.milliseconds / text.milliseconds);
-  std::printf("resident: board %.1f MB (limit %.0f), empty window %.1f MB%s\n", board.resident_mb, kMemoryLimit,
-              empty.resident_mb, fat ? "  OVER" : "");
+  const bool fat = board.middle.resident_mb >= kMemoryLimit;
+  std::printf("process start to painted window, ms, middle of %d (best)\n", kRounds);
+  std::printf("  empty window                 %6.1f (%.1f)\n", empty.middle.milliseconds, empty.best.milliseconds);
+  std::printf("  window with four characters  %6.1f (%.1f)\n", text.middle.milliseconds, text.best.milliseconds);
+  std::printf("  board                        %6.1f (%.1f)\n", board.middle.milliseconds, board.best.milliseconds);
+  std::printf("ratio of the board to the empty window %.2f (limit %.1f)%s, to the one with characters %.2f\n", ratio,
+              kTimeLimit, slow ? "  OVER" : "", board.middle.milliseconds / text.middle.milliseconds);
+  std::printf("resident: board %.1f MB (limit %.0f), empty window %.1f MB%s\n", board.middle.resident_mb, kMemoryLimit,
+              empty.middle.resident_mb, fat ? "  OVER" : "");
   return slow || fat ? 1 : 0;
 }

@@ -34,7 +34,6 @@ constexpr const char* kDataCaption = "投注資料";
 frmMarlevo::frmMarlevo(BoardWindows windows) : windows_(std::move(windows)) {
   setObjectName("frmMarlevo");
   setWindowTitle("3、4 星   彩");
-  InitBoard();
 }
 
 void frmMarlevo::InitBoard() {
@@ -191,6 +190,7 @@ ButtonBar* frmMarlevo::NewFilterBar() {
 }
 
 void frmMarlevo::Form_Load() {
+  InitBoard();
   if (windows_.load_slip_settings) {
     windows_.load_slip_settings();
   }

@@ -39,8 +39,8 @@ class frmMarlevo : public QWidget {
  public:
   explicit frmMarlevo(BoardWindows windows);
 
-  // To be called once, when the window is shown: what it loads may fail, and the error report then stands over a board
-  // that can be used.
+  // To be called once, right after the window is shown: the screen makes room for it while it is filled. What is loaded
+  // then may fail, and the error report stands over a board that can be used.
   void Form_Load();
 
  Q_SIGNALS:

@@ -1,6 +1,7 @@
 #include "ui/appearance.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QToolTip>
 
 #include "ui/style.h"
@@ -11,12 +12,29 @@ namespace {
 constexpr double kWindowPoints = 12;
 constexpr double kLargePoints = 18;
 constexpr double kAlignedPoints = 14;
+
+// The first of the families that is installed. Of more than one, all would be searched for every size of the font.
+QString Family(const QStringList& families) {
+  for (const QString& family : families) {
+    if (QFontDatabase::hasFamily(family)) {
+      return family;
+    }
+  }
+  return families.first();
+}
+
 }  // namespace
 
 QFont WindowFont() {
-  QFont font;
-  font.setFamilies({"Microsoft JhengHei UI", "Microsoft JhengHei", "Noto Sans CJK TC", "Noto Sans TC", "PingFang TC",
-                    "WenQuanYi Micro Hei"});
+  static const QString family = Family({"Microsoft JhengHei UI", "Microsoft JhengHei", "Noto Sans CJK TC",
+                                        "Noto Sans TC", "PingFang TC", "WenQuanYi Micro Hei"});
+  QFont font(family);
+  // Chinese needs neither ligatures nor kerning, and what they cost is felt when a window opens.
+  font.setStyleStrategy(QFont::PreferNoShaping);
+#ifndef Q_OS_WIN
+  // At whole pixels: one picture of a character instead of four. On Windows this would mean another way of drawing.
+  font.setHintingPreference(QFont::PreferFullHinting);
+#endif
   font.setPointSizeF(kWindowPoints);
   return font;
 }
@@ -29,8 +47,8 @@ QFont LargeFont(QFont::Weight weight) {
 }
 
 QFont AlignedFont() {
-  QFont font;
-  font.setFamilies({"MingLiU", "Noto Sans Mono CJK TC", "WenQuanYi Micro Hei Mono"});
+  static const QString family = Family({"MingLiU", "Noto Sans Mono CJK TC", "WenQuanYi Micro Hei Mono"});
+  QFont font(family);
   font.setStyleHint(QFont::Monospace);
   // Widths fitted to whole pixels would break that: half of 19 is none.
   font.setHintingPreference(QFont::PreferNoHinting);

@@ -15,6 +15,7 @@ void FillScrolling(QWidget* window, QWidget* page) {
   auto* const all = new QVBoxLayout(window);
   all->setContentsMargins(0, 0, 0, 0);
   all->addWidget(scroll);
+  scroll->show();  // the window may be on the screen already
 }
 
 }  // namespace marlevo

@@ -24,6 +24,7 @@ class FrmMarlevoTest : public testing::Test {
   void SetUp() override {
     board_.resize(1366, 768);
     board_.show();
+    board_.Form_Load();
     ASSERT_TRUE(QTest::qWaitFor([this] { return board_.findChild<QWidget*>("picBox2") != nullptr; }));
   }
 
