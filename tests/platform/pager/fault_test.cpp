@@ -11,9 +11,6 @@
 namespace marlevo::pager {
 namespace {
 
-constexpr const char* kFile = "/disk/file";
-constexpr const char* kJournal = "/disk/file-journal";
-
 struct History {
   std::vector<Image> committed = {Image()};  // after each statement
   std::size_t flushed = 0;                   // how many of them the last Flush that returned has covered
@@ -60,7 +57,7 @@ std::shared_ptr<Pager> Work(FaultFiles& files, History& history) {
       pager->Flush();
       history.flushed = history.committed.size() - 1;
     } catch (const PagerError&) {
-      continue;
+      // Tried again later.
     }
   }
   return pager;
@@ -73,24 +70,31 @@ std::uint64_t StepsOfWork() {
   return files.Steps();
 }
 
-::testing::AssertionResult HoldsPrefix(FaultFiles& disk, const History& history) {
+// The machine stops at that step.
+History WorkUntil(std::uint64_t step, FaultFiles& files) {
+  History history;
+  files.Plan(step, FaultFiles::Trouble::kEnd);
+  Work(files, history);
+  EXPECT_TRUE(files.Struck());
+  return history;
+}
+
+testing::AssertionResult HoldsPrefix(FaultFiles& disk, const History& history) {
   if (!disk.Exists(kFile)) {
-    if (history.flushed > 0) return ::testing::AssertionFailure() << "the flushed file is gone";
+    if (history.flushed > 0) return testing::AssertionFailure() << "the flushed file is gone";
     const std::shared_ptr<Pager> again = Pager::Create(kFile, TestFormat(), disk, kSmall);
-    return ::testing::AssertionResult(again != nullptr);
+    return testing::AssertionResult(again != nullptr);
   }
   Image image;
   try {
     image = ReadAll(*Pager::Open(kFile, TestProbe, disk, kSmall));
   } catch (const std::exception& error) {
-    return ::testing::AssertionFailure() << error.what();
+    return testing::AssertionFailure() << error.what();
   }
   const auto from = history.committed.begin() + static_cast<std::ptrdiff_t>(history.flushed);
-  if (std::find(from, history.committed.end(), image) != history.committed.end()) {
-    return ::testing::AssertionSuccess();
-  }
+  if (std::find(from, history.committed.end(), image) != history.committed.end()) return testing::AssertionSuccess();
   const bool older = std::find(history.committed.begin(), from, image) != from;
-  return ::testing::AssertionFailure() << (older ? "flushed statements are lost" : "no whole statement's end");
+  return testing::AssertionFailure() << (older ? "flushed statements are lost" : "no whole statement's end");
 }
 
 TEST(Faults, MachineStopsAnywhere) {
@@ -98,10 +102,7 @@ TEST(Faults, MachineStopsAnywhere) {
   std::size_t disks = 0;
   for (std::uint64_t step = 1; step <= steps; ++step) {
     FaultFiles files;
-    files.Plan(step, FaultFiles::Trouble::kEnd);
-    History history;
-    Work(files, history);
-    ASSERT_TRUE(files.Struck());
+    const History history = WorkUntil(step, files);
     ASSERT_TRUE(HoldsPrefix(*files.Killed(), history)) << "killed at step " << step;
     for (std::uint32_t seed = 0; seed < 12; ++seed, ++disks) {
       ASSERT_TRUE(HoldsPrefix(*files.AfterPowerFailure(seed), history)) << "step " << step << ", seed " << seed;
@@ -115,9 +116,7 @@ TEST(Faults, MachineStopsAgainWhileRecovering) {
   std::size_t stops = 0;
   for (std::uint64_t step = 1; step <= steps; step += 5) {
     FaultFiles files;
-    files.Plan(step, FaultFiles::Trouble::kEnd);
-    History history;
-    Work(files, history);
+    const History history = WorkUntil(step, files);
     const auto disk = [&] {
       return step % 2 == 0 ? files.Killed() : files.AfterPowerFailure(static_cast<std::uint32_t>(step));
     };
@@ -140,47 +139,35 @@ TEST(Faults, MachineStopsAgainWhileRecovering) {
   std::cout << "second stops tried: " << stops << "\n";
 }
 
-// Some errors, or a full disk until the end: nothing that was committed is lost, and the next Flush succeeds.
-void SurvivesAndGoesOn(FaultFiles::Trouble trouble, std::uint64_t count = 1) {
+// After some errors, or with a full disk until the end, nothing that was committed is lost, and the next Flush
+// succeeds.
+TEST(Faults, PassingTroubleLosesNothing) {
+  using enum FaultFiles::Trouble;
   const std::uint64_t steps = StepsOfWork();
-  for (std::uint64_t step = 1; step <= steps; ++step) {
-    SCOPED_TRACE("step " + std::to_string(step));
-    FaultFiles files;
-    files.Plan(step, trouble, count);
-    History history;
-    std::shared_ptr<Pager> pager = Work(files, history);
-    ASSERT_TRUE(HoldsPrefix(*files.AfterPowerFailure(static_cast<std::uint32_t>(step)), history));
-    files.MakeRoom();
-    if (!pager) pager = Pager::Create(kFile, TestFormat(), files, kSmall);
-    ASSERT_EQ(ReadAll(*pager), history.committed.back());
-    {
-      Statement statement(*pager);
-      AppendPage(*pager, 77);
-      statement.Commit();
+  // Five errors in a row: the way back fails too, and has to be taken later.
+  for (const auto& [trouble, count] : {std::pair(kError, 1U), {kError, 5U}, {kFull, 1U}}) {
+    for (std::uint64_t step = 1; step <= steps; ++step) {
+      SCOPED_TRACE(std::to_string(count) + (trouble == kFull ? " full" : " errors") + " from " + std::to_string(step));
+      const auto seed = static_cast<std::uint32_t>(step);
+      FaultFiles files;
+      files.Plan(step, trouble, count);
+      History history;
+      std::shared_ptr<Pager> pager = Work(files, history);
+      ASSERT_TRUE(HoldsPrefix(*files.AfterPowerFailure(seed), history));
+      files.MakeRoom();
+      if (!pager) pager = Pager::Create(kFile, TestFormat(), files, kSmall);
+      ASSERT_EQ(ReadAll(*pager), history.committed.back());
+      Store(*pager, {}, 1, 77);
+      history.committed.push_back(history.committed.back());
+      history.committed.back().push_back(77);
+      history.flushed = history.committed.size() - 1;
+      ASSERT_TRUE(HoldsPrefix(*files.AfterPowerFailure(seed), history));
+      pager.reset();
+      ASSERT_FALSE(files.Exists(kJournal));
+      ASSERT_TRUE(HoldsPrefix(*files.Killed(), history));
     }
-    history.committed.push_back(history.committed.back());
-    history.committed.back().push_back(77);
-    pager->Flush();
-    history.flushed = history.committed.size() - 1;
-    ASSERT_TRUE(HoldsPrefix(*files.AfterPowerFailure(static_cast<std::uint32_t>(step)), history));
-    pager.reset();
-    ASSERT_FALSE(files.Exists(kJournal));
-    ASSERT_TRUE(HoldsPrefix(*files.Killed(), history));
   }
   std::cout << "trouble tried at " << steps << " steps\n";
-}
-
-TEST(Faults, OneError) {
-  SurvivesAndGoesOn(FaultFiles::Trouble::kError);
-}
-
-// Long enough that the way back fails too, and has to be taken later.
-TEST(Faults, ErrorsInARow) {
-  SurvivesAndGoesOn(FaultFiles::Trouble::kError, 5);
-}
-
-TEST(Faults, FullDisk) {
-  SurvivesAndGoesOn(FaultFiles::Trouble::kFull);
 }
 
 }  // namespace

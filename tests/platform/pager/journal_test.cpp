@@ -1,7 +1,7 @@
 // Journals that do not belong to the file they lie beside, or are not whole.
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <algorithm>
 
 #include "platform/pager/fault_files.h"
 #include "platform/pager/journal_format.h"
@@ -10,21 +10,13 @@
 namespace marlevo::pager {
 namespace {
 
-constexpr const char* kFile = "/disk/file";
-constexpr const char* kJournal = "/disk/file-journal";
 constexpr const char* kForeign = "/disk/file-journal.foreign";
 
 using Bytes = std::vector<std::byte>;
 
 Bytes MakeFile(std::uint32_t pages, std::uint32_t value) {
   FaultFiles files;
-  {
-    const std::shared_ptr<Pager> pager = Pager::Create(kFile, TestFormat(), files);
-    Statement statement(*pager);
-    for (std::uint32_t i = 0; i < pages; ++i) AppendPage(*pager, value + i);
-    statement.Commit();
-    pager->Flush();
-  }
+  NewPager(kFile, files, pages, value).reset();
   return files.Content(kFile);
 }
 
@@ -40,50 +32,38 @@ Crash CrashWhileChanging(const Bytes& before) {
     files.Put(kFile, before);
     files.Plan(step, FaultFiles::Trouble::kEnd);
     try {
-      const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, files);
-      Statement statement(*pager);
-      for (const std::uint32_t page : {3U, 4U, 7U}) ChangePage(*pager, page, 900);
-      AppendPage(*pager, 900);
-      AppendPage(*pager, 900);
-      statement.Commit();
-      pager->Flush();
+      Store(*Pager::Open(kFile, TestProbe, files), {3, 4, 7}, 2, 900);
     } catch (const PagerError&) {
       if (files.Content(kFile) != before) return {files.Content(kFile), files.Content(kJournal)};
     }
   }
 }
 
-// What is in the file when it has been opened with such a journal beside it.
-Bytes Opened(FaultFiles& files, const Bytes& file, const Bytes& journal) {
+FaultFiles Disk(const Bytes& file, const Bytes& journal) {
+  FaultFiles files;
   files.Put(kFile, file);
   files.Put(kJournal, journal);
-  Pager::Open(kFile, TestProbe, files);
-  EXPECT_FALSE(files.Exists(kJournal));
-  return files.Content(kFile);
+  return files;
 }
 
-TEST(Journal, LeftByACrashIsPlayedBackAndGone) {
-  const Bytes before = MakeFile(12, 10);
-  const Crash crash = CrashWhileChanging(before);
-  FaultFiles files;
-  EXPECT_EQ(Opened(files, crash.file, crash.journal), before);
-  EXPECT_FALSE(files.Exists(kForeign));
+// The disk when the file on it has been opened.
+FaultFiles Opened(FaultFiles files) {
+  Pager::Open(kFile, TestProbe, files);
+  EXPECT_FALSE(files.Exists(kJournal));
+  return files;
 }
 
 TEST(Journal, TruncatedOrDamagedChangesNothing) {
-  const Bytes before = MakeFile(12, 10);
-  const Bytes journal = CrashWhileChanging(before).journal;
+  const Bytes journal = CrashWhileChanging(MakeFile(12, 10)).journal;
   const Bytes good = MakeFile(14, 500);
   for (std::size_t size = 0; size < journal.size(); size += 37) {
-    FaultFiles files;
-    ASSERT_EQ(Opened(files, good, Bytes(journal.begin(), journal.begin() + static_cast<std::ptrdiff_t>(size))), good);
     Bytes damaged = journal;
     damaged[size] ^= std::byte{1};
-    FaultFiles others;
-    ASSERT_EQ(Opened(others, good, damaged), good) << size;
+    ASSERT_EQ(Opened(Disk(good, damaged)).Content(kFile), good) << size;
+    damaged.resize(size);
+    ASSERT_EQ(Opened(Disk(good, damaged)).Content(kFile), good) << size;
   }
-  FaultFiles files;
-  EXPECT_EQ(Opened(files, good, Bytes(100000, std::byte{0x5a})), good);
+  EXPECT_EQ(Opened(Disk(good, Bytes(100000, std::byte{0x5a}))).Content(kFile), good);
 }
 
 // Well sealed, but no journal of ours: pages that the file never had, kinds that there are not.
@@ -106,8 +86,7 @@ TEST(Journal, StrangeRecordsChangeNothing) {
     add(RecordKind::kOriginal, 0, Bytes(good.begin(), good.begin() + kTestPage));
     add(static_cast<RecordKind>(kind), page, Bytes(size));
     add(RecordKind::kBatchEnd, 0, {});
-    FaultFiles files;
-    EXPECT_EQ(Opened(files, good, journal), good) << kind << " " << page;
+    EXPECT_EQ(Opened(Disk(good, journal)).Content(kFile), good) << kind << " " << page;
   }
 }
 
@@ -116,13 +95,11 @@ TEST(Journal, OfAnotherFileIsSetAside) {
   const Bytes journal = CrashWhileChanging(before).journal;
   // Another database; a shorter one; the same one with other content put in its place: a backup.
   Bytes backup = before;
-  {
-    const Bytes older = MakeFile(12, 60);
-    std::copy(older.begin() + 4 * kTestPage, older.begin() + 5 * kTestPage, backup.begin() + 4 * kTestPage);
-  }
+  const Bytes older = MakeFile(12, 60);
+  std::copy_n(older.begin() + 4 * kTestPage, kTestPage, backup.begin() + 4 * kTestPage);
   for (const Bytes& other : {MakeFile(14, 500), MakeFile(3, 10), backup}) {
-    FaultFiles files;
-    EXPECT_EQ(Opened(files, other, journal), other);
+    FaultFiles files = Opened(Disk(other, journal));
+    EXPECT_EQ(files.Content(kFile), other);
     EXPECT_EQ(files.Content(kForeign), journal);
   }
 }
@@ -134,11 +111,7 @@ TEST(Journal, OfTheFirstPagesNeverEmptiesAFile) {
     files = FaultFiles();
     files.Plan(step, FaultFiles::Trouble::kEnd);
     try {
-      const std::shared_ptr<Pager> pager = Pager::Create(kFile, TestFormat(), files);
-      Statement statement(*pager);
-      AppendPage(*pager, 1);
-      statement.Commit();
-      pager->Flush();
+      NewPager(kFile, files, 1);
     } catch (const PagerError&) {
     }
     if (files.Exists("/disk/file-new") && !files.Content("/disk/file-new").empty()) break;
@@ -146,24 +119,21 @@ TEST(Journal, OfTheFirstPagesNeverEmptiesAFile) {
   const Bytes journal = files.Content("/disk/file-new-journal");
   ASSERT_FALSE(journal.empty());
   const Bytes good = MakeFile(5, 1);
-  FaultFiles others;
-  EXPECT_EQ(Opened(others, good, journal), good);
+  EXPECT_EQ(Opened(Disk(good, journal)).Content(kFile), good);
 }
 
 TEST(Journal, OnAMediumThatMayNotBeWritten) {
   const Bytes before = MakeFile(12, 10);
   const Crash crash = CrashWhileChanging(before);
-  FaultFiles files;
-  files.Put(kFile, crash.file);
-  files.Put(kJournal, crash.journal);
+  FaultFiles files = Disk(crash.file, crash.journal);
   files.SetWritable(false);
   EXPECT_THROW(Pager::Open(kFile, TestProbe, files), PagerError);
   EXPECT_EQ(files.Content(kFile), crash.file);
+  files.SetWritable(true);
+  EXPECT_EQ(Opened(files).Content(kFile), before);
 
   // One that is not whole says nothing.
-  FaultFiles others;
-  others.Put(kFile, before);
-  others.Put(kJournal, Bytes(crash.journal.begin(), crash.journal.end() - 1));
+  FaultFiles others = Disk(before, Bytes(crash.journal.begin(), crash.journal.end() - 1));
   others.SetWritable(false);
   const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, others);
   EXPECT_EQ(ReadAll(*pager).size(), 12U);

@@ -10,20 +10,10 @@
 namespace marlevo::pager {
 namespace {
 
-constexpr const char* kFile = "/disk/file";
-
-std::shared_ptr<Pager> NewPager(FaultFiles& files, std::uint32_t pages) {
-  std::shared_ptr<Pager> pager = Pager::Create(kFile, TestFormat(), files, kSmall);
-  Statement statement(*pager);
-  for (std::uint32_t page = 0; page < pages; ++page) AppendPage(*pager, page);
-  statement.Commit();
-  return pager;
-}
-
 TEST(Pager, ActsLikeAVectorOfPages) {
   std::mt19937 random(11);
   FaultFiles files;
-  std::shared_ptr<Pager> pager = NewPager(files, 40);
+  std::shared_ptr<Pager> pager = NewPager(kFile, files, 40);
   Image model = ReadAll(*pager);
   // Pages held for a while must go on showing what was read.
   struct Held {
@@ -81,7 +71,7 @@ TEST(Pager, ActsLikeAVectorOfPages) {
 
 TEST(Pager, EditsHeldAcrossASpillAreNotLost) {
   FaultFiles files;
-  const std::shared_ptr<Pager> pager = NewPager(files, 200);
+  const std::shared_ptr<Pager> pager = NewPager(kFile, files, 200);
   Statement statement(*pager);
   const PageEdit early = pager->Change(5);
   for (std::uint32_t page = 10; page < 200; ++page) ChangePage(*pager, page, 7000);
@@ -96,8 +86,7 @@ TEST(Pager, EditsHeldAcrossASpillAreNotLost) {
 
 TEST(Pager, FlushInsideAStatementTakesOnlyWhatWasCommitted) {
   FaultFiles files;
-  const std::shared_ptr<Pager> pager = NewPager(files, 20);
-  pager->Flush();
+  const std::shared_ptr<Pager> pager = NewPager(kFile, files, 20);
   for (const bool commits : {false, true}) {
     {
       Statement statement(*pager);
@@ -122,16 +111,9 @@ TEST(Pager, FlushInsideAStatementTakesOnlyWhatWasCommitted) {
   }
 }
 
-TEST(Pager, OneForAllWhoOpenTheFile) {
-  FaultFiles files;
-  const std::shared_ptr<Pager> pager = NewPager(files, 3);
-  pager->Flush();
-  EXPECT_EQ(Pager::Open(kFile, TestProbe, files), pager);
-}
-
 TEST(Pager, CreatesNeverOverAFileAndLeavesNothingBehind) {
   FaultFiles files;
-  NewPager(files, 2).reset();
+  NewPager(kFile, files, 2).reset();
   EXPECT_THROW(Pager::Create(kFile, TestFormat(), files), PagerError);
   FaultFiles others;
   Pager::Create(kFile, TestFormat(), others).reset();
@@ -140,7 +122,7 @@ TEST(Pager, CreatesNeverOverAFileAndLeavesNothingBehind) {
 
 TEST(Pager, FilesOfStrangeLength) {
   FaultFiles files;
-  NewPager(files, 10).reset();
+  NewPager(kFile, files, 10).reset();
   files.Content(kFile).resize(10 * kTestPage - 5);
   const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, files);
   EXPECT_EQ(ReadAll(*pager).size(), 9U);

@@ -72,24 +72,13 @@ class Child {
   int out_;
 };
 
-void MakeFile(const std::filesystem::path& path, std::uint32_t pages) {
-  const std::shared_ptr<Pager> pager = Pager::Create(path, TestFormat());
-  Statement statement(*pager);
-  for (std::uint32_t page = 0; page < pages; ++page) AppendPage(*pager, 0);
-  statement.Commit();
-  pager->Flush();
-}
-
 TEST(Processes, OneWritesOthersRead) {
   ScratchFolder folder;
   const std::filesystem::path path = folder.Path() / u8"四星.mdb";
-  MakeFile(path, 40);
+  NewPager(path, NativeFiles(), 40).reset();
   Child child([&](Child& parent) {
     std::shared_ptr<Pager> pager = Pager::Open(path, TestProbe);
-    Statement statement(*pager);
-    ChangePage(*pager, 7, 70);
-    statement.Commit();
-    pager->Flush();
+    Store(*pager, {7}, 0, 70);
     parent.Tell('1');
     parent.Hear();
     pager.reset();
@@ -103,10 +92,7 @@ TEST(Processes, OneWritesOthersRead) {
   EXPECT_EQ(ReadAll(*pager)[7], 70U);
   child.Tell('x');
   ASSERT_EQ(child.Hear(), '2');
-  Statement statement(*pager);
-  ChangePage(*pager, 8, 80);
-  statement.Commit();
-  pager->Flush();
+  Store(*pager, {8}, 0, 80);
   EXPECT_EQ(child.Join(), 0);
 }
 
@@ -114,7 +100,7 @@ TEST(Processes, ReadersSeeWholeFlushesAndDoNotKeepTheWriterOut) {
   constexpr std::uint32_t kFlushes = 40;
   ScratchFolder folder;
   const std::filesystem::path path = folder.Path() / "file";
-  MakeFile(path, 60);
+  NewPager(path, NativeFiles(), 60).reset();
   // Reads again and again without a pause until the last flush is in sight.
   const auto read = [&](Child& parent) {
     parent.Hear();
@@ -145,7 +131,7 @@ TEST(Processes, ReadersSeeWholeFlushesAndDoNotKeepTheWriterOut) {
 TEST(Processes, FileThatMayNotBeWritten) {
   ScratchFolder folder;
   const std::filesystem::path path = folder.Path() / "file";
-  MakeFile(path, 4);
+  NewPager(path, NativeFiles(), 4).reset();
   std::filesystem::permissions(path, std::filesystem::perms::owner_read);
   const std::shared_ptr<Pager> pager = Pager::Open(path, TestProbe);
   EXPECT_TRUE(pager->ReadOnly());

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -13,6 +15,8 @@
 
 namespace marlevo::pager {
 
+constexpr const char* kFile = "/disk/file";
+constexpr const char* kJournal = "/disk/file-journal";
 constexpr std::size_t kTestPage = 2048;
 // Four blocks and sixteen pages: whatever needs much memory happens early.
 constexpr Limits kSmall{4 * 32768, 16 * kTestPage};
@@ -68,6 +72,23 @@ inline void ChangePage(Pager& pager, std::uint32_t page, std::uint32_t value) {
 
 inline void AppendPage(Pager& pager, std::uint32_t value) {
   ChangePage(pager, pager.Append(), value);
+}
+
+// One flushed statement: these pages, and so many new ones, get the value.
+inline void Store(Pager& pager, std::initializer_list<std::uint32_t> pages, std::uint32_t appended,
+                  std::uint32_t value) {
+  Statement statement(pager);
+  for (const std::uint32_t page : pages) ChangePage(pager, page, value);
+  for (std::uint32_t i = 0; i < appended; ++i) AppendPage(pager, value);
+  statement.Commit();
+  pager.Flush();
+}
+
+inline std::shared_ptr<Pager> NewPager(const std::filesystem::path& path, FileSystem& files, std::uint32_t pages,
+                                       std::uint32_t value = 0) {
+  std::shared_ptr<Pager> pager = Pager::Create(path, TestFormat(), files, kSmall);
+  Store(*pager, {}, pages, value);
+  return pager;
 }
 
 }  // namespace marlevo::pager
