@@ -32,12 +32,6 @@ Selection Picks(const std::string& kinds, const std::string& columns) {
   return picks;
 }
 
-std::string Expanded(const Selection& picks, int kind) {
-  CurrentList list;
-  ExpandTickets(picks, list);
-  return Text(list, kind);
-}
-
 TEST(Selection, IsCheckedBeforeItIsExpanded) {
   const struct {
     const char* kinds;
@@ -53,16 +47,6 @@ TEST(Selection, IsCheckedBeforeItIsExpanded) {
     EXPECT_EQ(SelectionMessage(code), "選擇三星玩法\r\n一 二 三排需要有號碼");
   }
   EXPECT_EQ(SelectionMessage(7), "不可預知的錯誤");
-}
-
-TEST(Expansion, WorkedExamples) {
-  for (const int kind : {2, 3, 4}) {
-    EXPECT_EQ(Expanded(Picks("234", "1 2 3"), kind), "123");
-  }
-  EXPECT_EQ(Expanded(Picks("0", "01 2 3 45"), 0), "0234 0235 1234 1235");
-  EXPECT_EQ(Expanded(Picks("2", "1 2 3 4"), 2), "123 124 134 234");
-  EXPECT_EQ(Expanded(Picks("1", "1 2 3 4 5"), 1), "1234 1235 1245 1345 2345");
-  EXPECT_EQ(Expanded(Picks("1", "1 2 3 4 - - - - - 5"), 1), "1234 1235 1245 1255 1345 1355 1455 2345 2355 2455 3455");
 }
 
 // The walk as it is told, with nothing skipped; `columns` from 1, the digits of each as text.
