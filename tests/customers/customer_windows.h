@@ -2,14 +2,13 @@
 #pragma once
 
 #include <QPushButton>
-#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "customers/customer_statements.h"
 #include "platform/database/database_fixture.h"
-#include "support/qt_modal.h"
 #include "support/window_driver.h"
 
 namespace marlevo {
@@ -47,10 +46,6 @@ class CustomerWindowsTest : public DatabaseFixture {
     return Rows(connection,
                 "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='" + number + "' ORDER BY SAL_DATE,PLAY_MODE,PLAY_SEQ",
                 {"SAL_DATE", "PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"});
-  }
-
-  static void Press(const QWidget& window, const QString& button, const std::vector<ModalStep>& steps = {}) {
-    WithModals([&] { Click(window, button); }, steps);
   }
 };
 

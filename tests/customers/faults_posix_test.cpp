@@ -106,8 +106,7 @@ TEST_F(FaultsPosixTest, AReadOnlyFolderCanBeLookedAtButNotChanged) {
   AddRecord("A01", "20021005143012", {"0 25 1234"});
   {
     const ReadOnlyFolder folder(folder_.Path());
-    frmCustom window(nullptr, Opening());
-    window.show();
+    const Shown<frmCustom> window(Opening());
     PressRow(window, "mfgCustom_H", 0);
     EXPECT_EQ(RowsText(window, "lstRecord"), "2002/10/05-14:30:12     1張\n");
     Enter(window, "txtCustom_No", "A02");
@@ -123,8 +122,7 @@ TEST_F(FullDiskTest, ASaveThatFailsIsNotStoredAndTheNextOneIsStoredOnce) {
   const CurrentList list = LargestList();
   const ModalStep yes = ExpectQuestion("確定要將號碼組合資料存檔到 [A01] ?", QMessageBox::Yes);
   {
-    frmSave window(nullptr, Opening(), list);
-    window.show();
+    const Shown<frmSave> window(Opening(), list);
     for (const std::uintmax_t room : {300'000, 0}) {
       const Filling filling(disk_, room);
       Press(window, "cmdPrint", {yes, report_});
@@ -143,8 +141,7 @@ TEST_F(FullDiskTest, ASaveThatFailsIsNotStoredAndTheNextOneIsStoredOnce) {
 TEST_F(FullDiskTest, AChangeThatFailsKeepsTheCustomer) {
   AddRecord("A01", "20021005143012", {"0 25 1234"});
   const std::string before = Customers() + Tickets("A01");
-  frmCustom window(nullptr, Opening());
-  window.show();
+  const Shown<frmCustom> window(Opening());
   PressRow(window, "mfgCustom_H", 0);
   Enter(window, "txtMemo1", "每週三");
   {

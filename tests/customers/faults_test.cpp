@@ -82,15 +82,13 @@ TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
   }
   ASSERT_GT(std::filesystem::file_size(file_), healthy + 65536);
   Overwrite(healthy + 32768, 32768, '\xAA');
-  frmCustom window(nullptr, Opening());
-  window.show();
+  const Shown<frmCustom> window(Opening());
   auto& customers = Find<QWidget>(window, "mfgCustom_H");
   customers.setFocus();
   WithModals([&] { QTest::keyClick(&customers, Qt::Key_Down); }, {ExpectErrorReport("檔案已經損壞", "繼續")});
   EXPECT_EQ(RowsText(window, "lstRecord"), "");
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
-  frmCustom_CHK check(nullptr, Opening());
-  check.show();
+  const Shown<frmCustom_CHK> check(Opening());
   Click(check, "Option1(2)");
   Press(check, "cmdCheck2", {ExpectErrorReport("4star.mdb", "繼續")});
   EXPECT_EQ(RowsText(check, "lstCheck"), "");
@@ -104,8 +102,7 @@ TEST_F(FaultsTest, AQuoteIsRefusedAndMeansNobody) {
   const CurrentList list = test::Lists({{0, "1234"}});
   const ModalStep report = ExpectErrorReport("單引號", "繼續");
 
-  frmCustom window(nullptr, Opening());
-  window.show();
+  const Shown<frmCustom> window(Opening());
   Enter(window, "txtCustom_No", "x' OR 'a'='a");
   for (const char* button : {"cmdAdd", "cmdEdit", "cmdDel"}) {
     Press(window, button, {report});
@@ -122,8 +119,7 @@ TEST_F(FaultsTest, AQuoteIsRefusedAndMeansNobody) {
 
   // Another program may have stored such a number.
   Run("INSERT INTO [CUSTOM_H] (CUSTOM_NO,CUSTOM_NAME,TEL1,TEL2,MEMO1) VALUES ('0''0','','','','')");
-  frmSave save(nullptr, Opening(), list);
-  save.show();
+  const Shown<frmSave> save(Opening(), list);
   Press(save, "cmdPrint", {ExpectQuestion("確定要將號碼組合資料存檔到 [0'0] ?", QMessageBox::Yes), report});
   EXPECT_TRUE(Find<QWidget>(save, "picMsg").isHidden());
   PressRow(save, "mfgCustom_H", 2);
@@ -133,8 +129,7 @@ TEST_F(FaultsTest, AQuoteIsRefusedAndMeansNobody) {
 
 TEST_F(FaultsTest, ATextThatIsTooLongIsRefusedAndCanBeShortened) {
   AddCustomer({"A01", "王小明", "", "", ""});
-  frmCustom window(nullptr, Opening());
-  window.show();
+  const Shown<frmCustom> window(Opening());
   const ModalStep report = ExpectErrorReport("文字太長", "繼續");
   for (const auto& [box, length] : {std::pair{"txtCustom_No", 51}, {"txtCustom_Name", 101}, {"txtMemo1", 256}}) {
     Enter(window, "txtCustom_No", "A02");
@@ -162,8 +157,7 @@ TEST_F(FaultsTest, AFileThatAnotherProcessWritesToCanBeReadUntilItIsFree) {
   const QString question = "確定要將號碼組合資料存檔到 [A01] ?";
   auto other = std::make_unique<HelperProcess>("HoldsTheFile", file_);
   other->WaitFor("held");
-  frmSave save(nullptr, Opening(), list);
-  save.show();
+  const Shown<frmSave> save(Opening(), list);
   EXPECT_EQ(RowsText(save, "mfgCustom_H"), "A01|王小明\n");
   Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectErrorReport("另一個程式", "繼續")});
   EXPECT_EQ(Tickets("A01"), "");
@@ -216,8 +210,7 @@ TEST(Helper, DISABLED_HoldsTheFile) {
 
 TEST(Helper, DISABLED_SavesTheLargestList) {
   const CurrentList list = LargestList();
-  frmSave window(nullptr, HelperProcess::ConnectionString(), list);
-  window.show();
+  const Shown<frmSave> window(HelperProcess::ConnectionString(), list);
   WithModals([&] { Click(window, "cmdPrint"); },
              {[](QWidget& question) {
                 HelperProcess::Say("saving");

@@ -12,11 +12,7 @@ namespace {
 
 class FrmCustomTest : public CustomerWindowsTest {
  protected:
-  frmCustom& Window() {
-    window_ = std::make_unique<frmCustom>(nullptr, Opening());
-    window_->show();
-    return *window_;
-  }
+  frmCustom& Window() { return window_.emplace(Opening()); }
   void EnterCustomer(const std::vector<const char*>& texts) {
     const char* boxes[] = {"txtCustom_No", "txtCustom_Name", "txtTEL1", "txtTEL2", "txtMemo1"};
     for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -33,7 +29,7 @@ class FrmCustomTest : public CustomerWindowsTest {
     return text;
   }
 
-  std::unique_ptr<frmCustom> window_;
+  std::optional<Shown<frmCustom>> window_;
 };
 
 constexpr char kNoTickets[] = "=   0\n=   0\n=   0\n=   0\n=   0\n";

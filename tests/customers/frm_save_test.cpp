@@ -35,11 +35,11 @@ class FrmSaveTest : public CustomerWindowsTest {
 TEST_F(FrmSaveTest, StoresEveryTicketOfTheTickedKindsUnderOneStamp) {
   AddCustomer({"A01", "王小明", "", "", ""});
   AddCustomer({"A02", "陳大文", "", "", ""});
-  CurrentList list = test::Lists({{0, "1234 5678"}, {3, "112 1_3"}, {4, ""}});
+  // A three-digit list has no fourth column, whatever its cell holds; an empty cell is 0.
+  CurrentList list = test::Lists({{0, "1234 5678"}, {3, "1126 1_3"}, {4, ""}});
   list.kinds[1].tickets = test::Tickets("9999");
   list.kinds[3].amount = "1250";
-  frmSave window(nullptr, Opening(), list);
-  window.show();
+  const Shown<frmSave> window(Opening(), list);
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明\nA02|陳大文\n");
 
   Press(window, "cmdPrint", {ExpectQuestion("確定要將號碼組合資料存檔到 [A01] ?", QMessageBox::No)});
@@ -64,14 +64,12 @@ TEST_F(FrmSaveTest, SavesAListWithoutTicketsAndAListWithoutCustomers) {
   const CurrentList empty;
   const CurrentList one = test::Lists({{2, "123"}});
   {
-    frmSave window(nullptr, Opening(), one);
-    window.show();
+    const Shown<frmSave> window(Opening(), one);
     Press(window, "cmdPrint", YesToSaving("客戶編號"));
     EXPECT_EQ(Saved("客戶編號"), "2|25|1|1|2|3|0\n") << "with no customer the heading row is the current one";
   }
   AddCustomer({"A01", "王小明", "", "", ""});
-  frmSave window(nullptr, Opening(), empty);
-  window.show();
+  const Shown<frmSave> window(Opening(), empty);
   Press(window, "cmdPrint", YesToSaving("A01"));
   EXPECT_EQ(Saved("A01"), "");
 }
@@ -79,8 +77,7 @@ TEST_F(FrmSaveTest, SavesAListWithoutTicketsAndAListWithoutCustomers) {
 TEST_F(FrmSaveTest, OffersTheCustomersThatMaintenanceAdded) {
   AddCustomer({"B01", "王小明", "", "", ""});
   const CurrentList list = test::Lists({{2, "123"}});
-  frmSave window(nullptr, Opening(), list);
-  window.show();
+  const Shown<frmSave> window(Opening(), list);
   WithModals([&] { Click(window, "cmdCustom"); }, {[](QWidget& maintenance) {
                EXPECT_EQ(maintenance.objectName(), "frmCustom");
                Enter(maintenance, "txtCustom_No", "A01");
@@ -95,8 +92,7 @@ TEST_F(FrmSaveTest, OffersTheCustomersThatMaintenanceAdded) {
 TEST_F(FrmSaveTest, NeverSavesByAKeyAlone) {
   AddCustomer({"A01", "王小明", "", "", ""});
   const CurrentList list = test::Lists({{2, "123"}});
-  frmSave window(nullptr, Opening(), list);
-  window.show();
+  const Shown<frmSave> window(Opening(), list);
   WithModals([&] { QTest::keyClick(&Find<QWidget>(window, "mfgCustom_H"), Qt::Key_Return); }, {});
   EXPECT_TRUE(window.isVisible());
   WithModals([&] { Click(window, "cmdPrint"); }, {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }});

@@ -1,10 +1,9 @@
 #include "draws/frmInput.h"
 
 #include <QAbstractItemModelTester>
-#include <QComboBox>
+#include <optional>
 
 #include "platform/database/database_fixture.h"
-#include "support/qt_modal.h"
 #include "support/window_driver.h"
 
 namespace marlevo {
@@ -13,20 +12,14 @@ namespace {
 class FrmInputTest : public DatabaseFixture {
  protected:
   // Opens the window afresh.
-  frmInput& Window() {
-    window_ = std::make_unique<frmInput>(nullptr, Opening());
-    window_->show();
-    return *window_;
-  }
+  frmInput& Window() { return window_.emplace(Opening()); }
 
   void EnterDraw(const QString& number, const QString& digits) {
     Enter(*window_, "txtVou_No", number);
-    for (int i = 0; i < 4; ++i) {
-      Find<QComboBox>(*window_, QString("cboCheck(%1)").arg(i)).setEditText(digits.mid(i, 1));
-    }
+    EnterDigits(*window_, digits);
   }
   void Press(const QString& button, const std::vector<ModalStep>& steps = {}) {
-    WithModals([&] { Click(*window_, button); }, steps);
+    marlevo::Press(*window_, button, steps);
   }
   std::string Entered() const {
     std::string text = BoxText(*window_, "txtVou_No") + " ";
@@ -40,7 +33,7 @@ class FrmInputTest : public DatabaseFixture {
     return Rows(connection, "SELECT * FROM [NUMERIC] ORDER BY VOU_NO", {"VOU_NO", "NO1", "NO2", "NO3", "NO4"});
   }
 
-  std::unique_ptr<frmInput> window_;
+  std::optional<Shown<frmInput>> window_;
 };
 
 TEST_F(FrmInputTest, MirrorsEveryChangeUntilItIsOpenedAgain) {

@@ -3,14 +3,29 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QString>
 #include <QTest>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
+
+#include "support/qt_modal.h"
 
 namespace marlevo {
+
+// A window on the screen.
+template <typename Window>
+class Shown : public Window {
+ public:
+  template <typename... Arguments>
+  explicit Shown(Arguments&&... arguments) : Window(nullptr, std::forward<Arguments>(arguments)...) {
+    this->show();
+  }
+};
 
 template <typename Widget>
 Widget& Find(const QWidget& window, const QString& name) {
@@ -41,6 +56,11 @@ inline void Click(const QWidget& window, const QString& button) {
   QCoreApplication::sendEvent(&presses, &event);
 }
 
+// Presses a button and walks through the windows that it opens.
+inline void Press(const QWidget& window, const QString& button, const std::vector<ModalStep>& steps = {}) {
+  WithModals([&] { Click(window, button); }, steps);
+}
+
 // Rows count from 0, without the heading.
 inline void PressRow(const QWidget& window, const QString& view, int row, Qt::MouseButton button = Qt::LeftButton) {
   auto& rows = Find<QAbstractItemView>(window, view);
@@ -61,6 +81,13 @@ inline void Type(const QWidget& window, const QString& box, const QString& text)
 // For texts that are entered by an input method.
 inline void Enter(const QWidget& window, const QString& box, const QString& text) {
   Find<QLineEdit>(window, box).setText(text);
+}
+
+// One digit for each of the four lists of a drawn number.
+inline void EnterDigits(const QWidget& window, const QString& digits) {
+  for (int i = 0; i < 4; ++i) {
+    Find<QComboBox>(window, QString("cboCheck(%1)").arg(i)).setEditText(digits.mid(i, 1));
+  }
 }
 
 inline std::string BoxText(const QWidget& window, const QString& box) {
