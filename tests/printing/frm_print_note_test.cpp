@@ -1,28 +1,18 @@
 #include "printing/frmPrintNote.h"
 
-#include <QComboBox>
-#include <QLabel>
 #include <QProgressDialog>
-#include <QPushButton>
 #include <QRegularExpression>
 
 #include "printing_windows.h"
-#include "support/qt_modal.h"
 
 namespace marlevo {
 namespace {
 
-class FrmPrintNote : public PrintingWindowTest {
+class FrmPrintNote : public PrintingTest {
  protected:
-  void SetUp() override {
-    if (queue_ == nullptr) {
-      GTEST_SKIP() << kNoQueue;
-    }
-  }
-
-  void Print(const QString& pages) {
-    window_.findChild<QComboBox*>("cboPage")->setEditText(pages);
-    window_.findChild<QPushButton*>("cmdPrint")->click();
+  void Print(const QString& pages, const std::vector<ModalStep>& steps = {}) {
+    Find<QComboBox>(window_, "cboPage").setEditText(pages);
+    Press(window_, "cmdPrint", steps);
   }
   // Pages of the only job; 0 when there was none.
   static std::size_t PagesSent() {
@@ -75,18 +65,15 @@ TEST_F(FrmPrintNote, PrintsAsManyPagesAsTheTextBeginsWith) {
 }
 
 TEST_F(FrmPrintNote, CancelStopsAndSaysHowManyPagesWentOut) {
-  QString said;
-  WithModals([&] { Print("999999"); }, {[](QWidget& window) {
-                                          auto* const progress = qobject_cast<QProgressDialog*>(&window);
-                                          ASSERT_NE(progress, nullptr);
-                                          progress->cancel();
-                                        },
-                                        [&](QWidget& window) {
-                                          said = window.findChild<QLabel*>("lblMsg")->text();
-                                          window.close();
-                                        }});
-  const QRegularExpressionMatch match = QRegularExpression("^列印已取消,共印出 (\\d+) 頁 !$").match(said);
-  ASSERT_TRUE(match.hasMatch()) << said.toStdString();
+  std::string said;
+  Print("999999", {[](QWidget& window) { dynamic_cast<QProgressDialog&>(window).cancel(); },
+                   [&](QWidget& window) {
+                     said = LabelText(window, "lblMsg");
+                     window.close();
+                   }});
+  const QRegularExpressionMatch match =
+      QRegularExpression("^列印已取消,共印出 (\\d+) 頁 !$").match(QString::fromStdString(said));
+  ASSERT_TRUE(match.hasMatch()) << said;
   EXPECT_GT(match.captured(1).toULongLong(), 0U);
   EXPECT_EQ(PagesSent(), match.captured(1).toULongLong());
 }

@@ -1,58 +1,35 @@
 #include "printing/frmPrint.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
 #include <QWindow>
 
 #include "printing_windows.h"
-#include "support/qt_modal.h"
 #include "support/ticket_text.h"
 
 namespace marlevo {
 namespace {
 
-class FrmPrint : public PrintingWindowTest {
+class FrmPrint : public PrintingTest {
  protected:
-  void SetUp() override {
-    if (queue_ == nullptr) {
-      GTEST_SKIP() << kNoQueue;
-    }
-    list_ = test::Lists({{kFourStraight, "0123 4567 8901 2345 6789 9999"},
-                         {kThreeStraight, "901 234"},
-                         {kThreePair, "111 222 333 444 555 666 777"}});
-    list_.kinds[kFourStraight].multiplier = 10;
-  }
+  FrmPrint() { list_.kinds[kFourStraight].multiplier = 10; }
 
   // A dialog in which the widgets named are clicked.
   std::unique_ptr<frmPrint> Window(const QStringList& clicks) {
-    auto window = std::make_unique<frmPrint>(nullptr, list_, settings_);
+    auto window = std::make_unique<Shown<frmPrint>>(list_, settings_);
     for (const QString& name : clicks) {
-      window->findChild<QAbstractButton*>(name)->click();
+      Click(*window, name);
     }
     return window;
   }
-  static void Choose(frmPrint& window, const QString& box, const QString& text) {
-    window.findChild<QLineEdit*>(box)->setText(text);
-  }
 
-  static void ExpectPages(const std::vector<test::PrintedPage>& printed, const std::vector<PageDrawing>& expected) {
-    ASSERT_EQ(printed.size(), expected.size());
-    for (std::size_t page = 0; page < expected.size(); ++page) {
-      ExpectMarks(printed[page], expected[page]);
-    }
-  }
-
-  CurrentList list_;
+  CurrentList list_ = test::Lists({{kFourStraight, "0123 4567 8901 2345 6789 9999"},
+                                   {kThreeStraight, "901 234"},
+                                   {kThreePair, "111 222 333 444 555 666 777"}});
 };
 
 TEST_F(FrmPrint, SendsOneJobForEachKindWithItsMarksInPlace) {
   const auto window = Window({"chkPlay(0)", "chkPlay(4)", "chkPage"});
-  window->findChild<QComboBox*>("cboMD(0)")->setCurrentText("加注10期");
-  window->findChild<QPushButton*>("cmdPrint")->click();
+  Find<QComboBox>(*window, "cboMD(0)").setCurrentText("加注10期");
+  Click(*window, "cmdPrint");
 
   const auto jobs = queue_->TakeJobs();
   ASSERT_EQ(jobs.size(), 2U);
@@ -75,9 +52,9 @@ TEST_F(FrmPrint, SendsOneJobForEachKindWithItsMarksInPlace) {
 
 TEST_F(FrmPrint, PrintsTheRangesAskedFor) {
   const auto window = Window({"Option1(1)", "chkPlay(0)", "chkPlay(2)"});
-  Choose(*window, "txtStart(0)", "3");
-  Choose(*window, "txtEnd(0)", "4");
-  window->findChild<QPushButton*>("cmdPrint")->click();
+  Enter(*window, "txtStart(0)", "3");
+  Enter(*window, "txtEnd(0)", "4");
+  Click(*window, "cmdPrint");
   const auto jobs = queue_->TakeJobs();
   ASSERT_EQ(jobs.size(), 2U);
   ASSERT_EQ(jobs[0].pages.size(), 1U);
@@ -88,9 +65,8 @@ TEST_F(FrmPrint, PrintsTheRangesAskedFor) {
 
 TEST_F(FrmPrint, ADoubleClickPrintsOnce) {
   const auto window = Window({"chkPlay(2)"});
-  window->show();
-  const auto* const button = window->findChild<QPushButton*>("cmdPrint");
-  const QPoint at = button->mapTo(window.get(), button->rect().center());
+  const auto& button = Find<QWidget>(*window, "cmdPrint");
+  const QPoint at = button.mapTo(window.get(), button.rect().center());
   QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {}, at);
   EXPECT_EQ(queue_->TakeJobs().size(), 1U);
   EXPECT_TRUE(window->isVisible());
@@ -111,38 +87,30 @@ TEST_F(FrmPrint, SaysWhatIsWrongAndPrintsNothing) {
   };
   const auto window = Window({"Option1(1)", "chkPlay(0)", "chkPlay(4)"});
   for (const auto& c : cases) {
-    Choose(*window, "txtStart(0)", c.start0);
-    Choose(*window, "txtEnd(0)", c.end0);
-    Choose(*window, "txtStart(4)", c.start4);
-    Choose(*window, "txtEnd(4)", c.end4);
-    WithModals([&] { window->findChild<QPushButton*>("cmdPrint")->click(); }, {ExpectMessage(c.message)});
+    Enter(*window, "txtStart(0)", c.start0);
+    Enter(*window, "txtEnd(0)", c.end0);
+    Enter(*window, "txtStart(4)", c.start4);
+    Enter(*window, "txtEnd(4)", c.end4);
+    Press(*window, "cmdPrint", {ExpectMessage(c.message)});
   }
-  WithModals([&] { Window({"Option1(1)"})->findChild<QPushButton*>("cmdPrint")->click(); },
-             {ExpectMessage("請選擇欲列印種類")});
+  Press(*Window({"Option1(1)"}), "cmdPrint", {ExpectMessage("請選擇欲列印種類")});
   // Everything of no kind, and numbers below the list: nothing to print and nothing to say.
   Window({"Option1(0)", "cmdPrint"});
-  Choose(*window, "txtStart(0)", "-3");
-  Choose(*window, "txtEnd(0)", "0.4");
-  Choose(*window, "txtEnd(4)", "0.3");
-  Choose(*window, "txtStart(4)", "0.2");
-  window->findChild<QPushButton*>("cmdPrint")->click();
+  Enter(*window, "txtStart(0)", "-3");
+  Enter(*window, "txtEnd(0)", "0.4");
+  Enter(*window, "txtEnd(4)", "0.3");
+  Enter(*window, "txtStart(4)", "0.2");
+  Click(*window, "cmdPrint");
   EXPECT_TRUE(queue_->TakeJobs().empty());
 }
 
 TEST_F(FrmPrint, ReportsARefusedJob) {
   const auto window = Window({"chkPlay(2)"});
-  window->show();
   queue_->Accept(false);
-  // The error ends in the guard of the event loop, as it does under a real click.
-  WithModals(
-      [&] {
-        QMetaObject::invokeMethod(window->findChild<QPushButton*>("cmdPrint"), "click", Qt::QueuedConnection);
-        QCoreApplication::processEvents();
-      },
-      {ExpectErrorReport("送出列印工作", "繼續")});
+  Press(*window, "cmdPrint", {ExpectErrorReport("送出列印工作", "繼續")});
   queue_->Accept(true);
   EXPECT_TRUE(queue_->TakeJobs().empty());
-  EXPECT_TRUE(window->findChild<QPushButton*>("cmdPrint")->isEnabled());
+  EXPECT_TRUE(Find<QWidget>(*window, "cmdPrint").isEnabled());
 }
 
 }  // namespace

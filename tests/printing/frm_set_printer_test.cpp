@@ -1,77 +1,64 @@
 #include "printing/frmSetPrinter.h"
 
 #include <QFile>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
 
 #include "printing/slip_sample.h"
 #include "printing_windows.h"
-#include "support/qt_modal.h"
 
 namespace marlevo {
 namespace {
 
 class FrmSetPrinter : public PrintingWindowTest {
  protected:
-  void SetUp() override {
-    window_ = std::make_unique<frmSetPrinter>(nullptr, settings_);
-    window_->show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
-  }
+  void SetUp() override { ASSERT_TRUE(QTest::qWaitForWindowActive(&window_)); }
 
-  QLineEdit* Box(int index) { return window_->findChild<QLineEdit*>(QString("txtInput(%1)").arg(index)); }
-  void Click(const char* button) { window_->findChild<QAbstractButton*>(button)->click(); }
-  void Type(int index, const QString& text) {
-    Box(index)->setFocus();
-    Box(index)->selectAll();
-    QTest::keyClicks(Box(index), text);
-  }
+  static QString Name(int index) { return QString("txtInput(%1)").arg(index); }
+  QLineEdit& Box(int index) { return Find<QLineEdit>(window_, Name(index)); }
+  void Type(int index, const QString& text) { marlevo::Type(window_, Name(index), text); }
   std::string Texts() {
     QStringList texts;
     for (int i = 0; i < kSlipFields; ++i) {
-      texts += Box(i)->text();
+      texts += Box(i).text();
     }
     return texts.join(' ').toStdString();
   }
 
-  std::unique_ptr<frmSetPrinter> window_;
+  Shown<frmSetPrinter> window_{settings_};
 };
 
 TEST_F(FrmSetPrinter, ShowsTheFileOfTheChosenTypeAndKeepsEditsInTheRecord) {
-  EXPECT_TRUE(window_->findChild<QRadioButton*>("opPlay4")->isChecked());
+  EXPECT_TRUE(Find<QAbstractButton>(window_, "opPlay4").isChecked());
   EXPECT_EQ(Texts(), "1270 4300 60 60 300 240 420 530 -3 1800 9050 1520.5");
   Type(1, "-4.5x6");  // letters are not taken
   EXPECT_EQ(SlipSettings().left, -4.56);
   Type(11, "99");
   EXPECT_EQ(SlipSettings().p_height, 99);
-  Click("opPlay4");  // once more: the edits are taken back
+  Click(window_, "opPlay4");  // once more: the edits are taken back
   EXPECT_EQ(Texts(), "1270 4300 60 60 300 240 420 530 -3 1800 9050 1520.5");
   EXPECT_EQ(SlipSettings().left, 4300);
-  Click("opPlay3");
+  Click(window_, "opPlay3");
   EXPECT_EQ(Texts(), "2220 320 180 180 125 130 420 420 15 1800 1900 2130");
   EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});
 }
 
 TEST_F(FrmSetPrinter, EnterAndDownLeadOnUpLeadsBack) {
-  Box(0)->setFocus();
-  QTest::keyClick(Box(0), Qt::Key_Return);
-  EXPECT_TRUE(Box(1)->hasFocus());
-  QTest::keyClick(Box(1), Qt::Key_Down);
-  EXPECT_TRUE(Box(2)->hasFocus());
-  QTest::keyClick(Box(2), Qt::Key_Up);
-  EXPECT_TRUE(Box(1)->hasFocus());
+  Box(0).setFocus();
+  QTest::keyClick(&Box(0), Qt::Key_Return);
+  EXPECT_TRUE(Box(1).hasFocus());
+  QTest::keyClick(&Box(1), Qt::Key_Down);
+  EXPECT_TRUE(Box(2).hasFocus());
+  QTest::keyClick(&Box(2), Qt::Key_Up);
+  EXPECT_TRUE(Box(1).hasFocus());
   QCoreApplication::processEvents();
-  EXPECT_EQ(Box(1)->selectedText(), "4300");
+  EXPECT_EQ(Box(1).selectedText(), "4300");
 }
 
 TEST_F(FrmSetPrinter, PreviewFollowsTheEditsOnceItIsShown) {
-  const auto picture = [&] { return window_->findChild<QWidget*>("picPreview")->grab().toImage(); };
+  const auto picture = [&] { return Find<QWidget>(window_, "picPreview").grab().toImage(); };
   const QImage empty = picture();
   Type(0, "3000");
   EXPECT_EQ(picture(), empty);
-  Click("cmdPreview");
+  Click(window_, "cmdPreview");
   const QImage shown = picture();
   EXPECT_NE(shown, empty);
   Type(0, "5000");
@@ -84,11 +71,11 @@ TEST_F(FrmSetPrinter, PreviewFollowsTheEditsOnceItIsShown) {
 
 TEST_F(FrmSetPrinter, SavesTheTextsOnlyWhenTheAnswerIsYes) {
   QFile file(folder_.filePath("3Star.ini"));
-  Click("opPlay3");
+  Click(window_, "opPlay3");
   Type(0, "+12.");
-  WithModals([&] { Click("cmdSave"); }, {ExpectQuestion("確定要將此設定存檔 ?", QMessageBox::No)});
+  Press(window_, "cmdSave", {ExpectQuestion("確定要將此設定存檔 ?", QMessageBox::No)});
   EXPECT_FALSE(file.exists());
-  WithModals([&] { Click("cmdSave"); }, {ExpectQuestion("確定要將此設定存檔 ?", QMessageBox::Yes)});
+  Press(window_, "cmdSave", {ExpectQuestion("確定要將此設定存檔 ?", QMessageBox::Yes)});
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   EXPECT_EQ(file.readAll().toStdString(),
             SlipSettingsText({"+12.", "320", "180", "180", "125", "130", "420", "420", "15", "1800", "1900", "2130"}));
@@ -99,11 +86,10 @@ TEST_F(FrmSetPrinter, PrintsTheSampleWithItsValues) {
     GTEST_SKIP() << kNoQueue;
   }
   Type(0, "1500");
-  Click("cmdPrint");
+  Click(window_, "cmdPrint");
   const auto jobs = queue_->TakeJobs();
   ASSERT_EQ(jobs.size(), 1U);
-  ASSERT_EQ(jobs[0].pages.size(), 1U);
-  ExpectMarks(jobs[0].pages[0], SampleSlip(SlipType::kFourDigit, SlipSettings()));
+  ExpectPages(jobs[0].pages, {SampleSlip(SlipType::kFourDigit, SlipSettings())});
   std::string words;
   for (const PageText& word : test::ReadPdfWords(jobs[0].document)) {
     words += word.text + ' ';

@@ -12,6 +12,7 @@
 
 #include "printing/slip_settings_file.h"
 #include "support/print_queue.h"
+#include "support/window_driver.h"
 
 namespace marlevo {
 
@@ -26,14 +27,19 @@ class PrintingWindowTest : public testing::Test {
 
   PrintingWindowTest() { SaveSlipSettings(settings_, "4Star", kFourStar); }
 
-  // The page has exactly these marks, within two twips.
-  static void ExpectMarks(const test::PrintedPage& page, const PageDrawing& expected) {
-    ASSERT_EQ(page.marks.size(), expected.marks.size());
-    for (std::size_t i = 0; i < expected.marks.size(); ++i) {
-      EXPECT_NEAR(page.marks[i].x, expected.marks[i].x, 2);
-      EXPECT_NEAR(page.marks[i].y, expected.marks[i].y, 2);
-      EXPECT_NEAR(page.marks[i].width, expected.marks[i].width, 2);
-      EXPECT_NEAR(page.marks[i].height, expected.marks[i].height, 2);
+  // The pages have exactly these marks, within two twips.
+  static void ExpectPages(const std::vector<test::PrintedPage>& printed, const std::vector<PageDrawing>& expected) {
+    ASSERT_EQ(printed.size(), expected.size());
+    for (std::size_t page = 0; page < expected.size(); ++page) {
+      const std::vector<Mark>& marks = expected[page].marks;
+      ASSERT_EQ(printed[page].marks.size(), marks.size());
+      for (std::size_t i = 0; i < marks.size(); ++i) {
+        const Mark& mark = printed[page].marks[i];
+        EXPECT_NEAR(mark.x, marks[i].x, 2);
+        EXPECT_NEAR(mark.y, marks[i].y, 2);
+        EXPECT_NEAR(mark.width, marks[i].width, 2);
+        EXPECT_NEAR(mark.height, marks[i].height, 2);
+      }
     }
   }
 
@@ -44,6 +50,16 @@ class PrintingWindowTest : public testing::Test {
   inline static std::unique_ptr<test::PrintQueue> queue_;  // none without cupsd
   QTemporaryDir folder_;
   std::filesystem::path settings_ = folder_.path().toStdString();
+};
+
+// For programs whose tests all print.
+class PrintingTest : public PrintingWindowTest {
+ protected:
+  void SetUp() override {
+    if (queue_ == nullptr) {
+      GTEST_SKIP() << kNoQueue;
+    }
+  }
 };
 
 }  // namespace marlevo

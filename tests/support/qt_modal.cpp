@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QTextDocumentFragment>
 #include <QTimer>
+#include <algorithm>
 #include <memory>
 
 namespace marlevo {
@@ -18,16 +19,15 @@ namespace {
 constexpr int kPollInterval = 2;   // milliseconds
 constexpr int kDeadline = 10'000;  // milliseconds without a new window
 
-// All that stands in a message box.
-QString Text(const QMessageBox& box) {
-  return box.text() + '\n' + QTextDocumentFragment::fromHtml(box.informativeText()).toPlainText();
+// The text of a message box or of a frmMessage, the title of another window.
+QString Said(const QWidget& window) {
+  const auto* const box = qobject_cast<const QMessageBox*>(&window);
+  const auto* const label = window.findChild<QLabel*>("lblMsg");
+  return box != nullptr ? box->text() : label != nullptr ? label->text() : window.windowTitle();
 }
 
 std::string Described(const QWidget& window) {
-  const auto* const label = window.findChild<QLabel*>("lblMsg");
-  const auto* const box = qobject_cast<const QMessageBox*>(&window);
-  const QString text = box != nullptr ? Text(*box) : label != nullptr ? label->text() : "";
-  return (window.windowTitle() + " [" + window.objectName() + "] " + text).toStdString();
+  return (window.windowTitle() + " [" + window.objectName() + "] " + Said(window)).toStdString();
 }
 
 class Walk : public std::enable_shared_from_this<Walk> {
@@ -90,10 +90,10 @@ class Walk : public std::enable_shared_from_this<Walk> {
   QElapsedTimer since_;
 };
 
-void Press(QMessageBox& box, QAbstractButton* button, const std::string& name) {
+void Press(QWidget& window, QAbstractButton* button) {
   if (button == nullptr) {
-    ADD_FAILURE() << "no button " << name << " in " << Described(box);
-    box.close();
+    ADD_FAILURE() << "without the button expected: " << Described(window);
+    window.close();
   } else {
     button->click();
   }
@@ -111,43 +111,29 @@ void WithModals(const std::function<void()>& action, const std::vector<ModalStep
 
 ModalStep ExpectMessage(const QString& text) {
   return [text](QWidget& window) {
-    const auto* const box = qobject_cast<const QMessageBox*>(&window);
-    const auto* const label = window.findChild<QLabel*>("lblMsg");
-    const QString shown = box != nullptr ? box->text() : label != nullptr ? label->text() : window.windowTitle();
-    EXPECT_EQ(shown.toStdString(), text.toStdString());
+    EXPECT_EQ(Said(window).toStdString(), text.toStdString());
     window.close();
   };
 }
 
 ModalStep ExpectQuestion(const QString& text, QMessageBox::StandardButton answer) {
   return [text, answer](QWidget& window) {
-    auto* const box = qobject_cast<QMessageBox*>(&window);
-    if (box == nullptr) {
-      ADD_FAILURE() << "not a question: " << Described(window);
-      window.close();
-      return;
-    }
-    EXPECT_EQ(box->text().toStdString(), text.toStdString());
-    Press(*box, box->button(answer), std::to_string(answer));
+    EXPECT_EQ(Said(window).toStdString(), text.toStdString());
+    const auto* const box = qobject_cast<QMessageBox*>(&window);
+    Press(window, box == nullptr ? nullptr : box->button(answer));
   };
 }
 
 ModalStep ExpectErrorReport(const QString& words, const QString& button) {
   return [words, button](QWidget& window) {
-    auto* const box = qobject_cast<QMessageBox*>(&window);
-    if (box == nullptr || box->objectName() != "frmError") {
-      ADD_FAILURE() << "not an error report: " << Described(window);
-      window.close();
-      return;
-    }
-    EXPECT_TRUE(Text(*box).contains(words)) << Described(*box);
-    QAbstractButton* found = nullptr;
-    for (QAbstractButton* const candidate : box->buttons()) {
-      if (candidate->text() == button) {
-        found = candidate;
-      }
-    }
-    Press(*box, found, button.toStdString());
+    EXPECT_EQ(window.objectName().toStdString(), "frmError");
+    const auto* const box = qobject_cast<QMessageBox*>(&window);
+    const QString details = box == nullptr ? "" : box->informativeText();
+    const QString text = Said(window) + '\n' + QTextDocumentFragment::fromHtml(details).toPlainText();
+    EXPECT_TRUE(text.contains(words)) << text.toStdString();
+    const auto buttons = window.findChildren<QAbstractButton*>();
+    const auto found = std::ranges::find(buttons, button, &QAbstractButton::text);
+    Press(window, found == buttons.end() ? nullptr : *found);
   };
 }
 
