@@ -15,76 +15,9 @@ class ConnectionTest : public DatabaseFixture {
   Connection connection_{Opening()};
 };
 
-const std::vector<std::string> kDraw = {"VOU_NO", "NO1", "NO2", "NO3", "NO4"};
-const std::vector<std::string> kCustomer = {"CUSTOM_NO", "CUSTOM_NAME", "TEL1", "TEL2", "MEMO1"};
-const std::vector<std::string> kTicket = {"CUSTOM_NO", "SAL_DATE", "PLAY_MODE", "PLAY_AMT", "PLAY_SEQ",
-                                          "NO1",       "NO2",      "NO3",       "NO4"};
-
 std::string Ticket(const std::string& customer, const std::string& stamp, const std::string& numbers) {
   return "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) VALUES ('" + customer +
          "','" + stamp + "'," + numbers + ")";
-}
-
-TEST_F(ConnectionTest, RunsTheStatementsOnDraws) {
-  for (const char* values : {"92005,1,2,3,4", "92003,3,0,7,1", "1000000,9,9,9,9"}) {
-    connection_.Execute(std::string("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3,NO4) VALUES (") + values + ")");
-  }
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM [NUMERIC] ORDER BY VOU_NO", kDraw),
-            "92003|3|0|7|1\n92005|1|2|3|4\n1000000|9|9|9|9\n");
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM [NUMERIC] WHERE VOU_NO=092003", kDraw), "92003|3|0|7|1\n");
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM [NUMERIC] WHERE VOU_NO=99999999999999999999", kDraw), "");
-  connection_.Execute("DELETE FROM [NUMERIC] WHERE VOU_NO=92003");
-  connection_.Execute("DELETE FROM [NUMERIC] WHERE VOU_NO=1");
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM NUMERIC", {"vou_no"}), "92005\n1000000\n");
-}
-
-TEST_F(ConnectionTest, RunsTheStatementsOnCustomers) {
-  for (const char* values : {"'b2','林 \"大\" 同','','','a;b -- c'",
-                             "'A10','陳小姐','02-23456789','0912345678','老客戶'", "'a9','王先生','','',''"}) {
-    connection_.Execute(std::string("INSERT INTO [CUSTOM_H] (CUSTOM_NO,CUSTOM_NAME,TEL1,TEL2,MEMO1) VALUES (") +
-                        values + ")");
-  }
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM [CUSTOM_H] ORDER BY CUSTOM_NO", kCustomer),
-            "A10|陳小姐|02-23456789|0912345678|老客戶\na9|王先生|||\nb2|林 \"大\" 同|||a;b -- c\n");
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM [CUSTOM_H] WHERE CUSTOM_NO='a10'", {"CUSTOM_NAME"}), "陳小姐\n");
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM [CUSTOM_H] WHERE CUSTOM_NO=''", kCustomer), "");
-  connection_.Execute("DELETE FROM [CUSTOM_H] WHERE CUSTOM_NO='B2'");
-  EXPECT_EQ(Count(connection_, "CUSTOM_H"), 2);
-}
-
-TEST_F(ConnectionTest, RunsTheStatementsOnTickets) {
-  for (const auto& [customer, stamp, numbers] :
-       std::initializer_list<std::array<const char*, 3>>{{"A01", "20021005143012", "2,25,1,2,3,4,0"},
-                                                         {"A01", "20021005143012", "0,25,10,1,2,3,4"},
-                                                         {"A01", "20021005143012", "0,12.5,9,1,2,3,4"},
-                                                         {"A02", "20021005143012", "0,50,1,1,2,3,4"},
-                                                         {"A01", "20021006090000", "4,100,1,3,4,0,0"}}) {
-    connection_.Execute(Ticket(customer, stamp, numbers));
-  }
-  EXPECT_EQ(Rows(connection_,
-                 "SELECT SAL_DATE,COUNT(CUSTOM_NO) AS SAL_NUM FROM CUSTOM_D WHERE CUSTOM_NO='A01' GROUP BY SAL_DATE",
-                 {"SAL_DATE", "SAL_NUM"}),
-            "20021005143012|3\n20021006090000|1\n");
-  EXPECT_EQ(
-      Rows(connection_,
-           "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='A01' AND SAL_DATE='20021005143012' ORDER BY PLAY_MODE,PLAY_SEQ",
-           kTicket),
-      "A01|20021005143012|0|12.5|9|1|2|3|4\n"
-      "A01|20021005143012|0|25|10|1|2|3|4\n"
-      "A01|20021005143012|2|25|1|2|3|4|0\n");
-  EXPECT_EQ(Rows(connection_,
-                 "SELECT * FROM CUSTOM_D WHERE PLAY_MODE=0 AND NO1=1 AND NO2=2 AND NO3=3 AND NO4=4 ORDER BY CUSTOM_NO",
-                 {"CUSTOM_NO", "PLAY_AMT"}),
-            "A01|25\nA01|12.5\nA02|50\n");
-  EXPECT_EQ(Rows(connection_,
-                 "SELECT * FROM CUSTOM_D WHERE PLAY_MODE=4 AND NO1=3 AND NO2=4 AND CUSTOM_NO='A01' AND "
-                 "SAL_DATE='20021006090000'  ORDER BY CUSTOM_NO",
-                 {"PLAY_AMT"}),
-            "100\n");
-  connection_.Execute("DELETE FROM CUSTOM_D WHERE CUSTOM_NO='A01' AND SAL_DATE='20021005143012'");
-  EXPECT_EQ(Count(connection_, "CUSTOM_D"), 2);
-  connection_.Execute("DELETE FROM [CUSTOM_D] WHERE CUSTOM_NO='A01'");
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM CUSTOM_D", {"CUSTOM_NO"}), "A02\n");
 }
 
 TEST_F(ConnectionTest, GivesFieldsAsTextAndNumber) {
@@ -133,79 +66,38 @@ TEST_F(ConnectionTest, KeepsWhatItClosed) {
 }
 
 TEST_F(ConnectionTest, RefusesStatementsThatAreNotItsOwn) {
-  connection_.Execute("INSERT INTO [CUSTOM_H] (CUSTOM_NO) VALUES ('A01')");
-  for (const char* sql : {
-           "",
-           "  ;",
-           "SELEC * FROM CUSTOM_H",
-           "DELETE FROM CUSTOM_H; DELETE FROM CUSTOM_D",
-           "DELETE FROM CUSTOM_H WHERE CUSTOM_NO='x'; -- rest",
-           "DELETE FROM CUSTOM_H WHERE CUSTOM_NO=\"A01\"",
-           "DELETE FROM CUSTOM_H WHERE CUSTOM_NO=A01",
-           "DELETE FROM CUSTOM_H WHERE CUSTOM_NO='A'01'",
-           "DELETE FROM CUSTOM_X",
-           "DELETE FROM MSysObjects",
-           "DELETE FROM sqlite_schema",
-           "UPDATE sqlite_master SET name='x'",
-           "UPDATE CUSTOM_H SET CUSTOM_NAME='x'",
-           "INSERT INTO CUSTOM_H (rowid,CUSTOM_NO) VALUES (1,'B')",
-           "INSERT INTO CUSTOM_H (CUSTOM_NO,NOBODY) VALUES ('B','C')",
-           "INSERT OR REPLACE INTO CUSTOM_H (CUSTOM_NO,TEL1) VALUES ('B')",
-           "DELETE FROM CUSTOM_H RETURNING CUSTOM_NO",
-           "ATTACH DATABASE 'x.db' AS x",
-           "PRAGMA user_version=1",
-           "VACUUM",
-           "VACUUM INTO 'x.db'",
-           "REINDEX",
-           "ANALYZE",
-           "BEGIN",
-           "COMMIT",
-           "SAVEPOINT s",
-           "CREATE TABLE t (a)",
-           "CREATE TEMP TABLE t (a)",
-           "CREATE VIEW v AS SELECT * FROM CUSTOM_H",
-           "CREATE TRIGGER g AFTER INSERT ON CUSTOM_H BEGIN SELECT 1; END",
-           "CREATE VIRTUAL TABLE v USING CUSTOM_H",
-           "CREATE INDEX i ON CUSTOM_H (CUSTOM_NO)",
-           "DROP TABLE CUSTOM_H",
-           "ALTER TABLE CUSTOM_H RENAME TO X",
-           "SELECT load_extension('x')",
-           "SELECT * FROM CUSTOM_H",
-       }) {
-    EXPECT_NE(Refusal(connection_, sql), "") << sql;
+  connection_.Execute("INSERT INTO [CUSTOM_H] (CUSTOM_NO) VALUES ('a;b -- \"c\"')");
+  for (const char* sql : {"",
+                          "  ;",
+                          "SELEC * FROM CUSTOM_H",
+                          "DELETE FROM CUSTOM_H; DELETE FROM CUSTOM_D",
+                          "DELETE FROM CUSTOM_H WHERE CUSTOM_NO='x'; -- rest",
+                          "DELETE FROM CUSTOM_H WHERE CUSTOM_NO=\"A01\"",
+                          "DELETE FROM CUSTOM_H WHERE CUSTOM_NO=A01",
+                          "DELETE FROM MSysObjects",
+                          "UPDATE sqlite_master SET name='x'",
+                          "UPDATE CUSTOM_H SET CUSTOM_NAME='x'",
+                          "INSERT INTO CUSTOM_H (rowid,CUSTOM_NO) VALUES (1,'B')",
+                          "DELETE FROM CUSTOM_H RETURNING CUSTOM_NO",
+                          "ATTACH DATABASE 'x.db' AS x",
+                          "PRAGMA user_version=1",
+                          "VACUUM INTO 'x.db'",
+                          "BEGIN",
+                          "SAVEPOINT s",
+                          "CREATE TABLE t (a)",
+                          "CREATE TEMP TABLE t (a)",
+                          "CREATE VIRTUAL TABLE v USING CUSTOM_H",
+                          "DROP TABLE CUSTOM_H",
+                          "SELECT * FROM CUSTOM_H"}) {
+    EXPECT_TRUE(Refusal(connection_, sql)) << sql;
   }
-  EXPECT_NE(Refusal(connection_, std::string("DELETE FROM CUSTOM_H\0 WHERE", 27)), "");
+  EXPECT_TRUE(Refusal(connection_, std::string("DELETE FROM CUSTOM_H\0 WHERE", 27)));
   for (const char* sql : {"DELETE FROM CUSTOM_H", "SELECT * FROM pragma_table_list", "PRAGMA table_list",
-                          "SELECT 1; SELECT 2", "SELECT nobody FROM CUSTOM_H",
+                          "SELECT 1; SELECT 2", "SELECT nobody FROM CUSTOM_H", "SELECT load_extension('x')",
                           "WITH RECURSIVE r(n) AS (SELECT 1 UNION ALL SELECT n+1 FROM r) SELECT n FROM r"}) {
     EXPECT_THROW(connection_.Open(sql), DatabaseError) << sql;
   }
-  EXPECT_EQ(Rows(connection_, " SELECT * FROM CUSTOM_H ; \r\n", {"CUSTOM_NO"}), "A01\n");
-}
-
-TEST_F(ConnectionTest, RefusesValuesThatDoNotFitTheirColumn) {
-  const std::string letters(50, 'a');
-  const std::string characters = [] {
-    std::string text;
-    for (int i = 0; i < 255; ++i) text += "彩";
-    return text;
-  }();
-  for (const std::string& values :
-       {std::string("2147483648,0"), std::string("-2147483649,0"), std::string("1.5,0"), std::string("'12a',0"),
-        std::string("'',0"), std::string("1e300,0"), std::string("x'31',0"), std::string("1,99999999999999999999")}) {
-    EXPECT_NE(Refusal(connection_, "INSERT INTO NUMERIC (VOU_NO,NO1) VALUES (" + values + ")"), "") << values;
-  }
-  EXPECT_NE(Refusal(connection_, "INSERT INTO CUSTOM_H (CUSTOM_NO) VALUES ('" + letters + "b')"), "");
-  EXPECT_NE(Refusal(connection_, "INSERT INTO CUSTOM_H (MEMO1) VALUES ('" + characters + "券')"), "");
-  EXPECT_NE(Refusal(connection_, "INSERT INTO CUSTOM_H (MEMO1) VALUES ('\xFF\xFE')"), "");
-  EXPECT_EQ(Count(connection_, "NUMERIC") + Count(connection_, "CUSTOM_H"), 0);
-
-  connection_.Execute("INSERT INTO CUSTOM_H (CUSTOM_NO,MEMO1,TEL1) VALUES ('" + letters + "','" + characters +
-                      "',912)");
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM CUSTOM_H", {"CUSTOM_NO", "MEMO1", "TEL1"}),
-            letters + "|" + characters + "|912\n");
-  connection_.Execute("INSERT INTO NUMERIC (VOU_NO,NO1,NO2) VALUES (2147483647,-2147483648,'7')");
-  EXPECT_EQ(Rows(connection_, "SELECT * FROM NUMERIC", {"VOU_NO", "NO1", "NO2"}), "2147483647|-2147483648|7\n");
+  EXPECT_EQ(Rows(connection_, " SELECT * FROM CUSTOM_H ; \r\n", {"CUSTOM_NO"}), "a;b -- \"c\"\n");
 }
 
 TEST_F(ConnectionTest, StatementsOfManyRowsAreAllOrNothing) {
@@ -214,9 +106,9 @@ TEST_F(ConnectionTest, StatementsOfManyRowsAreAllOrNothing) {
     connection_.Execute(Ticket("A01", "20021005143012", "0," + amount + ",1,1,2,3,4"));
   }
   // The row that does not fit is the last but one.
-  EXPECT_NE(Refusal(connection_, "INSERT INTO NUMERIC (VOU_NO) SELECT PLAY_AMT FROM CUSTOM_D"), "");
+  EXPECT_TRUE(Refusal(connection_, "INSERT INTO NUMERIC (VOU_NO) SELECT PLAY_AMT FROM CUSTOM_D"));
   EXPECT_EQ(Count(connection_, "NUMERIC"), 0);
-  EXPECT_NE(Refusal(connection_, "INSERT OR FAIL INTO NUMERIC (VOU_NO) SELECT PLAY_AMT FROM CUSTOM_D"), "");
+  EXPECT_TRUE(Refusal(connection_, "INSERT OR FAIL INTO NUMERIC (VOU_NO) SELECT PLAY_AMT FROM CUSTOM_D"));
   EXPECT_EQ(Count(connection_, "NUMERIC"), 0);
   connection_.Execute("INSERT INTO NUMERIC (VOU_NO) SELECT PLAY_AMT FROM CUSTOM_D WHERE PLAY_AMT=25");
   EXPECT_EQ(Count(connection_, "NUMERIC"), 299);
@@ -224,28 +116,21 @@ TEST_F(ConnectionTest, StatementsOfManyRowsAreAllOrNothing) {
   EXPECT_EQ(Count(connection_, "NUMERIC"), 0);
 }
 
-TEST_F(ConnectionTest, ComparesWithoutIndexLikeWithCondition) {
+// What random comparisons never meet.
+TEST_F(ConnectionTest, ComparesAsTheColumnDoes) {
   connection_.Execute(Ticket("Ａ甲", "20021005143012", "0,25,1,1,2,3,4"));
   connection_.Execute("INSERT INTO CUSTOM_D (PLAY_SEQ) VALUES (2)");
-  const std::pair<const char*, const char*> cases[] = {
-      {"CUSTOM_NO='ａ甲'", "1\n"},
-      {"'ａ甲'=CUSTOM_NO", "1\n"},
-      {"CUSTOM_NO<>'ａ甲'", ""},
-      {"CUSTOM_NO IS NULL", "2\n"},
-      {"CUSTOM_NO=''", ""},
-      {"CUSTOM_NO=NULL", ""},
-      {"PLAY_AMT=25.0", "1\n"},
-      {"PLAY_AMT='25'", "1\n"},
-      {"PLAY_SEQ=1.0", "1\n"},
-      {"PLAY_SEQ='2'", "2\n"},
-      {"PLAY_SEQ=1.5", ""},
-      {"NO1 IN (1,5)", "1\n"},
-      {"SAL_DATE=20021005143012", "1\n"},
-      {"CUSTOM_NO='ａ甲' COLLATE BINARY", ""},
-  };
+  const std::pair<const char*, const char*> cases[] = {{"CUSTOM_NO='ａ甲'", "1\n"},
+                                                       {"'ａ甲'=CUSTOM_NO", "1\n"},
+                                                       {"CUSTOM_NO<>'ａ甲'", ""},
+                                                       {"CUSTOM_NO='ａ甲' COLLATE BINARY", ""},
+                                                       {"SAL_DATE=20021005143012", "1\n"},
+                                                       {"PLAY_SEQ=1.0", "1\n"},
+                                                       {"PLAY_SEQ='2'", "2\n"},
+                                                       {"PLAY_SEQ=99999999999999999999", ""}};
   for (const auto& [condition, found] : cases) {
-    EXPECT_EQ(Rows(connection_, std::string("SELECT * FROM CUSTOM_D WHERE ") + condition, {"PLAY_SEQ"}), found)
-        << condition;
+    const std::string sql = std::string("SELECT * FROM CUSTOM_D WHERE ") + condition;
+    EXPECT_EQ(Rows(connection_, sql, {"PLAY_SEQ"}), found) << condition;
   }
 }
 
@@ -278,12 +163,7 @@ TEST_F(ConnectionTest, FindsByIndexWithoutAScan) {
   Connection connection(Opening());
   for (const char* sql : {"SELECT * FROM CUSTOM_D", "SELECT * FROM CUSTOM_D WHERE NO1=2",
                           "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='A50'"}) {
-    try {
-      connection.Open(sql);
-      ADD_FAILURE() << sql;
-    } catch (const DatabaseError& error) {
-      EXPECT_EQ(error.Kind(), Fault::kDamaged) << error.what();
-    }
+    EXPECT_EQ(Refusal("讀取資料庫", [&] { connection.Open(sql); }), Fault::kDamaged) << sql;
   }
   EXPECT_EQ(Rows(connection, "SELECT COUNT(*) AS N FROM CUSTOM_D WHERE CUSTOM_NO='a7'", {"N"}), "30\n");
   EXPECT_EQ(Rows(connection, "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='A90' AND PLAY_SEQ=2711", {"NO1"}), "1\n");
@@ -293,29 +173,19 @@ TEST_F(ConnectionTest, FindsByIndexWithoutAScan) {
 }
 
 TEST(ConnectionOpening, SaysWhyItCannotOpen) {
-  testing_support::ScratchFolder folder;
-  const auto refused = [&](const std::filesystem::path& file) {
-    try {
-      Connection connection(FileConnectionString(file));
-      return std::string();
-    } catch (const DatabaseError& error) {
-      EXPECT_EQ(error.Attempted(), "開啟資料庫");
-      EXPECT_NE(error.Subject(), "");
-      EXPECT_NE(error.what(), std::string());
-      return std::string(error.what());
-    }
+  const testing_support::ScratchFolder folder;
+  const auto refusal = [&](const char* name) {
+    return Refusal("開啟資料庫", [&] { Connection(FileConnectionString(folder.Path() / name)); });
   };
-  EXPECT_NE(refused(folder.Path() / "missing.mdb"), "");
+  EXPECT_EQ(refusal("missing.mdb"), Fault::kMissing);
   EXPECT_FALSE(std::filesystem::exists(folder.Path() / "missing.mdb"));
-  EXPECT_NE(refused(folder.Path()), "");
-
-  access::Database::Create(folder.Path() / "other.mdb", "Qorvat", {});
-  EXPECT_NE(refused(folder.Path() / "other.mdb").find("password"), std::string::npos);
-  access::Database::Create(folder.Path() / "plain.mdb", "", {});
-  EXPECT_EQ(refused(folder.Path() / "plain.mdb"), "");
-
+  EXPECT_EQ(refusal("."), Fault::kDamaged);
   std::ofstream(folder.Path() / "text.mdb") << std::string(8192, 'x');
-  EXPECT_NE(refused(folder.Path() / "text.mdb"), "");
+  EXPECT_EQ(refusal("text.mdb"), Fault::kDamaged);
+  access::Database::Create(folder.Path() / "other.mdb", "Qorvat", {});
+  EXPECT_EQ(refusal("other.mdb"), Fault::kWrongPassword);
+  access::Database::Create(folder.Path() / "plain.mdb", "", {});
+  EXPECT_EQ(refusal("plain.mdb"), std::nullopt);
 }
 
 // Makes the last table of a new file one that lives elsewhere, by its type in the catalog.
@@ -331,49 +201,53 @@ void CallLinked(const std::filesystem::path& file) {
 }
 
 TEST(ConnectionFaults, HaveTheirKind) {
+  using enum access::ColumnType;
   const testing_support::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "kinds.mdb";
   access::Database::Create(
       file, "",
       {{"T",
-        {{"A", access::ColumnType::kLong}, {"B", access::ColumnType::kText, 3}},
+        {{"A", kLong}, {"B", kText, 3}},
         {{.name = "K", .columns = {{"A"}}, .primary_key = true}, {.name = "B", .columns = {{"B"}}}}},
-       {"LINKED", {{"A", access::ColumnType::kLong}}}});
+       {"LINKED", {{"A", kLong}}}});
   CallLinked(file);
   Connection connection(FileConnectionString(file));
-  connection.Execute("INSERT INTO T VALUES (1,'abc')");
-  const std::pair<const char*, Fault> cases[] = {{"INSERT INTO T VALUES (1,'x')", Fault::kDuplicate},
-                                                 {"INSERT INTO T VALUES (2,'abcd')", Fault::kTextTooLong},
-                                                 {"INSERT INTO T VALUES (2147483648,'')", Fault::kNumber},
+  connection.Execute("INSERT INTO T VALUES (2147483647,912)");
+  connection.Execute("INSERT INTO T VALUES ('-2147483648','彩彩彩')");
+  const std::pair<const char*, Fault> cases[] = {{"INSERT INTO T VALUES (2147483647,'x')", Fault::kDuplicate},
+                                                 {"INSERT INTO T VALUES (2,'彩彩彩彩')", Fault::kTextTooLong},
                                                  {"INSERT INTO T VALUES (2,'\xFF')", Fault::kCharacter},
                                                  {"INSERT INTO T VALUES (3,'あ')", Fault::kNeedsAccess},
+                                                 {"INSERT INTO T VALUES (2147483648,'')", Fault::kNumber},
+                                                 {"INSERT INTO T VALUES (-2147483649,'')", Fault::kNumber},
+                                                 {"INSERT INTO T VALUES (1.5,'')", Fault::kNumber},
+                                                 {"INSERT INTO T VALUES (1e300,'')", Fault::kNumber},
+                                                 {"INSERT INTO T VALUES ('12a','')", Fault::kOther},
+                                                 {"INSERT INTO T VALUES ('','')", Fault::kOther},
+                                                 {"INSERT INTO T VALUES (x'31','')", Fault::kOther},
                                                  {"DELETE FROM LINKED", Fault::kNeedsAccess},
                                                  {"DELETE FROM U", Fault::kNoTable},
                                                  {"DELETE FROM sqlite_master", Fault::kOther},
                                                  {"DELETE FROM T WHERE C=1", Fault::kOther}};
   for (const auto& [sql, kind] : cases) {
-    try {
-      connection.Execute(sql);
-      ADD_FAILURE() << sql;
-    } catch (const DatabaseError& error) {
-      EXPECT_EQ(error.Kind(), kind) << sql << ": " << error.what();
-    }
+    EXPECT_EQ(Refusal(connection, sql), kind) << sql;
   }
+  EXPECT_EQ(Rows(connection, "SELECT * FROM T ORDER BY A", {"A", "B"}), "-2147483648|彩彩彩\n2147483647|912\n");
 }
 
 TEST(ConnectionColumns, ServesTablesOfEveryColumnType) {
-  testing_support::ScratchFolder folder;
-  using access::ColumnType;
+  using enum access::ColumnType;
+  const testing_support::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "types.mdb";
   access::Database::Create(file, "",
                            {{"Select \"x\"",
-                             {{"Yes", ColumnType::kBoolean},
-                              {"Order", ColumnType::kByte},
-                              {"Short", ColumnType::kInteger},
-                              {"Money", ColumnType::kCurrency},
-                              {"Single", ColumnType::kSingle},
-                              {"When", ColumnType::kDateTime},
-                              {"Long text", ColumnType::kMemo}}}});
+                             {{"Yes", kBoolean},
+                              {"Order", kByte},
+                              {"Short", kInteger},
+                              {"Money", kCurrency},
+                              {"Single", kSingle},
+                              {"When", kDateTime},
+                              {"Long text", kMemo}}}});
   Connection connection(FileConnectionString(file));
   connection.Execute(
       "INSERT INTO [Select \"x\"] (Yes,[Order],Short,Money,Single,[When],[Long text]) "
@@ -381,7 +255,7 @@ TEST(ConnectionColumns, ServesTablesOfEveryColumnType) {
   const std::vector<std::string> fields = {"Yes", "Order", "Short", "Money", "Single", "When", "Long text"};
   EXPECT_EQ(Rows(connection, "SELECT * FROM [Select \"x\"] WHERE Yes=-1 AND Money=12.3456 AND Single=0.5", fields),
             "-1|255|-32768|12.3456|0.5|36526.25|備註\n");
-  EXPECT_NE(Refusal(connection, "INSERT INTO [Select \"x\"] ([Order]) VALUES (256)"), "");
+  EXPECT_EQ(Refusal(connection, "INSERT INTO [Select \"x\"] ([Order]) VALUES (256)"), Fault::kNumber);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,14 +28,21 @@ inline std::string Rows(Connection& connection, const std::string& sql, const st
   return text;
 }
 
-// The reason that the database gives against a statement; "" when it was executed.
-inline std::string Refusal(Connection& connection, const std::string& sql) {
+// The kind of failure that `work` ends with, which is to be reported as `attempted`; nothing when it is done.
+template <typename Work>
+std::optional<Fault> Refusal(const char* attempted, const Work& work) {
   try {
-    connection.Execute(sql);
-    return "";
+    work();
+    return std::nullopt;
   } catch (const DatabaseError& error) {
-    return error.what();
+    EXPECT_EQ(error.Attempted(), attempted);
+    EXPECT_NE(error.Subject(), "");
+    EXPECT_STRNE(error.what(), "");
+    return error.Kind();
   }
+}
+inline std::optional<Fault> Refusal(Connection& connection, const std::string& sql) {
+  return Refusal("執行資料庫指令", [&] { connection.Execute(sql); });
 }
 
 class DatabaseFixture : public testing::Test {
