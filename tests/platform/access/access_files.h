@@ -3,18 +3,31 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "platform/access/database.h"
+#include "support/scratch_folder.h"
 
 namespace marlevo::access {
+
+using Row = std::vector<Value>;
+
+inline std::string HexText(Bytes bytes) {
+  std::string text;
+  for (const std::byte byte : bytes) {
+    for (const unsigned digit : {std::to_integer<unsigned>(byte) >> 4, std::to_integer<unsigned>(byte) & 15}) {
+      text += "0123456789abcdef"[digit];
+    }
+  }
+  return text;
+}
 
 inline std::string CellText(const Value& value) {
   struct Visitor {
@@ -27,38 +40,16 @@ inline std::string CellText(const Value& value) {
       return text;
     }
     std::string operator()(std::string_view text) const { return std::string(1, '\'').append(text).append(1, '\''); }
-    std::string operator()(Bytes bytes) const {
-      std::string text = "x";
-      for (const std::byte byte : bytes) {
-        char digits[3];
-        std::snprintf(digits, sizeof digits, "%02x", std::to_integer<unsigned>(byte));
-        text += digits;
-      }
-      return text;
-    }
+    std::string operator()(Bytes bytes) const { return std::string("x").append(HexText(bytes)); }
   };
   return std::visit(Visitor{}, value);
 }
 
-inline std::string RowText(const std::vector<Value>& row) {
+inline std::string RowText(const Row& row) {
   std::string text;
   for (const Value& value : row) {
-    text += text.empty() ? "" : " ";
-    text += CellText(value);
+    text.append(text.empty() ? "" : " ").append(CellText(value));
   }
-  return text;
-}
-
-inline std::string DateText(double serial) {
-  const double day = std::trunc(serial);
-  const long long seconds = std::llround(std::abs(serial - day) * 86400);
-  const std::chrono::sys_days date =
-      std::chrono::sys_days(std::chrono::year{1899} / 12 / 30) + std::chrono::days(std::lround(day) + seconds / 86400);
-  const std::chrono::year_month_day ymd(date);
-  const long long second = seconds % 86400;
-  char text[80];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02u %02lld:%02lld:%02lld", int{ymd.year()}, unsigned{ymd.month()},
-                unsigned{ymd.day()}, second / 3600, second / 60 % 60, second % 60);
   return text;
 }
 
@@ -66,14 +57,12 @@ using Rows = std::map<RowId, std::string>;
 
 inline Rows RowsOf(const Table& table) {
   Rows rows;
-  Cursor cursor = table.Scan();
-  while (cursor.Next()) {
-    std::string text;
-    for (std::size_t i = 0; i < table.Columns().size(); ++i) {
-      text += text.empty() ? "" : " ";
-      text += CellText(cursor.Cell(i));
+  Row row(table.Columns().size());
+  for (Cursor cursor = table.Scan(); cursor.Next();) {
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      row[i] = cursor.Cell(i);
     }
-    EXPECT_TRUE(rows.emplace(cursor.Row(), text).second) << "a row came up twice: " << text;
+    EXPECT_TRUE(rows.emplace(cursor.Row(), RowText(row)).second) << "a row came up twice: " << RowText(row);
   }
   return rows;
 }
@@ -87,13 +76,6 @@ inline std::vector<std::string> TextsOf(const Table& table) {
   return texts;
 }
 
-// For tests that run in both formats.
-inline constexpr NewFile kFormats[] = {{.version = 4}, {.version = 3, .code_page = 950}};
-
-inline std::string FormatName(const testing::TestParamInfo<NewFile>& format) {
-  return "Jet" + std::to_string(format.param.version);
-}
-
 // "sound", or the faults.
 inline std::string Health(const Database& database) {
   std::string faults;
@@ -101,6 +83,54 @@ inline std::string Health(const Database& database) {
     faults += fault + "\n";
   }
   return faults.empty() ? "sound" : faults;
+}
+
+template <typename Error = std::exception, typename Work>
+std::string ErrorOf(const Work& work) {
+  try {
+    work();
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+template <typename Work>
+void InOneStatement(const Database& database, const Work& work) {
+  Statement statement(database);
+  work();
+  statement.Commit();
+}
+
+inline std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline constexpr const char* kPassword = "qorvat";
+
+// A folder, and a file of its own in it.
+class NewFileTest : public testing::Test {
+ protected:
+  Database Make(const std::vector<TableSchema>& tables, const NewFile& kind = {}) const {
+    return Database::Create(file_, kPassword, tables, pager::NativeFiles(), kind);
+  }
+  Database Reopen() const { return Database::Open(file_, {.password = kPassword, .code_page = {}}); }
+
+  testing_support::ScratchFolder folder_;
+  std::filesystem::path file_ = folder_.Path() / "4star.mdb";
+};
+
+inline constexpr NewFile kFormats[] = {{.version = 4}, {.version = 3, .code_page = 950}};
+
+class BothFormatsTest : public NewFileTest, public testing::WithParamInterface<NewFile> {
+ protected:
+  Database Make(const std::vector<TableSchema>& tables) const { return NewFileTest::Make(tables, GetParam()); }
+  bool IsJet3() const { return GetParam().version == 3; }
+};
+
+inline std::string FormatName(const testing::TestParamInfo<NewFile>& format) {
+  return "Jet" + std::to_string(format.param.version);
 }
 
 // A copy of a sample database to write to; empty when the samples are not at hand.
