@@ -4,7 +4,7 @@
 //
 //   find NAME              -> "x y width height" of the widget on the screen, or "none" while it cannot be clicked
 //   item NAME ROW COLUMN   -> the same for a cell of a grid or list (both from 0), after scrolling it into view
-//   button CAPTION         -> the same for a button of the window that has the input, by what is written on it
+//   button CAPTION         -> the same for a button, by what is written on it
 //   text NAME              -> its text; lines are joined with "|"
 //   window                 -> objectName of the window that has the input
 //   keyboard               -> the same, or "none" while the keys do not go there
@@ -15,15 +15,11 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMetaObject>
 #include <QWindow>
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 
@@ -53,20 +49,12 @@ QWidget* WindowWithTheInput() {
   return modal != nullptr ? modal : QApplication::activeWindow();
 }
 
-// The widget of that name in the window that has the input, otherwise in any window that is to be seen.
-QWidget* Find(const QString& name) {
-  QWidget* active = QApplication::activeModalWidget();
-  QWidgetList windows = QApplication::topLevelWidgets();
-  if (active != nullptr) {
-    windows = {active};
-  }
-  for (QWidget* window : windows) {
-    if (!OnScreen(window)) {
-      continue;
-    }
-    const auto found = window->findChildren<QWidget*>(name);
-    for (QWidget* widget : found) {
-      if (widget->isVisible()) {
+// Where that property has that value, in the window that has the input, otherwise in any window that is to be seen.
+QWidget* Find(const char* property, const QString& value) {
+  QWidget* const modal = QApplication::activeModalWidget();
+  for (const QWidget* const window : modal != nullptr ? QWidgetList{modal} : QApplication::topLevelWidgets()) {
+    for (QWidget* const widget : OnScreen(window) ? window->findChildren<QWidget*>() : QWidgetList()) {
+      if (widget->isVisible() && widget->property(property).toString() == value) {
         return widget;
       }
     }
@@ -74,24 +62,9 @@ QWidget* Find(const QString& name) {
   return nullptr;
 }
 
-std::string Place(const QWidget* widget, const QRect& rect) {
+QString Place(const QWidget* widget, const QRect& rect) {
   const QPoint corner = widget->mapToGlobal(rect.topLeft());
-  std::ostringstream line;
-  line << corner.x() << ' ' << corner.y() << ' ' << rect.width() << ' ' << rect.height();
-  return line.str();
-}
-
-QWidget* FindButton(const QString& caption) {
-  const QWidget* const window = WindowWithTheInput();
-  if (window == nullptr || !OnScreen(window)) {
-    return nullptr;
-  }
-  for (auto* button : window->findChildren<QAbstractButton*>()) {
-    if (button->isVisible() && button->text() == caption) {
-      return button;
-    }
-  }
-  return nullptr;
+  return QString("%1 %2 %3 %4").arg(corner.x()).arg(corner.y()).arg(rect.width()).arg(rect.height());
 }
 
 QString TextOf(const QWidget* widget) {
@@ -109,27 +82,20 @@ QString TextOf(const QWidget* widget) {
   for (const char* property : {"plainText", "currentText", "text"}) {
     const QVariant text = widget->property(property);
     if (text.isValid()) {
-      return text.toString().replace(QStringLiteral("\r\n"), QStringLiteral("|")).replace('\n', '|');
+      return text.toString().remove('\r').replace('\n', '|');
     }
   }
   return {};
 }
 
-std::string Answer(const std::string& question) {
-  std::istringstream words(question);
-  std::string verb;
-  std::string name;
-  words >> verb >> name;
-  if (verb == "window") {
+QString Answer(const QStringList& words) {
+  const QString& verb = words[0];
+  if (verb == "window" || verb == "keyboard") {
     const QWidget* const window = WindowWithTheInput();
-    return window != nullptr ? window->objectName().toStdString() : "none";
-  }
-  if (verb == "keyboard") {
-    const QWidget* const window = WindowWithTheInput();
-    return window != nullptr && window->isActiveWindow() ? window->objectName().toStdString() : "none";
+    return window != nullptr && (verb == "window" || window->isActiveWindow()) ? window->objectName() : "none";
   }
   if (verb == "inputs") {
-    return std::to_string(inputs->count);
+    return QString::number(inputs->count);
   }
   if (verb == "paint") {
     for (QWidget* const window : QApplication::topLevelWidgets()) {
@@ -140,19 +106,17 @@ std::string Answer(const std::string& question) {
     QGuiApplication::sync();
     return "painted";
   }
-  QWidget* widget = verb == "button" ? FindButton(QString::fromStdString(name)) : Find(QString::fromStdString(name));
+  QWidget* const widget = Find(verb == "button" ? "text" : "objectName", words[1]);
   if (widget == nullptr) {
     return "none";
   }
   if (verb == "text") {
-    return TextOf(widget).toStdString();
+    return TextOf(widget);
   }
   if (verb == "item") {
-    int row = 0;
-    int column = 0;
-    words >> row >> column;
-    auto* view = qobject_cast<QAbstractItemView*>(widget);
-    const QModelIndex index = view != nullptr ? view->model()->index(row, column) : QModelIndex();
+    auto* const view = qobject_cast<QAbstractItemView*>(widget);
+    const QModelIndex index =
+        view != nullptr ? view->model()->index(words[2].toInt(), words[3].toInt()) : QModelIndex();
     if (!index.isValid()) {
       return "none";
     }
@@ -161,8 +125,8 @@ std::string Answer(const std::string& question) {
   }
   QRect rect = widget->rect();
   if (qobject_cast<QAbstractButton*>(widget) != nullptr) {
-    rect.setWidth(
-        std::min(rect.width(), widget->sizeHint().width()));  // a click beside a radio button's text misses it
+    // A click beside a radio button's text misses it.
+    rect.setWidth(std::min(rect.width(), widget->sizeHint().width()));
   }
   return Place(widget, rect);
 }
@@ -181,7 +145,7 @@ void Serve() {
               inputs = new InputCounter;
               QCoreApplication::instance()->installEventFilter(inputs);
             }
-            line = Answer(question);
+            line = Answer(QString::fromStdString(question).split(' ')).toStdString();
           },
           Qt::BlockingQueuedConnection);
     }
