@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPushButton>
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -46,6 +47,24 @@ class CustomerWindowsTest : public DatabaseFixture {
     return Rows(connection,
                 "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='" + number + "' ORDER BY SAL_DATE,PLAY_MODE,PLAY_SEQ",
                 {"SAL_DATE", "PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"});
+  }
+
+  // The number of tickets that are stored for a customer. Fails the test unless they are whole and the first ones of a
+  // save of `list`, all under one stamp.
+  std::size_t StoredOfSave(const std::string& number, const CurrentList& list) const {
+    const std::string stored = Tickets(number);
+    const std::string stamp = stored.substr(0, stored.find('|'));
+    EXPECT_TRUE(stored.empty() || stamp.size() == 14) << stamp;
+    std::string saved;
+    for (const StoredTicket& ticket : TicketsToStore(list)) {
+      saved += stamp + "|" + std::to_string(ticket.mode) + "|" + ticket.amount + "|" + std::to_string(ticket.seq);
+      for (const int digit : ticket.digits) {
+        saved.append("|").append(std::to_string(digit));
+      }
+      saved += "\n";
+    }
+    EXPECT_TRUE(saved.starts_with(stored)) << "the save of " << number << " is another";
+    return static_cast<std::size_t>(std::ranges::count(stored, '\n'));
   }
 };
 

@@ -9,7 +9,6 @@
 #include "customers/frmCustom.h"
 #include "customers/frmSave.h"
 #include "platform/access/database.h"
-#include "stored_rows.h"
 #include "support/largest_list.h"
 
 namespace marlevo {
@@ -22,12 +21,7 @@ class ReadOnlyFolder {
  public:
   explicit ReadOnlyFolder(const std::filesystem::path& folder) : folder_(folder), user_(geteuid()) {
     using std::filesystem::perms;
-    for (const auto& file : std::filesystem::directory_iterator(folder_)) {
-      std::filesystem::permissions(file, perms::owner_read | perms::group_read | perms::others_read);
-    }
-    std::filesystem::permissions(folder_, perms::owner_all | perms::group_exec | perms::others_exec);
-    std::filesystem::permissions(folder_,
-                                 perms::all & ~(perms::owner_write | perms::group_write | perms::others_write));
+    Permit(perms::all & ~(perms::owner_write | perms::group_write | perms::others_write));
     if (user_ == 0) {
       constexpr uid_t kNobody = 65534;
       EXPECT_EQ(seteuid(kNobody), 0);
@@ -35,70 +29,51 @@ class ReadOnlyFolder {
   }
   ~ReadOnlyFolder() {
     EXPECT_EQ(seteuid(user_), 0);
-    std::filesystem::permissions(folder_, std::filesystem::perms::owner_all);
-    for (const auto& file : std::filesystem::directory_iterator(folder_)) {
-      std::filesystem::permissions(file, std::filesystem::perms::owner_all);
-    }
+    Permit(std::filesystem::perms::owner_all);
   }
   ReadOnlyFolder(const ReadOnlyFolder&) = delete;
   ReadOnlyFolder& operator=(const ReadOnlyFolder&) = delete;
 
  private:
+  void Permit(std::filesystem::perms rights) {
+    for (const auto& file : std::filesystem::directory_iterator(folder_)) {
+      std::filesystem::permissions(file, rights);
+    }
+    std::filesystem::permissions(folder_, rights);
+  }
+
   std::filesystem::path folder_;
   uid_t user_;
 };
 
-// A disk of 8 MB that this process alone sees, mounted on a new folder.
-class SmallDisk {
- public:
-  explicit SmallDisk(std::filesystem::path folder) : folder_(std::move(folder)) {
-    std::filesystem::create_directory(folder_);
-    mounted_ = unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-               mount("tmpfs", folder_.c_str(), "tmpfs", 0, "size=8m") == 0;
-  }
-  ~SmallDisk() {
-    if (mounted_) {
-      umount2(folder_.c_str(), MNT_DETACH);
-    }
-  }
-  SmallDisk(const SmallDisk&) = delete;
-  SmallDisk& operator=(const SmallDisk&) = delete;
-
-  bool Mounted() const { return mounted_; }
-  const std::filesystem::path& Folder() const { return folder_; }
-
- private:
-  std::filesystem::path folder_;
-  bool mounted_;
-};
-
-// Leaves that many bytes free on a disk as long as it lives.
-class Filling {
- public:
-  Filling(const SmallDisk& disk, std::uintmax_t room) : file_(disk.Folder() / "filling") {
-    std::ofstream(file_) << std::string(std::filesystem::space(disk.Folder()).available - room, 'x');
-  }
-  ~Filling() { std::filesystem::remove(file_); }
-  Filling(const Filling&) = delete;
-  Filling& operator=(const Filling&) = delete;
-
- private:
-  std::filesystem::path file_;
-};
-
+// With the database on a disk of 8 MB that this process alone sees.
 class FullDiskTest : public CustomerWindowsTest {
  protected:
   void SetUp() override {
-    if (!disk_.Mounted()) {
+    std::filesystem::create_directory(disk_);
+    mounted_ = unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               mount("tmpfs", disk_.c_str(), "tmpfs", 0, "size=8m") == 0;
+    if (!mounted_) {
       GTEST_SKIP() << "no disk was filled up: only root may mount one";
     }
-    file_ = disk_.Folder() / "4star.mdb";
+    file_ = disk_ / "4star.mdb";
     MakeDatabase(file_);
     AddCustomer({"A01", "王小明", "", "", ""});
   }
+  void TearDown() override {
+    if (mounted_) {
+      umount2(disk_.c_str(), MNT_DETACH);
+    }
+  }
+  // Leaves that many bytes free.
+  void Fill(std::uintmax_t room) const {
+    std::ofstream(filling_) << std::string(std::filesystem::space(disk_).available - room, 'x');
+  }
 
   const ModalStep report_ = ExpectErrorReport("磁碟空間不足", "繼續");
-  SmallDisk disk_{folder_.Path() / "disk"};
+  const std::filesystem::path disk_ = folder_.Path() / "disk";
+  const std::filesystem::path filling_ = disk_ / "filling";
+  bool mounted_ = false;
 };
 
 TEST_F(FaultsPosixTest, AReadOnlyFolderCanBeLookedAtButNotChanged) {
@@ -124,17 +99,15 @@ TEST_F(FullDiskTest, ASaveThatFailsIsNotStoredAndTheNextOneIsStoredOnce) {
   {
     const Shown<frmSave> window(Opening(), list);
     for (const std::uintmax_t room : {300'000, 0}) {
-      const Filling filling(disk_, room);
+      Fill(room);
       Press(window, "cmdPrint", {yes, report_});
       EXPECT_TRUE(Find<QWidget>(window, "picMsg").isHidden());
-      EXPECT_TRUE(Tickets("A01").empty()) << "with room for " << room;
+      EXPECT_EQ(Tickets("A01"), "") << "with room for " << room;
+      std::filesystem::remove(filling_);
     }
     Press(window, "cmdPrint", {yes, ExpectMessage("存檔完畢 !")});
   }
-  {
-    Connection connection(Opening());
-    EXPECT_EQ(StoredOfSave(connection, "A01", list), 23000U);
-  }
+  EXPECT_EQ(StoredOfSave("A01", list), 23000U);
   EXPECT_EQ(access::Database::Open(file_, {"qorvat", std::nullopt}).Check(), std::vector<std::string>());
 }
 
@@ -144,12 +117,11 @@ TEST_F(FullDiskTest, AChangeThatFailsKeepsTheCustomer) {
   const Shown<frmCustom> window(Opening());
   PressRow(window, "mfgCustom_H", 0);
   Enter(window, "txtMemo1", "每週三");
-  {
-    const Filling filling(disk_, 0);
-    Press(window, "cmdEdit", {report_});
-    Press(window, "cmdDel",
-          {[](QWidget& box) { qobject_cast<QMessageBox*>(&box)->button(QMessageBox::Yes)->click(); }, report_});
-  }
+  Fill(0);
+  Press(window, "cmdEdit", {report_});
+  const QString question = "注意 ! A01客戶所有資料將會被刪除\r\n確定要將A01客戶刪除 ?";
+  Press(window, "cmdDel", {ExpectQuestion(question, QMessageBox::Yes), report_});
+  std::filesystem::remove(filling_);
   EXPECT_EQ(Customers() + Tickets("A01"), before);
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
   Press(window, "cmdEdit");

@@ -9,7 +9,6 @@
 #include "draws/frmInput.h"
 #include "helper_process.h"
 #include "platform/access/database.h"
-#include "stored_rows.h"
 #include "support/largest_list.h"
 #include "support/ticket_text.h"
 
@@ -163,8 +162,7 @@ TEST_F(FaultsTest, AFileThatAnotherProcessWritesToCanBeReadUntilItIsFree) {
   EXPECT_EQ(Tickets("A01"), "");
   other.reset();
   Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectMessage("存檔完畢 !")});
-  Connection connection(Opening());
-  EXPECT_EQ(StoredOfSave(connection, "A01", list), 1U);
+  EXPECT_EQ(StoredOfSave("A01", list), 1U);
 }
 
 TEST_F(FaultsTest, AKillInTheMiddleOfASaveLeavesItsFirstRows) {
@@ -187,14 +185,12 @@ TEST_F(FaultsTest, AKillInTheMiddleOfASaveLeavesItsFirstRows) {
     }
     const bool reported = saving.Kill().contains("saved");
 
-    Connection connection(Opening());
-    const std::size_t stored = StoredOfSave(connection, number, list);
+    const std::size_t stored = StoredOfSave(number, list);
     if (reported) {
       EXPECT_EQ(stored, 23000U) << "round " << round;
     }
     cut_off += stored < 23000U ? 1 : 0;
-    connection.Execute(DeleteCustomer(number));  // so that the next round's customer is the first again
-    connection.Flush();
+    Run(DeleteCustomer(number));  // so that the next round's customer is the first again
   }
   EXPECT_GT(cut_off, 0U) << "no kill came in the middle of a save";
 }
