@@ -18,10 +18,28 @@ class PrintJobIntoPdf : public testing::Test {
   std::filesystem::path file_ = folder_.filePath("job.pdf").toStdString();
 };
 
+void ExpectMarks(const test::PrintedPage& page, const std::vector<Mark>& expected) {
+  ASSERT_EQ(page.marks.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_NEAR(page.marks[i].x, expected[i].x, 0.1);
+    EXPECT_NEAR(page.marks[i].y, expected[i].y, 0.1);
+    EXPECT_NEAR(page.marks[i].width, expected[i].width, 0.1);
+    EXPECT_NEAR(page.marks[i].height, expected[i].height, 0.1);
+  }
+}
+
+// What no paper holds is left out.
 TEST_F(PrintJobIntoPdf, PutsMarksAndTextsWhereTheyBelong) {
+  const double largest = std::numeric_limits<double>::max();
+  const PageDrawing page = {.marks = {{0, 0, 60, 60},
+                                      {largest, 0, 1, 1},
+                                      {4300.5, 1270.25, 180, 120},
+                                      {0, 0, -largest, 1},
+                                      {NAN, 0, 1, 1},
+                                      {9000, 16000, -100, -50},
+                                      {0, INFINITY, 1, 1}},
+                            .texts = {{5000, 3000, "12"}, {5000, 8000, "紙張"}, {largest, NAN, "1"}}};
   PrintJob job("測試", file_);
-  const PageDrawing page = {.marks = {{0, 0, 60, 60}, {4300.5, 1270.25, 180, 120}, {9000, 16000, -100, -50}},
-                            .texts = {{5000, 3000, "12"}, {5000, 8000, "紙張"}}};
   job.Draw(page);
   EXPECT_EQ(job.Paper().width, 11900);
   EXPECT_EQ(job.Paper().height, 16840);
@@ -31,14 +49,7 @@ TEST_F(PrintJobIntoPdf, PutsMarksAndTextsWhereTheyBelong) {
   ASSERT_EQ(pages.size(), 1U);
   EXPECT_EQ(pages[0].width, 11900);
   EXPECT_EQ(pages[0].height, 16840);
-  const std::vector<Mark> expected = {page.marks[0], page.marks[1], {8900, 15950, 100, 50}};
-  ASSERT_EQ(pages[0].marks.size(), expected.size());
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    EXPECT_NEAR(pages[0].marks[i].x, expected[i].x, 0.1);
-    EXPECT_NEAR(pages[0].marks[i].y, expected[i].y, 0.1);
-    EXPECT_NEAR(pages[0].marks[i].width, expected[i].width, 0.1);
-    EXPECT_NEAR(pages[0].marks[i].height, expected[i].height, 0.1);
-  }
+  ExpectMarks(pages[0], {{0, 0, 60, 60}, {4300.5, 1270.25, 180, 120}, {8900, 15950, 100, 50}});
   const auto words = test::ReadPdfWords(file_);
   ASSERT_EQ(words.size(), 2U);
   for (std::size_t i = 0; i < words.size(); ++i) {
@@ -68,24 +79,8 @@ TEST_F(PrintJobIntoPdf, BeginsPagesOnlyWhenSomethingIsDrawn) {
   const auto pages = test::ReadPdf(file_);
   ASSERT_EQ(pages.size(), 2U);
   EXPECT_EQ(job.Pages(), 2);
-  EXPECT_EQ(pages[0].marks.size(), 2U);
-  ASSERT_EQ(pages[1].marks.size(), 1U);
-  EXPECT_NEAR(pages[1].marks[0].x, 1000, 0.5);
-  EXPECT_NEAR(pages[1].marks[0].width, 150, 0.5);
-  EXPECT_NEAR(pages[1].marks[0].height, 400, 0.5);
-}
-
-TEST_F(PrintJobIntoPdf, LeavesOutMarksThatNoPaperHolds) {
-  const double largest = std::numeric_limits<double>::max();
-  PrintJob job("測試", file_);
-  job.Draw(PageDrawing{
-      .marks = {{largest, 0, 1, 1}, {0, 0, -largest, 1}, {NAN, 0, 1, 1}, {0, INFINITY, 1, 1}, {7, 8, 9, 10}},
-      .texts = {{largest, NAN, "1"}}});
-  job.End();
-  const auto pages = test::ReadPdf(file_);
-  ASSERT_EQ(pages.size(), 1U);
-  ASSERT_EQ(pages[0].marks.size(), 1U);
-  EXPECT_NEAR(pages[0].marks[0].x, 7, 0.1);
+  ExpectMarks(pages[0], {mark.marks[0], mark.marks[0]});
+  ExpectMarks(pages[1], {{1000, 2000, 150, 400}});
 }
 
 TEST(PrintJob, WithoutPrinterFailsAndMakesNoFile) {

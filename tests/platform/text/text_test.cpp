@@ -37,11 +37,5 @@ TEST(NumberText, NeverUsesAnExponent) {
   }
 }
 
-TEST(WidthMask, PadsOnTheLeftAndNeverCuts) {
-  EXPECT_EQ(WidthMask("24", 4), "  24");
-  EXPECT_EQ(WidthMask("1250", 3), "1250");
-  EXPECT_EQ(WidthMask("", 2), "  ");
-}
-
 }  // namespace
 }  // namespace marlevo
