@@ -26,7 +26,7 @@ class FrmPrint : public PrintingTest {
                                    {kThreePair, "111 222 333 444 555 666 777"}});
 };
 
-TEST_F(FrmPrint, SendsOneJobForEachKindWithItsMarksInPlace) {
+TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
   const auto window = Window({"chkPlay(0)", "chkPlay(4)", "chkPage"});
   Find<QComboBox>(*window, "cboMD(0)").setCurrentText("加注10期");
   Click(*window, "cmdPrint");
@@ -35,9 +35,11 @@ TEST_F(FrmPrint, SendsOneJobForEachKindWithItsMarksInPlace) {
   ASSERT_EQ(jobs.size(), 2U);
   LoadSlipSettings(settings_, "4Star");
   ASSERT_EQ(SlipSettings().p_height, 1520.5);
-  ExpectPages(jobs[0].pages,
-              SlipMarks(list_.kinds[0].tickets, {SlipType::kFourDigit, 1, 6, 10, 9, true}, SlipSettings()));
-  ExpectPages(jobs[1].pages, SlipMarks(list_.kinds[4].tickets, {SlipType::kThreeDigit, 1, 7, 0, 0, true}, {}));
+  const SlipPrinterSettings settings = SlipSettings();
+  const TicketList& fours = list_.kinds[kFourStraight].tickets;
+  const auto threes = SlipMarks(list_.kinds[kThreePair].tickets, {SlipType::kThreeDigit, 1, 7, 0, 0, true}, {});
+  ExpectPages(jobs[0].pages, SlipMarks(fours, {SlipType::kFourDigit, 1, 6, 10, 9, true}, settings));
+  ExpectPages(jobs[1].pages, threes);
   EXPECT_NE(jobs[0].attributes.find("4星正彩"), std::string::npos);
   EXPECT_NE(jobs[0].attributes.find("print-scaling"), std::string::npos);
 
@@ -48,19 +50,15 @@ TEST_F(FrmPrint, SendsOneJobForEachKindWithItsMarksInPlace) {
     EXPECT_EQ(words[i].text, std::to_string(i + 1));
     EXPECT_NEAR(words[i].x, 4300 + 9.5 * 360 - 3.0 * static_cast<double>(i % 5), 40);
   }
-}
 
-TEST_F(FrmPrint, PrintsTheRangesAskedFor) {
-  const auto window = Window({"Option1(1)", "chkPlay(0)", "chkPlay(2)"});
+  Click(*window, "Option1(1)");
   Enter(*window, "txtStart(0)", "3");
   Enter(*window, "txtEnd(0)", "4");
   Click(*window, "cmdPrint");
-  const auto jobs = queue_->TakeJobs();
-  ASSERT_EQ(jobs.size(), 2U);
-  ASSERT_EQ(jobs[0].pages.size(), 1U);
-  EXPECT_EQ(jobs[0].pages[0].marks.size(), 10U);
-  ASSERT_EQ(jobs[1].pages.size(), 1U);
-  EXPECT_EQ(jobs[1].pages[0].marks.size(), 6U);
+  const auto ranges = queue_->TakeJobs();
+  ASSERT_EQ(ranges.size(), 2U);
+  ExpectPages(ranges[0].pages, SlipMarks(fours, {SlipType::kFourDigit, 3, 4, 10, 9, true}, settings));
+  ExpectPages(ranges[1].pages, threes);
 }
 
 TEST_F(FrmPrint, ADoubleClickPrintsOnce) {

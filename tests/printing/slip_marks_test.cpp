@@ -11,18 +11,8 @@ namespace marlevo {
 namespace {
 
 // Columns 100 apart, rows 50 apart; the first digit row lies at 1200, the multiple row at 1720.
-constexpr SlipPrinterSettings kSettings = {.top = 1000,
-                                           .left = 100,
-                                           .dot_w = 10,
-                                           .dot_h = 20,
-                                           .dot2dot_w = 90,
-                                           .dot2dot_h = 30,
-                                           .play2dot = 180,
-                                           .dot2amt = 400,
-                                           .fix = 0,
-                                           .play = 777,
-                                           .md = 9000,
-                                           .p_height = 2000};
+// Top, left, dot_w, dot_h, dot2dot_w, dot2dot_h, play2dot, dot2amt, fix, play, md, p_height.
+constexpr SlipPrinterSettings kSettings = {1000, 100, 10, 20, 90, 30, 180, 400, 0, 777, 9000, 2000};
 
 TicketList Repeated(int count, const char* ticket) {
   return TicketList(static_cast<std::size_t>(count), test::Tickets(ticket)[0]);
