@@ -1,5 +1,6 @@
 // What goes wrong with the database while the customer windows are open: each fault gives one error report, changes
 // nothing that it should not, and the window goes on working.
+#include <QElapsedTimer>
 #include <fstream>
 
 #include "customer_windows.h"

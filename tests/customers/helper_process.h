@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QProcess>
 #include <QString>
 #include <cstdio>
@@ -27,14 +27,11 @@ class HelperProcess {
                    {"--gtest_also_run_disabled_tests", "--gtest_filter=Helper.DISABLED_" + test});
   }
   ~HelperProcess() { Kill(); }
-  HelperProcess(const HelperProcess&) = delete;
-  HelperProcess& operator=(const HelperProcess&) = delete;
 
   // Fails the test when the process does not say so within a minute.
   void WaitFor(const char* word) {
-    QElapsedTimer clock;
-    clock.start();
-    while (!said_.contains(Line(word)) && clock.elapsed() < 60'000 && process_.state() != QProcess::NotRunning) {
+    const QDeadlineTimer end(60'000);
+    while (!said_.contains(Line(word)) && !end.hasExpired() && process_.state() != QProcess::NotRunning) {
       process_.waitForReadyRead(1000);
       said_ += process_.readAll();
     }

@@ -66,21 +66,17 @@ std::vector<PrintedPage> ReadPdf(const std::filesystem::path& pdf) {
   std::vector<PrintedPage> pages;
   for (std::string line; std::getline(lines, line);) {
     if (line == "  /MediaBox [") {
-      double left = 0;
-      double bottom = 0;
-      double right = 0;
-      double top = 0;
-      lines >> left >> bottom >> right >> top;
-      pages.push_back({(right - left) * kTwipsPerPoint, (top - bottom) * kTwipsPerPoint, {}});
+      double box[4] = {};  // left, bottom, right, top
+      for (double& side : box) {
+        lines >> side;
+      }
+      pages.push_back({(box[2] - box[0]) * kTwipsPerPoint, (box[3] - box[1]) * kTwipsPerPoint, {}});
     } else if (line.starts_with("%% Contents for page ")) {
       const std::size_t number = std::stoul(line.substr(21));
       while (std::getline(lines, line) && line != "stream") {
       }
-      EXPECT_LE(number, pages.size());
-      if (number <= pages.size()) {
-        PrintedPage& page = pages[number - 1];
-        page.marks = FilledRectangles(lines, page.height / kTwipsPerPoint);
-      }
+      PrintedPage& page = pages.at(number - 1);
+      page.marks = FilledRectangles(lines, page.height / kTwipsPerPoint);
     }
   }
   return pages;

@@ -13,7 +13,8 @@ class ScratchFolder {
   ScratchFolder() {
     std::random_device random;
     do {
-      path_ = std::filesystem::temp_directory_path() / (u8"marlevo 測試 " + Digits(random()));
+      path_ = std::filesystem::temp_directory_path() / u8"marlevo 測試 ";
+      path_ += std::to_string(random());
     } while (!std::filesystem::create_directory(path_));
   }
   ScratchFolder(const ScratchFolder&) = delete;
@@ -26,11 +27,6 @@ class ScratchFolder {
   const std::filesystem::path& Path() const { return path_; }
 
  private:
-  static std::u8string Digits(unsigned number) {
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-  }
-
   std::filesystem::path path_;
 };
 

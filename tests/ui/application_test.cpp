@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <functional>
 #include <stdexcept>
 
 #include "platform/errors/operation_error.h"
@@ -17,6 +18,12 @@ namespace {
 
 void Fail() {
   throw DatabaseError("讀取客戶資料", "4star.mdb", "page 7 is damaged");
+}
+
+// From the event loop, as the slot of a timer.
+void Later(const std::function<void()>& action) {
+  QTimer::singleShot(0, action);
+  QTest::qWait(20);
 }
 
 TEST(ErrorGuardTest, AnErrorOfASlotIsReportedAndTheProgramGoesOn) {
@@ -31,27 +38,16 @@ TEST(ErrorGuardTest, AnErrorOfASlotIsReportedAndTheProgramGoesOn) {
         {ExpectErrorReport(words, "繼續")});
   }
   // Not only errors of files and printers, and not only in slots.
-  WithModals(
-      [] {
-        QTimer::singleShot(0, [] { throw std::length_error("too long"); });
-        QTest::qWait(20);
-      },
-      {ExpectErrorReport("too long", "繼續")});
+  WithModals([] { Later([] { throw std::length_error("too long"); }); }, {ExpectErrorReport("too long", "繼續")});
 }
 
 TEST(ErrorGuardTest, ASecondErrorWaitsForTheFirstReport) {
-  WithModals(
-      [] {
-        QTimer::singleShot(0, &Fail);
-        QTest::qWait(20);
-      },
-      {[](QWidget& first) {
-         QTimer::singleShot(0, [] { throw PrinterError("列印", "HP LaserJet", "no paper"); });
-         QTest::qWait(20);
-         EXPECT_EQ(QApplication::activeModalWidget(), &first);
-         ExpectErrorReport("4star.mdb", "繼續")(first);
-       },
-       ExpectErrorReport("HP LaserJet", "繼續")});
+  WithModals([] { Later(&Fail); }, {[](QWidget& first) {
+                                      Later([] { throw PrinterError("列印", "HP LaserJet", "no paper"); });
+                                      EXPECT_EQ(QApplication::activeModalWidget(), &first);
+                                      ExpectErrorReport("4star.mdb", "繼續")(first);
+                                    },
+                                    ExpectErrorReport("HP LaserJet", "繼續")});
 }
 
 // The last one: the application is over afterwards.
