@@ -5,15 +5,12 @@
 #include <QAbstractItemModel>
 #include <QApplication>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTableView>
-#include <QTest>
 
-#include "support/qt_modal.h"
-#include "ui/frmMessage2.h"
+#include "support/window_driver.h"
 
 namespace marlevo {
 namespace {
@@ -30,9 +27,7 @@ class FrmMarlevoTest : public testing::Test {
 
   template <typename Widget>
   Widget& Find(const QString& name) {
-    auto* const widget = board_.findChild<Widget*>(name);
-    EXPECT_NE(widget, nullptr) << name.toStdString();
-    return *widget;
+    return marlevo::Find<Widget>(board_, name);
   }
   bool Shown(const QString& name) { return !Find<QWidget>(name).isHidden(); }
   bool Ticked(const QString& name) { return Find<QCheckBox>(name).isChecked(); }
@@ -112,20 +107,12 @@ TEST_F(FrmMarlevoTest, BadPicksGetTheirMessageAndChangeNothing) {
 }
 
 TEST_F(FrmMarlevoTest, AnExpansionShowsItsTicketsTotalsAndPages) {
-  class BusyWatch : public QObject {
-   public:
-    int paints = 0;
-    bool eventFilter(QObject* watched, QEvent* event) override {
-      paints += event->type() == QEvent::Paint && qobject_cast<frmMessage2*>(watched) != nullptr ? 1 : 0;
-      return false;
-    }
-  } busy;
-  qApp->installEventFilter(&busy);
+  const PaintCounter busy("frmMessage2");
   Tick("chkPlay(0) chkPlay(4) chkNum1(0) chkNum1(1) chkNum2(2) chkNum3(3) chkNum4(4) chkNum4(5)");
   Find<QComboBox>("cboPlay2(4)").setCurrentIndex(1);
   Click("cmdCombine");
 
-  EXPECT_GE(busy.paints, 1);
+  EXPECT_GE(busy.painted, 1);
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
   EXPECT_TRUE(Shown("picBox2") && Shown("picMenu2"));
   EXPECT_FALSE(Shown("picBox1") || Shown("picMenu1") || Shown("picCheck"));

@@ -49,6 +49,10 @@ class CustomerWindowsTest : public DatabaseFixture {
                 {"SAL_DATE", "PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"});
   }
 
+  static std::vector<ModalStep> YesToSaving(const QString& number,
+                                            const ModalStep& then = ExpectMessage("存檔完畢 !")) {
+    return {ExpectQuestion("確定要將號碼組合資料存檔到 [" + number + "] ?", QMessageBox::Yes), then};
+  }
   // The number of tickets that are stored for a customer. Fails the test unless they are whole and the first ones of a
   // save of `list`, all under one stamp.
   std::size_t StoredOfSave(const std::string& number, const CurrentList& list) const {

@@ -95,17 +95,16 @@ TEST_F(FaultsPosixTest, AReadOnlyFolderCanBeLookedAtButNotChanged) {
 
 TEST_F(FullDiskTest, ASaveThatFailsIsNotStoredAndTheNextOneIsStoredOnce) {
   const CurrentList list = LargestList();
-  const ModalStep yes = ExpectQuestion("確定要將號碼組合資料存檔到 [A01] ?", QMessageBox::Yes);
   {
     const Shown<frmSave> window(Opening(), list);
     for (const std::uintmax_t room : {300'000, 0}) {
       Fill(room);
-      Press(window, "cmdPrint", {yes, report_});
+      Press(window, "cmdPrint", YesToSaving("A01", report_));
       EXPECT_TRUE(Find<QWidget>(window, "picMsg").isHidden());
       EXPECT_EQ(Tickets("A01"), "") << "with room for " << room;
       std::filesystem::remove(filling_);
     }
-    Press(window, "cmdPrint", {yes, ExpectMessage("存檔完畢 !")});
+    Press(window, "cmdPrint", YesToSaving("A01"));
   }
   EXPECT_EQ(StoredOfSave("A01", list), 23000U);
   EXPECT_EQ(access::Database::Open(file_, {"qorvat", std::nullopt}).Check(), std::vector<std::string>());

@@ -120,11 +120,10 @@ TEST_F(FaultsTest, AQuoteIsRefusedAndMeansNobody) {
   // Another program may have stored such a number.
   Run("INSERT INTO [CUSTOM_H] (CUSTOM_NO,CUSTOM_NAME,TEL1,TEL2,MEMO1) VALUES ('0''0','','','','')");
   const Shown<frmSave> save(Opening(), list);
-  Press(save, "cmdPrint", {ExpectQuestion("確定要將號碼組合資料存檔到 [0'0] ?", QMessageBox::Yes), report});
+  Press(save, "cmdPrint", YesToSaving("0'0", report));
   EXPECT_TRUE(Find<QWidget>(save, "picMsg").isHidden());
   PressRow(save, "mfgCustom_H", 2);
-  Press(save, "cmdPrint",
-        {ExpectQuestion("確定要將號碼組合資料存檔到 [A02] ?", QMessageBox::Yes), ExpectMessage("存檔完畢 !")});
+  Press(save, "cmdPrint", YesToSaving("A02"));
 }
 
 TEST_F(FaultsTest, ATextThatIsTooLongIsRefusedAndCanBeShortened) {
@@ -154,15 +153,14 @@ TEST_F(FaultsTest, ATextThatIsTooLongIsRefusedAndCanBeShortened) {
 TEST_F(FaultsTest, AFileThatAnotherProcessWritesToCanBeReadUntilItIsFree) {
   AddCustomer({"A01", "王小明", "", "", ""});
   const CurrentList list = test::Lists({{0, "1234"}});
-  const QString question = "確定要將號碼組合資料存檔到 [A01] ?";
   auto other = std::make_unique<HelperProcess>("HoldsTheFile", file_);
   other->WaitFor("held");
   const Shown<frmSave> save(Opening(), list);
   EXPECT_EQ(RowsText(save, "mfgCustom_H"), "A01|王小明\n");
-  Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectErrorReport("另一個程式", "繼續")});
+  Press(save, "cmdPrint", YesToSaving("A01", ExpectErrorReport("另一個程式", "繼續")));
   EXPECT_EQ(Tickets("A01"), "");
   other.reset();
-  Press(save, "cmdPrint", {ExpectQuestion(question, QMessageBox::Yes), ExpectMessage("存檔完畢 !")});
+  Press(save, "cmdPrint", YesToSaving("A01"));
   EXPECT_EQ(StoredOfSave("A01", list), 1U);
 }
 
@@ -208,15 +206,15 @@ TEST(Helper, DISABLED_HoldsTheFile) {
 TEST(Helper, DISABLED_SavesTheLargestList) {
   const CurrentList list = LargestList();
   const Shown<frmSave> window(HelperProcess::ConnectionString(), list);
-  WithModals([&] { Click(window, "cmdPrint"); },
-             {[](QWidget& question) {
-                HelperProcess::Say("saving");
-                qobject_cast<QMessageBox*>(&question)->button(QMessageBox::Yes)->click();
-              },
-              [](QWidget&) {
-                HelperProcess::Say("saved");
-                HelperProcess::WaitForTheEnd();
-              }});
+  Press(window, "cmdPrint",
+        {[](QWidget& question) {
+           HelperProcess::Say("saving");
+           dynamic_cast<QMessageBox&>(question).button(QMessageBox::Yes)->click();
+         },
+         [](QWidget&) {
+           HelperProcess::Say("saved");
+           HelperProcess::WaitForTheEnd();
+         }});
 }
 
 }  // namespace

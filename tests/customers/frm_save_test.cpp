@@ -8,28 +8,9 @@
 namespace marlevo {
 namespace {
 
-// Counts how often a widget is really painted.
-class PaintCounter : public QObject {
- public:
-  int painted = 0;
-  bool eventFilter(QObject*, QEvent* event) override {
-    painted += event->type() == QEvent::Paint ? 1 : 0;
-    return false;
-  }
-};
-
 class FrmSaveTest : public CustomerWindowsTest {
  protected:
-  // The tickets of all saves, without their stamps.
-  std::string Saved(const std::string& number) const {
-    Connection connection(Opening());
-    return Rows(connection, "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='" + number + "' ORDER BY PLAY_MODE,PLAY_SEQ",
-                {"PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"});
-  }
-  static std::vector<ModalStep> YesToSaving(const QString& number) {
-    return {ExpectQuestion("確定要將號碼組合資料存檔到 [" + number + "] ?", QMessageBox::Yes),
-            ExpectMessage("存檔完畢 !")};
-  }
+  const CurrentList one_ = test::Lists({{2, "123"}});
 };
 
 TEST_F(FrmSaveTest, StoresEveryTicketOfTheTickedKindsUnderOneStamp) {
@@ -43,60 +24,54 @@ TEST_F(FrmSaveTest, StoresEveryTicketOfTheTickedKindsUnderOneStamp) {
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明\nA02|陳大文\n");
 
   Press(window, "cmdPrint", {ExpectQuestion("確定要將號碼組合資料存檔到 [A01] ?", QMessageBox::No)});
-  EXPECT_EQ(Saved("A01"), "");
   PressRow(window, "mfgCustom_H", 1);
-  auto& panel = Find<QWidget>(window, "picMsg");
-  PaintCounter counter;
-  panel.installEventFilter(&counter);
+  const PaintCounter counter("picMsg");
   Press(window, "cmdPrint", YesToSaving("A02"));
-  EXPECT_EQ(Saved("A02"), "0|25|1|1|2|3|4\n0|25|2|5|6|7|8\n3|1250|1|1|1|2|0\n3|1250|2|1|0|3|0\n");
   EXPECT_GT(counter.painted, 0);
-  EXPECT_TRUE(panel.isHidden());
+  EXPECT_TRUE(Find<QWidget>(window, "picMsg").isHidden());
   EXPECT_EQ(Find<QProgressBar>(window, "prgMsg").value(), Find<QProgressBar>(window, "prgMsg").maximum());
-
-  Connection connection(Opening());
-  const std::string record = Rows(connection, SelectRecords("A02"), {"SAL_DATE", "SAL_NUM"});
-  EXPECT_EQ(record.size(), 17U) << record;  // 14 digits, "|4" and the line break
-  EXPECT_EQ(record.find_first_not_of("0123456789"), 14U) << record;
+  EXPECT_EQ(Tickets("A01"), "");
+  const std::string stored = Tickets("A02");
+  EXPECT_EQ(stored.find_first_not_of("0123456789"), 14U) << stored;
+  const std::string stamp = stored.substr(0, 14);
+  EXPECT_EQ(stored, stamp + "|0|25|1|1|2|3|4\n" + stamp + "|0|25|2|5|6|7|8\n" +  //
+                        stamp + "|3|1250|1|1|1|2|0\n" + stamp + "|3|1250|2|1|0|3|0\n");
 }
 
 TEST_F(FrmSaveTest, SavesAListWithoutTicketsAndAListWithoutCustomers) {
   const CurrentList empty;
-  const CurrentList one = test::Lists({{2, "123"}});
   {
-    const Shown<frmSave> window(Opening(), one);
+    const Shown<frmSave> window(Opening(), one_);
     Press(window, "cmdPrint", YesToSaving("客戶編號"));
-    EXPECT_EQ(Saved("客戶編號"), "2|25|1|1|2|3|0\n") << "with no customer the heading row is the current one";
+    EXPECT_EQ(StoredOfSave("客戶編號", one_), 1U) << "with no customer the heading row is the current one";
   }
   AddCustomer({"A01", "王小明", "", "", ""});
   const Shown<frmSave> window(Opening(), empty);
   Press(window, "cmdPrint", YesToSaving("A01"));
-  EXPECT_EQ(Saved("A01"), "");
+  EXPECT_EQ(Tickets("A01"), "");
 }
 
 TEST_F(FrmSaveTest, OffersTheCustomersThatMaintenanceAdded) {
   AddCustomer({"B01", "王小明", "", "", ""});
-  const CurrentList list = test::Lists({{2, "123"}});
-  const Shown<frmSave> window(Opening(), list);
-  WithModals([&] { Click(window, "cmdCustom"); }, {[](QWidget& maintenance) {
-               EXPECT_EQ(maintenance.objectName(), "frmCustom");
-               Enter(maintenance, "txtCustom_No", "A01");
-               Click(maintenance, "cmdAdd");
-               Click(maintenance, "cmdExit");
-             }});
+  const Shown<frmSave> window(Opening(), one_);
+  Press(window, "cmdCustom", {[](QWidget& maintenance) {
+          EXPECT_EQ(maintenance.objectName(), "frmCustom");
+          Enter(maintenance, "txtCustom_No", "A01");
+          Click(maintenance, "cmdAdd");
+          Click(maintenance, "cmdExit");
+        }});
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|\nB01|王小明\n");
   Press(window, "cmdPrint", YesToSaving("A01"));
-  EXPECT_EQ(Saved("A01"), "2|25|1|1|2|3|0\n");
+  EXPECT_EQ(StoredOfSave("A01", one_), 1U);
 }
 
 TEST_F(FrmSaveTest, NeverSavesByAKeyAlone) {
   AddCustomer({"A01", "王小明", "", "", ""});
-  const CurrentList list = test::Lists({{2, "123"}});
-  const Shown<frmSave> window(Opening(), list);
+  const Shown<frmSave> window(Opening(), one_);
   WithModals([&] { QTest::keyClick(&Find<QWidget>(window, "mfgCustom_H"), Qt::Key_Return); }, {});
   EXPECT_TRUE(window.isVisible());
-  WithModals([&] { Click(window, "cmdPrint"); }, {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }});
-  EXPECT_EQ(Saved("A01"), "");
+  Press(window, "cmdPrint", {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }});
+  EXPECT_EQ(Tickets("A01"), "");
   QTest::keyClick(&Find<QWidget>(window, "mfgCustom_H"), Qt::Key_Escape);
   EXPECT_FALSE(window.isVisible());
 }

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -25,6 +26,21 @@ class Shown : public Window {
   explicit Shown(Arguments&&... arguments) : Window(nullptr, std::forward<Arguments>(arguments)...) {
     this->show();
   }
+};
+
+// Counts how often widgets of a name are really painted.
+class PaintCounter : public QObject {
+ public:
+  explicit PaintCounter(const QString& name) : name_(name) { qApp->installEventFilter(this); }
+  bool eventFilter(QObject* receiver, QEvent* event) override {
+    painted += event->type() == QEvent::Paint && receiver->objectName() == name_ ? 1 : 0;
+    return false;
+  }
+
+  int painted = 0;
+
+ private:
+  QString name_;
 };
 
 template <typename Widget>
