@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "customers/customer_statements.h"

@@ -36,9 +36,8 @@ bool Matches(int filter, int kind, std::string cells, std::set<int>& seen) {
   };
   switch (filter) {
     case 1:
-      return std::ranges::count_if(cells, [](char cell) { return cell != '_' && cell % 2 == 1; }) == columns;
     case 2:
-      return std::ranges::count_if(cells, [](char cell) { return cell != '_' && cell % 2 == 0; }) == columns;
+      return std::ranges::all_of(cells, [&](char cell) { return cell != '_' && cell % 2 == filter % 2; });
     case 3:
       return equal_to(1) == columns;
     case 4:

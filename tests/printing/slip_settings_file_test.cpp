@@ -6,9 +6,11 @@
 #include <unistd.h>
 
 #include <QTemporaryDir>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <fstream>
+#include <random>
 #include <sstream>
 
 namespace marlevo {
@@ -53,11 +55,7 @@ TEST_F(SlipSettingsFile, WhatCannotBeReadCountsAsMissing) {
 
 TEST_F(SlipSettingsFile, AHundredMegabytesOfNoiseCostNothing) {
   std::string noise(1 << 20, '\0');
-  unsigned state = 1;
-  for (char& c : noise) {
-    state = state * 1103515245U + 12345U;
-    c = static_cast<char>(state >> 16);
-  }
+  std::ranges::generate(noise, [random = std::mt19937()]() mutable { return static_cast<char>(random()); });
   std::ofstream file(file_, std::ios::binary);
   file << "[PRINTER SET]\r\nTOP = 7\r\n";
   for (int i = 0; i < 100; ++i) {
