@@ -71,33 +71,26 @@ TEST_F(FrmPrint, ADoubleClickPrintsOnce) {
 }
 
 TEST_F(FrmPrint, SaysWhatIsWrongAndPrintsNothing) {
-  const struct {
-    const char* start0;
-    const char* end0;
-    const char* start4;
-    const char* end4;
-    const char* message;
-  } cases[] = {
-      {"0", "6", "1", "7", "4星正彩開始範圍輸入錯誤 !"},         {"", "6", "1", "7", "4星正彩開始範圍輸入錯誤 !"},
-      {"1", "x", "1", "7", "4星正彩開始範圍不可大於結束範圍 !"},  // the later test decides
-      {"0", "0", "1", "7", "4星正彩結束範圍輸入錯誤 !"},         {"1", "7", "1", "7", "4星正彩結束範圍輸入過大 !"},
-      {"5", "3", "1", "7", "4星正彩開始範圍不可大於結束範圍 !"}, {"5", "3", "1", "8", "3星對彩結束範圍輸入過大 !"},
-  };
   const auto window = Window({"Option1(1)", "chkPlay(0)", "chkPlay(4)"});
-  for (const auto& c : cases) {
-    Enter(*window, "txtStart(0)", c.start0);
-    Enter(*window, "txtEnd(0)", c.end0);
-    Enter(*window, "txtStart(4)", c.start4);
-    Enter(*window, "txtEnd(4)", c.end4);
-    Press(*window, "cmdPrint", {ExpectMessage(c.message)});
+  const auto enter = [&window](const QStringList& ranges) {
+    const char* boxes[] = {"txtStart(0)", "txtEnd(0)", "txtStart(4)", "txtEnd(4)"};
+    for (qsizetype i = 0; i < 4; ++i) {
+      Enter(*window, boxes[i], ranges[i]);
+    }
+  };
+  const std::pair<QStringList, const char*> cases[] = {
+      {{"0", "6", "1", "7"}, "4星正彩開始範圍輸入錯誤 !"},         {{"", "6", "1", "7"}, "4星正彩開始範圍輸入錯誤 !"},
+      {{"1", "x", "1", "7"}, "4星正彩開始範圍不可大於結束範圍 !"},  // the later test decides
+      {{"0", "0", "1", "7"}, "4星正彩結束範圍輸入錯誤 !"},         {{"1", "7", "1", "7"}, "4星正彩結束範圍輸入過大 !"},
+      {{"5", "3", "1", "7"}, "4星正彩開始範圍不可大於結束範圍 !"}, {{"5", "3", "1", "8"}, "3星對彩結束範圍輸入過大 !"}};
+  for (const auto& [ranges, message] : cases) {
+    enter(ranges);
+    Press(*window, "cmdPrint", {ExpectMessage(message)});
   }
   Press(*Window({"Option1(1)"}), "cmdPrint", {ExpectMessage("請選擇欲列印種類")});
   // Everything of no kind, and numbers below the list: nothing to print and nothing to say.
   Window({"Option1(0)", "cmdPrint"});
-  Enter(*window, "txtStart(0)", "-3");
-  Enter(*window, "txtEnd(0)", "0.4");
-  Enter(*window, "txtEnd(4)", "0.3");
-  Enter(*window, "txtStart(4)", "0.2");
+  enter({"-3", "0.4", "0.2", "0.3"});
   Click(*window, "cmdPrint");
   EXPECT_TRUE(queue_->TakeJobs().empty());
 }

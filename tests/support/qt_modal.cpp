@@ -10,7 +10,6 @@
 #include <QTextDocumentFragment>
 #include <QTimer>
 #include <algorithm>
-#include <memory>
 
 namespace marlevo {
 
@@ -30,24 +29,24 @@ std::string Described(const QWidget& window) {
   return (window.windowTitle() + " [" + window.objectName() + "] " + Said(window)).toStdString();
 }
 
-class Walk : public std::enable_shared_from_this<Walk> {
+class Walk : public QObject {
  public:
-  explicit Walk(const std::vector<ModalStep>& steps) : steps_(steps) { since_.start(); }
-
-  // Steps run inside the event loops of the windows themselves, so the next look is always arranged before a step runs.
-  void LookAgain() {
-    QTimer::singleShot(kPollInterval, [self = shared_from_this()] {
-      if (!self->done) {
-        self->LookAgain();
-        self->Look();
-      }
-    });
+  explicit Walk(const std::vector<ModalStep>& steps) : steps_(steps) {
+    since_.start();
+    LookAgain();
   }
 
-  bool done = false;
   std::size_t next = 0;
 
  private:
+  // Steps run inside the event loops of the windows themselves, so the next look is always arranged before a step runs.
+  void LookAgain() {
+    QTimer::singleShot(kPollInterval, this, [this] {
+      LookAgain();
+      Look();
+    });
+  }
+
   void Look() {
     QWidget* const window = QApplication::activeModalWidget();
     if (window == nullptr || handled_.contains(window)) {
@@ -77,9 +76,7 @@ class Walk : public std::enable_shared_from_this<Walk> {
   void Fail(const std::string& what, QWidget* window) {
     ADD_FAILURE() << "modal window " << what;
     since_.restart();
-    if (window == nullptr) {
-      done = true;
-    } else if (!window->close()) {
+    if (window != nullptr && !window->close()) {
       window->hide();
     }
   }
@@ -102,11 +99,9 @@ void Press(QWidget& window, QAbstractButton* button) {
 }  // namespace
 
 void WithModals(const std::function<void()>& action, const std::vector<ModalStep>& steps) {
-  const auto walk = std::make_shared<Walk>(steps);
-  walk->LookAgain();
+  const Walk walk(steps);
   action();
-  walk->done = true;
-  EXPECT_EQ(walk->next, steps.size()) << "windows that came";
+  EXPECT_EQ(walk.next, steps.size()) << "windows that came";
 }
 
 ModalStep ExpectMessage(const QString& text) {
