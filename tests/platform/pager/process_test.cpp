@@ -23,6 +23,7 @@ class Child {
  public:
   explicit Child(const std::function<void()>& work) : pid_(fork()) {
     if (pid_ != 0) return;
+    alarm(120);  // the end of a child that waits for what never comes
     int status = 0;
     try {
       work();
