@@ -33,12 +33,8 @@ void Add(Content& journal, const T& value) {
 
 void Open(FaultFiles& files) {
   try {
-    Pager::Open(
-        kFile,
-        [](std::span<const std::byte>) {
-          return PageFormat{kPage, {}};
-        },
-        files);
+    const auto format = [](std::span<const std::byte>) { return PageFormat{kPage, {}}; };
+    Pager::Open(kFile, format, files);
   } catch (const PagerError&) {
   }
 }

@@ -58,79 +58,13 @@ class Target {
   std::size_t changes_ = 0;
 };
 
-constexpr std::string_view kWords[] = {"SELECT * FROM T",
-                                       " WHERE ",
-                                       "INSERT INTO T VALUES (",
-                                       "INSERT INTO U (NO,Y) VALUES (",
-                                       "DELETE FROM T",
-                                       "SELECT * FROM [U]",
-                                       "=",
-                                       " ORDER BY ",
-                                       " GROUP BY ",
-                                       " DESC",
-                                       "COUNT(*)",
-                                       "NO",
-                                       "[NO]",
-                                       "AMT",
-                                       "N",
-                                       "rowid",
-                                       "B",
-                                       "M",
-                                       "C",
-                                       "D",
-                                       "G",
-                                       "Y",
-                                       "'A01'",
-                                       "'陳'",
-                                       "NULL",
-                                       "-1",
-                                       "0.5",
-                                       "2147483647",
-                                       "9223372036854775807",
-                                       "1e300",
-                                       " AND ",
-                                       " OR ",
-                                       " IS ",
-                                       " IN (",
-                                       ")",
-                                       "<",
-                                       ">=",
-                                       "<>",
-                                       " LIKE ",
-                                       " BETWEEN ",
-                                       " NOT ",
-                                       " JOIN U",
-                                       " ON ",
-                                       " LIMIT ",
-                                       ",",
-                                       " AS ",
-                                       "lower(",
-                                       "x'ff'",
-                                       "''",
-                                       " UNION SELECT ",
-                                       "SELECT ",
-                                       " FROM ",
-                                       "DELETE FROM U",
-                                       "INSERT INTO T SELECT * FROM T",
-                                       "T.",
-                                       "cast(",
-                                       " AS TEXT)",
-                                       "\xff",
-                                       "'ab%'",
-                                       " HAVING ",
-                                       " DISTINCT ",
-                                       " COLLATE ",
-                                       "BINARY",
-                                       "MAX(",
-                                       "CREATE TABLE X(",
-                                       "UPDATE T SET ",
-                                       ";",
-                                       "ATTACH '",
-                                       "PRAGMA ",
-                                       "T",
-                                       "U",
-                                       "NOCASE",
-                                       "typeof("};
+constexpr std::string_view kSql =
+    "SELECT * FROM T| WHERE |INSERT INTO T VALUES (|INSERT INTO U (NO,Y) VALUES (|DELETE FROM T|SELECT * FROM [U]|=|"
+    " ORDER BY | GROUP BY | DESC|COUNT(*)|NO|[NO]|AMT|N|rowid|B|M|C|D|G|Y|'A01'|'陳'|NULL|-1|0.5|2147483647|"
+    "9223372036854775807|1e300| AND | OR | IS | IN (|)|<|>=|<>| LIKE | BETWEEN | NOT | JOIN U| ON | LIMIT |,| AS |"
+    "lower(|x'ff'|''| UNION SELECT |SELECT | FROM |DELETE FROM U|INSERT INTO T SELECT * FROM T|T.|cast(| AS TEXT)|"
+    "\xff|'ab%'| HAVING | DISTINCT | COLLATE |BINARY|MAX(|CREATE TABLE X(|UPDATE T SET |;|ATTACH '|PRAGMA |T|U|"
+    "NOCASE|typeof(";
 
 // How often the tables are named; more would join more rows than a fuzzer has time for.
 std::size_t Tables(std::string_view sql) {
@@ -145,6 +79,7 @@ std::size_t Tables(std::string_view sql) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static Target target;
+  static const std::vector<std::string_view> kWords = Words(kSql);
   const std::string sql = FuzzInput(data, size).Text(kWords);
   if (Tables(sql) < 24) {
     target.Run(sql);
