@@ -67,12 +67,9 @@ constexpr std::string_view kSql =
     "NOCASE|typeof(";
 
 // How often the tables are named; more would join more rows than a fuzzer has time for.
-std::size_t Tables(std::string_view sql) {
-  std::size_t tables = 0;
-  for (const char letter : sql) {
-    tables += letter == 'T' || letter == 'U' || letter == 't' || letter == 'u' ? 1 : 0;
-  }
-  return tables;
+auto Tables(std::string_view sql) {
+  return std::ranges::count_if(
+      sql, [](char letter) { return std::string_view("TUtu").find(letter) != std::string_view::npos; });
 }
 
 }  // namespace

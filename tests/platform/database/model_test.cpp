@@ -49,14 +49,14 @@ class Statements {
 
   std::size_t Below(std::size_t n) { return random_() % n; }
 
+  std::string Pick(std::initializer_list<const char*> choices) { return choices.begin()[Below(choices.size())]; }
+
   std::string Text() {
-    static const char* const kTexts[] = {"NULL", "''",   "'a'", "'A'",    "'a1'", "'A1 '", "'_'",
-                                         "'陳'", "'林'", "'b'", "'陳 b'", "'B2'", "'10'",  "'9'"};
-    return kTexts[Below(std::size(kTexts))];
+    return Pick(
+        {"NULL", "''", "'a'", "'A'", "'a1'", "'A1 '", "'_'", "'陳'", "'林'", "'b'", "'陳 b'", "'B2'", "'10'", "'9'"});
   }
   std::string Number() {
-    static const char* const kNumbers[] = {"NULL", "-1", "2147483647", "-2147483648"};
-    return Below(6) == 0 ? kNumbers[Below(std::size(kNumbers))] : std::to_string(Below(6));
+    return Below(6) == 0 ? Pick({"NULL", "-1", "2147483647", "-2147483648"}) : std::to_string(Below(6));
   }
   std::string Insert() {
     std::string values = Text() + "," + Text() + "," + Number() + "," + Number() + (Below(3) == 0 ? "+0.5" : "");
@@ -67,12 +67,10 @@ class Statements {
            ")";
   }
   std::string Condition() {
-    static const char* const kTextColumns[] = {"CUSTOM_NO", "SAL_DATE"};
-    static const char* const kNumberColumns[] = {"PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"};
-    static const char* const kOperators[] = {"=", "=", "=", "=", "<", ">=", "<>", " IS "};
-    const std::string operation = kOperators[Below(std::size(kOperators))];
+    const std::string operation = Pick({"=", "=", "=", "=", "<", ">=", "<>", " IS "});
     const bool text = Below(2) == 0;
-    const std::string column = text ? kTextColumns[Below(2)] : kNumberColumns[Below(7)];
+    const std::string column = text ? Pick({"CUSTOM_NO", "SAL_DATE"})
+                                    : Pick({"PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"});
     switch (Below(12)) {
       case 0:
         return column + " IN (" + Text() + "," + Number() + ")";

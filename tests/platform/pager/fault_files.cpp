@@ -4,12 +4,6 @@
 #include <utility>
 
 namespace marlevo::pager {
-namespace {
-
-constexpr std::size_t kSector = 512;
-
-}  // namespace
-
 class FaultFile final : public File {
  public:
   FaultFile(FaultFiles& files, std::filesystem::path path, std::shared_ptr<FaultFiles::Node> node, bool writable)
@@ -124,15 +118,8 @@ void FaultFiles::SyncFolder(const std::filesystem::path& folder) {
 bool FaultFiles::Step(bool grows) {
   ++steps_;
   if (trouble_step_ == 0 || steps_ < trouble_step_) return false;
-  switch (trouble_) {
-    case Trouble::kError:
-      return steps_ < trouble_step_ + trouble_count_;
-    case Trouble::kFull:
-      return grows;
-    case Trouble::kEnd:
-      break;
-  }
-  return true;
+  if (trouble_ == Trouble::kError) return steps_ < trouble_step_ + trouble_count_;
+  return trouble_ == Trouble::kEnd || grows;
 }
 
 void FaultFiles::Check(const std::filesystem::path& path, bool grows) {
@@ -150,6 +137,7 @@ void FaultFiles::Apply(std::vector<std::byte>& content, const Change& change) {
 }
 
 std::vector<std::byte> FaultFiles::Survivor(const Node& node, std::mt19937& random) {
+  static constexpr std::size_t kSector = 512;
   // From nothing to everything: some disks lose little, some all.
   static constexpr std::uint32_t kKeptPercent[] = {0, 50, 90, 100};
   const std::uint32_t kept = kKeptPercent[random() % std::size(kKeptPercent)];

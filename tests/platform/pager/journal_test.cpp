@@ -20,13 +20,9 @@ Bytes MakeFile(std::uint32_t pages, std::uint32_t value) {
   return files.Content(kFile);
 }
 
-struct Crash {
-  Bytes file;     // torn
-  Bytes journal;  // complete
-};
-
-// Pages 3, 4 and 7 become 900, and there are two new ones; the machine stops in the midst of it.
-Crash CrashWhileChanging(const Bytes& before) {
+// Pages 3, 4 and 7 become 900, and there are two new ones; the machine stops when the journal is complete and the file
+// torn.
+FaultFiles CrashWhileChanging(const Bytes& before) {
   for (std::uint64_t step = 1;; ++step) {
     FaultFiles files;
     files.Put(kFile, before);
@@ -34,7 +30,7 @@ Crash CrashWhileChanging(const Bytes& before) {
     try {
       Store(*Pager::Open(kFile, TestProbe, files), {3, 4, 7}, 2, 900);
     } catch (const PagerError&) {
-      if (files.Content(kFile) != before) return {files.Content(kFile), files.Content(kJournal)};
+      if (files.Content(kFile) != before) return *files.Killed();
     }
   }
 }
@@ -54,7 +50,7 @@ FaultFiles Opened(FaultFiles files) {
 }
 
 TEST(Journal, TruncatedOrDamagedChangesNothing) {
-  const Bytes journal = CrashWhileChanging(MakeFile(12, 10)).journal;
+  const Bytes journal = CrashWhileChanging(MakeFile(12, 10)).Content(kJournal);
   const Bytes good = MakeFile(14, 500);
   for (std::size_t size = 0; size < journal.size(); size += 37) {
     Bytes damaged = journal;
@@ -77,9 +73,8 @@ TEST(Journal, StrangeRecordsChangeNothing) {
     std::uint64_t hash = header.hash;
     const auto add = [&](RecordKind record, std::uint32_t number, const Bytes& bytes) {
       hash = RecordHash(hash, record, number, bytes);
-      const RecordHead head{record, number, hash};
-      const auto head_bytes = std::as_bytes(std::span(&head, 1));
-      journal.insert(journal.end(), head_bytes.begin(), head_bytes.end());
+      const RecordHead head[] = {{record, number, hash}};
+      std::ranges::copy(std::as_bytes(std::span(head)), std::back_inserter(journal));
       journal.insert(journal.end(), bytes.begin(), bytes.end());
     };
     const std::size_t size = kind == 1 ? kTestPage : kind == 2 ? kTestPage / kSectorBytes * sizeof hash : 0;
@@ -92,7 +87,7 @@ TEST(Journal, StrangeRecordsChangeNothing) {
 
 TEST(Journal, OfAnotherFileIsSetAside) {
   const Bytes before = MakeFile(12, 10);
-  const Bytes journal = CrashWhileChanging(before).journal;
+  const Bytes journal = CrashWhileChanging(before).Content(kJournal);
   // Another database; a shorter one; the same one with other content put in its place: a backup.
   Bytes backup = before;
   const Bytes older = MakeFile(12, 60);
@@ -124,16 +119,17 @@ TEST(Journal, OfTheFirstPagesNeverEmptiesAFile) {
 
 TEST(Journal, OnAMediumThatMayNotBeWritten) {
   const Bytes before = MakeFile(12, 10);
-  const Crash crash = CrashWhileChanging(before);
-  FaultFiles files = Disk(crash.file, crash.journal);
+  FaultFiles files = CrashWhileChanging(before);
+  const Bytes torn = files.Content(kFile);
+  const Bytes journal = files.Content(kJournal);
   files.SetWritable(false);
   EXPECT_THROW(Pager::Open(kFile, TestProbe, files), PagerError);
-  EXPECT_EQ(files.Content(kFile), crash.file);
+  EXPECT_EQ(files.Content(kFile), torn);
   files.SetWritable(true);
   EXPECT_EQ(Opened(files).Content(kFile), before);
 
   // One that is not whole says nothing.
-  FaultFiles others = Disk(before, Bytes(crash.journal.begin(), crash.journal.end() - 1));
+  FaultFiles others = Disk(before, Bytes(journal.begin(), journal.end() - 1));
   others.SetWritable(false);
   const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, others);
   EXPECT_EQ(ReadAll(*pager).size(), 12U);
