@@ -23,11 +23,9 @@ class CustomerWindowsTest : public DatabaseFixture {
     for (const std::string& text : tickets) {
       const int mode = text[0] - '0';
       const std::size_t blank = text.find(' ', 2);
-      StoredTicket ticket{mode, text.substr(2, blank - 2), ++seq[mode], {}};
-      for (std::size_t i = 0; i < 4; ++i) {
-        ticket.digits[i] = text[blank + 1 + i] - '0';
-      }
-      Run(InsertTicket(number, stamp, ticket));
+      const auto digit = [&](std::size_t place) { return text[blank + place] - '0'; };
+      Run(InsertTicket(number, stamp,
+                       {mode, text.substr(2, blank - 2), ++seq[mode], {digit(1), digit(2), digit(3), digit(4)}}));
     }
   }
 

@@ -18,9 +18,6 @@ class FrmInputTest : public DatabaseFixture {
     Enter(*window_, "txtVou_No", number);
     EnterDigits(*window_, digits);
   }
-  void Press(const QString& button, const std::vector<ModalStep>& steps = {}) {
-    marlevo::Press(*window_, button, steps);
-  }
   std::string Entered() const {
     std::string text = BoxText(*window_, "txtVou_No") + " ";
     for (int i = 0; i < 4; ++i) {
@@ -42,21 +39,21 @@ TEST_F(FrmInputTest, MirrorsEveryChangeUntilItIsOpenedAgain) {
   EXPECT_EQ(Entered(), " 0000");
   for (const char* draw : {"92001", "92005", "92003"}) {
     EnterDraw(draw, "3071");
-    Press("cmdAdd");
+    Press(*window_, "cmdAdd");
   }
   EXPECT_EQ(RowsText(window, "mfgNumeric"), "92001|3|0|7|1\n92005|3|0|7|1\n92003|3|0|7|1\n||||\n");
   EXPECT_EQ(Entered(), "92003 3071") << "the boxes keep their contents";
 
   EnterDraw("92005", "9876");
-  Press("cmdEdit");
+  Press(*window_, "cmdEdit");
   EnterDraw("92001", "0000");
-  Press("cmdDel");
+  Press(*window_, "cmdDel");
   EXPECT_EQ(RowsText(window, "mfgNumeric"), "92005|9|8|7|6\n92003|3|0|7|1\n||||\n");
   EXPECT_EQ(Entered(), "92001 0000") << "a row that goes chooses no other";
 
   // The same number, but not the same text.
   EnterDraw("092003", "5555");
-  Press("cmdEdit");
+  Press(*window_, "cmdEdit");
   EXPECT_EQ(RowsText(window, "mfgNumeric"), "92005|9|8|7|6\n92003|3|0|7|1\n||||\n");
   EXPECT_EQ(RowsText(Window(), "mfgNumeric"), "92003|5|5|5|5\n92005|9|8|7|6\n||||\n");
 }
@@ -64,14 +61,14 @@ TEST_F(FrmInputTest, MirrorsEveryChangeUntilItIsOpenedAgain) {
 TEST_F(FrmInputTest, ChangesNothingWhenANumberIsMissingTakenOrUnknown) {
   Window();
   for (const char* button : {"cmdAdd", "cmdEdit", "cmdDel"}) {
-    Press(button, {ExpectMessage("請先輸入期數 !!")});
+    Press(*window_, button, {ExpectMessage("請先輸入期數 !!")});
   }
   EnterDraw("92001", "1234");
-  Press("cmdEdit", {ExpectMessage("開獎期數不存在,不可修改 !!")});
-  Press("cmdDel", {ExpectMessage("開獎期數不存在,不可刪除 !!")});
-  Press("cmdAdd");
+  Press(*window_, "cmdEdit", {ExpectMessage("開獎期數不存在,不可修改 !!")});
+  Press(*window_, "cmdDel", {ExpectMessage("開獎期數不存在,不可刪除 !!")});
+  Press(*window_, "cmdAdd");
   EnterDraw("092001", "9999");
-  Press("cmdAdd", {ExpectMessage("開獎期數已經存在,不可新增 !!")});
+  Press(*window_, "cmdAdd", {ExpectMessage("開獎期數已經存在,不可新增 !!")});
   EXPECT_EQ(Stored(), "92001|1|2|3|4\n");
 }
 
@@ -132,24 +129,24 @@ TEST_F(FrmInputTest, TakesOnlyDigitsFromTheKeyboardAndAnythingFromTheClipboard) 
 TEST_F(FrmInputTest, GoesOnAfterAStatementThatTheDatabaseRefuses) {
   Window();
   EnterDraw("92001", "1234");
-  Press("cmdAdd");
+  Press(*window_, "cmdAdd");
   EnterDraw("92001 OR 1=1", "5555");  // pasted, it would mean every draw
   for (const char* button : {"cmdAdd", "cmdEdit", "cmdDel"}) {
-    Press(button, {ExpectErrorReport("不是數字", "繼續")});
+    Press(*window_, button, {ExpectErrorReport("不是數字", "繼續")});
   }
   EnterDraw("92001", "12x4");
-  Press("cmdEdit", {ExpectErrorReport("不是數字", "繼續")});
+  Press(*window_, "cmdEdit", {ExpectErrorReport("不是數字", "繼續")});
   EnterDraw("99999999999", "1234");
-  Press("cmdAdd", {ExpectErrorReport("數字太大", "繼續")});
+  Press(*window_, "cmdAdd", {ExpectErrorReport("數字太大", "繼續")});
   EXPECT_EQ(Stored(), "92001|1|2|3|4\n");
 
   // A change deletes the draw first; what the insert is refused for afterwards stays deleted.
   EnterDraw("92001", "1234");
   Find<QComboBox>(*window_, "cboCheck(3)").setEditText("99999999999");
-  Press("cmdEdit", {ExpectErrorReport("4star.mdb", "繼續")});
+  Press(*window_, "cmdEdit", {ExpectErrorReport("4star.mdb", "繼續")});
   EXPECT_EQ(Stored(), "");
   EnterDraw("92001", "4321");
-  Press("cmdAdd");
+  Press(*window_, "cmdAdd");
   EXPECT_EQ(Stored(), "92001|4|3|2|1\n");
 }
 
