@@ -1,7 +1,6 @@
 // A database with customers, and the windows of the customers opened on it.
 #pragma once
 
-#include <QPushButton>
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -19,14 +18,16 @@ class CustomerWindowsTest : public DatabaseFixture {
 
   // Tickets as "mode amount digits", e.g. "3 25 1709", numbered from 1 within their mode.
   void AddRecord(const std::string& number, const std::string& stamp, const std::vector<std::string>& tickets) {
+    Connection connection(Opening());
     int seq[10] = {};
     for (const std::string& text : tickets) {
       const int mode = text[0] - '0';
       const std::size_t blank = text.find(' ', 2);
       const auto digit = [&](std::size_t place) { return text[blank + place] - '0'; };
-      Run(InsertTicket(number, stamp,
-                       {mode, text.substr(2, blank - 2), ++seq[mode], {digit(1), digit(2), digit(3), digit(4)}}));
+      connection.Execute(InsertTicket(
+          number, stamp, {mode, text.substr(2, blank - 2), ++seq[mode], {digit(1), digit(2), digit(3), digit(4)}}));
     }
+    connection.Flush();
   }
 
   void Run(const std::string& sql) {

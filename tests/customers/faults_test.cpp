@@ -67,20 +67,15 @@ class HelperProcess {
 
 class FaultsTest : public CustomerWindowsTest {
  protected:
-  // Opens every window with a database in turn from a button, as the program does. Each opening is one step.
-  void OpenEachWindow(const std::string& connection_string, const ModalStep& step) {
+  // Opens every window with a database in turn. Each opening is one step.
+  static void OpenEachWindow(const std::string& connection_string, const ModalStep& step) {
     const CurrentList list;
     const std::vector<std::function<void()>> openings = {[&] { frmInput(nullptr, connection_string).exec(); },
                                                          [&] { frmCustom(nullptr, connection_string).exec(); },
                                                          [&] { frmSave(nullptr, connection_string, list).exec(); },
                                                          [&] { frmCustom_CHK(nullptr, connection_string).exec(); }};
     for (const auto& opening : openings) {
-      QWidget opener;
-      auto* const button = new QPushButton(&opener);
-      button->setObjectName("open");
-      QObject::connect(button, &QPushButton::clicked, opening);
-      opener.show();
-      Press(opener, "open", {step});
+      WithModals([&] { RunInEvent(opening); }, {step});
     }
   }
 
@@ -95,25 +90,15 @@ TEST_F(FaultsTest, AFileThatCannotBeOpenedGivesAReportAndNoWindow) {
   const auto opens_with_report = [&](const std::string& connection_string, const char* reason) {
     OpenEachWindow(connection_string, ExpectErrorReport(reason, "繼續"));
   };
-  const std::filesystem::path kept = folder_.Path() / "kept.mdb";
-  std::filesystem::copy_file(file_, kept);
-  const auto restore = [&] {
-    std::filesystem::remove(file_);  // MinGW's copy_file never replaces a file
-    std::filesystem::copy_file(kept, file_);
-  };
-  std::filesystem::remove(file_);
-  opens_with_report(Opening(), "找不到檔案");
-  std::ofstream(file_).close();
-  opens_with_report(Opening(), "損壞");
-  restore();
-  Overwrite(0, 64, '\0');
-  opens_with_report(Opening(), "損壞");
-  restore();
   opens_with_report(Opening().substr(0, Opening().rfind('=') + 1) + "wrong", "密碼不符");
   OpenEachWindow(Opening(), [](QWidget& window) { window.close(); });
-
-  // Another program's file under the same password.
+  Overwrite(0, 64, '\0');
+  opens_with_report(Opening(), "損壞");
+  std::ofstream(file_).close();
+  opens_with_report(Opening(), "損壞");
   std::filesystem::remove(file_);
+  opens_with_report(Opening(), "找不到檔案");
+  // Another program's file under the same password.
   access::Database::Create(file_, "qorvat", {{"OTHER", {{"A", access::ColumnType::kLong}}}});
   opens_with_report(Opening(), "缺少需要的資料表");
 }
@@ -121,14 +106,7 @@ TEST_F(FaultsTest, AFileThatCannotBeOpenedGivesAReportAndNoWindow) {
 TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
   AddCustomer({"A01", "王小明", "", "", ""});
   const std::uintmax_t healthy = std::filesystem::file_size(file_);
-  {
-    Connection connection(Opening());
-    int seq = 0;
-    for (int i = 0; i < 3000; ++i) {
-      connection.Execute(InsertTicket("A01", "20021005143012", {0, "25", ++seq, {1, 2, 3, 4}}));
-    }
-    connection.Flush();
-  }
+  AddRecord("A01", "20021005143012", std::vector<std::string>(3000, "0 25 1234"));
   ASSERT_GT(std::filesystem::file_size(file_), healthy + 65536);
   Overwrite(healthy + 32768, 32768, '\xAA');
   const Shown<frmCustom> window(Opening());

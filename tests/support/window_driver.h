@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QString>
 #include <QTest>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -52,24 +53,28 @@ Widget& Find(const QWidget& window, const QString& name) {
   return *widget;
 }
 
-// Presses a button inside an event, so that what its handler throws ends in the program's guard. The press itself is
-// not an event of the mouse or a key: what Qt keeps of those is lost when the handler throws, and sanitized builds
-// tell.
-inline void Click(const QWidget& window, const QString& button) {
-  class Operator : public QObject {
+// Runs it inside an event, so that what it throws ends in the program's guard.
+inline void RunInEvent(const std::function<void()>& action) {
+  class Runner : public QObject {
    public:
-    explicit Operator(QAbstractButton& pressed) : pressed_(pressed) {}
+    explicit Runner(const std::function<void()>& action) : action_(action) {}
     bool event(QEvent*) override {
-      pressed_.click();
+      action_();
       return true;
     }
 
    private:
-    QAbstractButton& pressed_;
+    const std::function<void()>& action_;
   };
-  Operator presses(Find<QAbstractButton>(window, button));
+  Runner runner(action);
   QEvent event(QEvent::User);
-  QCoreApplication::sendEvent(&presses, &event);
+  QCoreApplication::sendEvent(&runner, &event);
+}
+
+// The press itself is not an event of the mouse or a key: what Qt keeps of those is lost when the handler throws, and
+// sanitized builds tell.
+inline void Click(const QWidget& window, const QString& button) {
+  RunInEvent([&pressed = Find<QAbstractButton>(window, button)] { pressed.click(); });
 }
 
 // Presses a button and walks through the windows that it opens.
