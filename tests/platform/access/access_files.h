@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -36,8 +36,7 @@ inline std::string CellText(const Value& value) {
     std::string operator()(std::int64_t number) const { return std::to_string(number); }
     std::string operator()(double number) const {
       char text[40];
-      std::snprintf(text, sizeof text, "%.17g", number);
-      return text;
+      return {text, std::to_chars(text, std::end(text), number).ptr};
     }
     std::string operator()(std::string_view text) const { return std::string(1, '\'').append(text).append(1, '\''); }
     std::string operator()(Bytes bytes) const { return std::string("x").append(HexText(bytes)); }

@@ -3,6 +3,8 @@
 #include <random>
 #include <string>
 
+#include "platform/access/random_row.h"
+
 namespace marlevo::access {
 namespace {
 
@@ -32,27 +34,7 @@ bool Look(Cursor cursor, std::size_t columns) {
   return well;
 }
 
-// A value that the column takes; `n` tells rows apart.
-Value AnyValue(const Column& column, std::int64_t n, std::string& text) {
-  switch (column.type) {
-    case kBoolean:
-      return n % 2 == 0;
-    case kText:
-    case kMemo:
-      text = std::to_string(n * 7919) + std::string(column.length / 2 + static_cast<std::size_t>(n % 5), 'x');
-      text.resize(column.length == 0 ? text.size() : std::min(text.size(), column.length));
-      return std::string_view(text);
-    case kGuid:
-      return "{00112233-4455-6677-8899-AABBCCDDEEFF}"sv;
-    case kBinary:
-    case kOle:
-      return Bytes();
-    default:
-      return n % 200;
-  }
-}
-
-bool ChangeTable(Table& table) {
+bool ChangeTable(Table& table, unsigned seed) {
   bool well = true;
   int row = 0;
   for (Cursor cursor = table.Scan(); cursor.Next();) {
@@ -60,13 +42,9 @@ bool ChangeTable(Table& table) {
       well &= Attempt([&] { table.Delete(cursor.Row()); });
     }
   }
-  std::vector<std::string> texts(table.Columns().size());
-  for (std::int64_t n = 100; n < 104; ++n) {
-    std::vector<Value> values;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-      values.push_back(AnyValue(table.Columns()[i], n, texts[i]));
-    }
-    well &= Attempt([&] { table.Insert(values); });
+  std::mt19937 random(seed);
+  for (int n = 0; n < 4; ++n) {
+    well &= Attempt([&] { table.Insert(RandomRow(table.Columns(), "x", false, random).Values()); });
   }
   return well;
 }
@@ -74,52 +52,36 @@ bool ChangeTable(Table& table) {
 }  // namespace
 
 std::vector<std::byte> SmallFile(int version) {
+  const std::vector<ColumnSchema> a_columns{{"n", kLong},    {"text", kText, 255}, {"memo", kMemo},    {"b", kBoolean},
+                                            {"d", kDouble},  {"m", kCurrency},     {"day", kDateTime}, {"byte", kByte},
+                                            {"i", kInteger}, {"s", kSingle}};
+  const std::vector<IndexSchema> a_indexes{{.name = "PrimaryKey", .columns = {{"n"}}, .primary_key = true},
+                                           {.name = "text", .columns = {{"text", true}, {"b"}}, .ignore_nulls = true},
+                                           {.name = "d", .columns = {{"d"}, {"day"}, {"m"}, {"s"}}}};
+  const std::vector<ColumnSchema> b_columns{{"n", kLong}, {"ole", kOle}, {"id", kGuid}, {"bin", kBinary, 20}};
+  const TableSchema empty{"Empty", {{"text", kText, 9}}, {{.name = "text", .columns = {{"text"}}}}};
   pager::FaultFiles files;
   {
-    Database database = Database::Create(kAnyFile, "",
-                                         {{"A",
-                                           {{"n", kLong},
-                                            {"text", kText, 255},
-                                            {"memo", kMemo},
-                                            {"b", kBoolean},
-                                            {"d", kDouble},
-                                            {"m", kCurrency},
-                                            {"day", kDateTime},
-                                            {"byte", kByte},
-                                            {"i", kInteger},
-                                            {"s", kSingle}},
-                                           {{.name = "PrimaryKey", .columns = {{"n"}}, .primary_key = true},
-                                            {.name = "text", .columns = {{"text", true}, {"b"}}, .ignore_nulls = true},
-                                            {.name = "d", .columns = {{"d"}, {"day"}, {"m"}, {"s"}}}}},
-                                          {"B", {{"n", kLong}, {"ole", kOle}, {"id", kGuid}, {"bin", kBinary, 20}}},
-                                          {"Empty", {{"text", kText, 9}}, {{.name = "text", .columns = {{"text"}}}}}},
-                                         files, {.version = version});
+    Database database = Database::Create(kAnyFile, "", {{"A", a_columns, a_indexes}, {"B", b_columns}, empty}, files,
+                                         {.version = version});
     Table a = database.OpenTable("A");
     Table b = database.OpenTable("B");
     std::mt19937 random(1);
     const std::string memo(4200, 'm');
-    const std::byte ole[3] = {};
-    for (std::int64_t i = 0; i < 20; ++i) {
+    const Bytes ole = std::as_bytes(std::span("\0\0", 3));
+    for (int i = 0; i < 20; ++i) {
       std::string key = i % 7 == 0 ? "é" : "";
       while (key.size() < 240) {
         key += static_cast<char>('a' + random() % 26);
       }
-      const std::size_t length = i == 5 ? 4200 : i == 6 ? 200 : 10;
-      const RowId row = a.Insert(std::vector<Value>{i,
-                                                    std::string_view(key),
-                                                    std::string_view(memo).substr(0, length),
-                                                    i % 2 == 0,
-                                                    0.5,
-                                                    {},
-                                                    37000.25,
-                                                    i,
-                                                    i,
-                                                    1.5});
+      const auto text = std::string_view(memo).substr(0, i == 5 ? 4200 : i == 6 ? 200 : 10);
+      const RowId row =
+          a.Insert(std::vector<Value>{i, std::string_view(key), text, i % 2 == 0, 0.5, Value(), 37000.25, i, i, 1.5});
       if (i % 11 == 3) {
         a.Delete(row);
       }
       if (i % 8 == 0) {
-        b.Insert(std::vector<Value>{i, Bytes(ole), "{00112233-4455-6677-8899-AABBCCDDEEFF}"sv, Bytes(ole)});
+        b.Insert(std::vector<Value>{i, ole, "{00112233-4455-6677-8899-AABBCCDDEEFF}"sv, ole});
       }
     }
     database.Flush();
@@ -156,9 +118,9 @@ bool ChangeAnyFile(pager::FaultFiles& files) {
         Table table = database.OpenTable(name);
         well &= Attempt([&] {
           Statement undone(database);
-          ChangeTable(table);
+          ChangeTable(table, 1);
         });
-        well &= Attempt([&] { well &= ChangeTable(table); });
+        well &= Attempt([&] { well &= ChangeTable(table, 2); });
       });
     }
     database.Flush();

@@ -3,9 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <filesystem>
 #include <iostream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -30,9 +29,8 @@ class AccessDamage : public testing::TestWithParam<const char*> {
       files.Put(kAnyFile, good_);
       ASSERT_TRUE(ReadAnyFile(files) && ChangeAnyFile(files) && ReadAnyFile(files));
     } else if (const char* samples = std::getenv("MARLEVO_SAMPLES"); samples != nullptr) {
-      std::ifstream in(std::filesystem::path(samples) / name, std::ios::binary);
-      const std::string content(std::istreambuf_iterator<char>(in), {});
-      const auto bytes = std::as_bytes(std::span(content));
+      const std::string content = ReadFile(std::filesystem::path(samples) / name);
+      const Bytes bytes = std::as_bytes(std::span(content));
       good_.assign(bytes.begin(), bytes.end());
     } else {
       GTEST_SKIP() << kNoSamples;

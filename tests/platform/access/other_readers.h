@@ -1,20 +1,15 @@
-// Tables as other readers of such files print them: CSV with a header, then a line a row.
+// Tables as other readers of such files print them.
 #pragma once
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "platform/access/access_files.h"
 
 namespace marlevo::access {
-
-using Lines = std::vector<std::string>;
 
 inline std::string DateText(double serial) {
   const double day = std::trunc(serial);
@@ -28,84 +23,49 @@ inline std::string DateText(double serial) {
   return text;
 }
 
-// The same words for the same number.
-inline std::string NumberText(const Column& column, double number) {
-  return CellText(column.type == ColumnType::kSingle ? static_cast<float>(number) : number);
-}
-
-// Of a text only the quote before it stays.
-inline Lines LinesOf(const std::string& csv, const std::vector<Column>& columns) {
-  Lines lines;
-  std::string line;
-  std::string cell;
-  std::size_t column = 0;
-  for (std::size_t i = 0; i < csv.size(); ++i) {
-    if (csv[i] == '"') {
-      cell = '"';
-      for (++i; csv[i] != '"' || csv[i + 1] == '"'; ++i) {
-        cell += csv[i];
-        i += csv[i] == '"' ? 1 : 0;
-      }
-    } else if (csv[i] != ',' && csv[i] != '\n') {
-      cell += csv[i];
-    } else {
-      double number = 0;
-      const auto [end, error] = std::from_chars(cell.data(), cell.data() + cell.size(), number);
-      const bool is_number = error == std::errc() && end == cell.data() + cell.size();
-      line += (is_number ? NumberText(columns.at(column), number) : cell) + csv[i];
-      cell.clear();
-      ++column;
-      if (csv[i] == '\n') {
-        lines.push_back(std::exchange(line, {}));
-        column = 0;
-      }
+inline std::string CsvCell(const Column& column, const Value& cell) {
+  if (const auto* text = std::get_if<std::string_view>(&cell)) {
+    std::string quoted = "\"";
+    for (const char character : *text) {
+      quoted.append(character == '"' ? 2 : 1, character);
     }
+    return quoted + '"';
   }
-  return lines;
+  if (const auto* boolean = std::get_if<bool>(&cell)) {
+    return *boolean ? "1" : "0";
+  }
+  if (const auto* bytes = std::get_if<Bytes>(&cell)) {
+    return std::string("0x").append(HexText(*bytes));
+  }
+  if (const auto* real = std::get_if<double>(&cell); real != nullptr && column.type == ColumnType::kDateTime) {
+    return DateText(*real);
+  } else if (real != nullptr && column.type == ColumnType::kCurrency) {
+    char money[40];
+    std::snprintf(money, sizeof money, "%.4f", *real);
+    return money;
+  }
+  return cell.index() == 0 ? "" : CellText(cell);
 }
 
-inline std::string PrintedCell(Cursor& cursor, std::size_t i, const Column& column) {
-  if (cursor.IsNull(i)) {
-    return {};
-  }
-  switch (column.type) {
-    case ColumnType::kText:
-    case ColumnType::kMemo:
-    case ColumnType::kGuid:
-      return std::string(1, '"').append(cursor.Text(i));
-    case ColumnType::kDateTime:
-      return DateText(cursor.Real(i));
-    case ColumnType::kBinary:
-    case ColumnType::kOle:
-      return std::string("0x").append(HexText(cursor.Raw(i)));
-    default:
-      return NumberText(column, cursor.Real(i));
-  }
-}
-
-inline Lines LinesOf(const Table& table) {
+// The columns' names, then a line a row.
+inline std::string CsvOf(const Table& table) {
+  std::string csv;
   const std::vector<Column>& columns = table.Columns();
-  const auto separator = [&](const Column& column) { return &column == &columns.back() ? '\n' : ','; };
-  Lines lines(1);
   for (const Column& column : columns) {
-    lines[0].append(1, '"').append(column.name) += separator(column);
+    csv.append(csv.empty() ? "\"" : ",\"").append(column.name) += '"';
   }
   for (Cursor cursor = table.Scan(); cursor.Next();) {
-    lines.emplace_back();
     for (std::size_t i = 0; i < columns.size(); ++i) {
-      lines.back().append(PrintedCell(cursor, i, columns[i])) += separator(columns[i]);
+      csv.append(i == 0 ? "\n" : ",").append(CsvCell(columns[i], cursor.Cell(i)));
     }
   }
-  return lines;
+  return csv + '\n';
 }
 
-// The first lines that differ; "" when none do.
-inline std::string Difference(const Lines& theirs, const Lines& ours) {
-  const auto [their, our] = std::ranges::mismatch(theirs, ours);
-  return their == theirs.end() && our == ours.end()
-             ? ""
-             : "the other reader: " + (their == theirs.end() ? "no more\n" : *their) +
-                   "the engine: " + (our == ours.end() ? "no more\n" : *our);
+// "", or both from the first difference on.
+inline std::string Difference(const std::string& theirs, const std::string& ours) {
+  const auto same = static_cast<std::size_t>(std::ranges::mismatch(theirs, ours).in1 - theirs.begin());
+  return theirs == ours ? "" : theirs.substr(same, 300) + "\n/ " + ours.substr(same, 300);
 }
 
 }  // namespace marlevo::access

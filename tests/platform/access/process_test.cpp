@@ -14,20 +14,14 @@
 
 #include "platform/access/access_files.h"
 #include "platform/access/database.h"
-#include "support/scratch_folder.h"
 
 namespace marlevo::access {
 namespace {
 
-using namespace std::string_view_literals;
-namespace fs = std::filesystem;
+using enum ColumnType;
 
 constexpr std::int64_t kBatch = 40;  // rows of one statement
 constexpr std::int64_t kKept = 5;    // statements whose rows stay
-
-Database OpenFile(const fs::path& file) {
-  return Database::Open(file, {.password = "qorvat", .code_page = {}});
-}
 
 // Statement n puts in the rows of batch n and takes out those of batch n - kKept. How many statements the file holds,
 // or nothing when it holds anything else.
@@ -48,44 +42,43 @@ std::optional<std::int64_t> StatementsIn(const Table& table) {
   return batches.size() == static_cast<std::size_t>(std::min(kKept, last + 1)) ? std::optional(last + 1) : std::nullopt;
 }
 
-// Never returns. Says how many statements are flushed, again and again.
-[[noreturn]] void WorkForever(const fs::path& file, int out) {
-  try {
-    Database database = OpenFile(file);
-    Table table = database.OpenTable("T");
-    const std::string text(200, 'x');
-    for (std::int64_t n = StatementsIn(table).value();; ++n) {
-      Statement statement(database);
-      for (Cursor cursor = table.Scan(std::vector<Equals>{{0, n - kKept}}); cursor.Next();) {
-        table.Delete(cursor.Row());
-      }
-      for (std::int64_t i = 0; i < kBatch; ++i) {
-        table.Insert(std::vector<Value>{n, i, std::string_view(text).substr(0, static_cast<std::size_t>(n * i % 200))});
-      }
-      statement.Commit();
-      if (n % 3 == 0) {
-        database.Flush();
-        const std::int64_t flushed = n + 1;
-        if (write(out, &flushed, sizeof flushed) != sizeof flushed) {
-          _exit(2);
+class AccessProcess : public NewFileTest {
+ protected:
+  // Never returns. Says how many statements are flushed, again and again.
+  [[noreturn]] void WorkForever(int out) const {
+    try {
+      Database database = Reopen();
+      Table table = database.OpenTable("T");
+      const std::string text(200, 'x');
+      for (std::int64_t n = StatementsIn(table).value();; ++n) {
+        InOneStatement(database, [&] {
+          for (Cursor cursor = table.Scan(std::vector<Equals>{{0, n - kKept}}); cursor.Next();) {
+            table.Delete(cursor.Row());
+          }
+          for (std::int64_t i = 0; i < kBatch; ++i) {
+            table.Insert(Row{n, i, std::string_view(text).substr(0, static_cast<std::size_t>(n * i % 200))});
+          }
+        });
+        if (n % 3 == 0) {
+          database.Flush();
+          const std::int64_t flushed = n + 1;
+          if (write(out, &flushed, sizeof flushed) != sizeof flushed) {
+            _exit(2);
+          }
         }
       }
+    } catch (const std::exception& error) {
+      std::cerr << error.what() << "\n";
+      _exit(1);
     }
-  } catch (const std::exception& error) {
-    std::cerr << error.what() << "\n";
-    _exit(1);
   }
-}
+};
 
-TEST(AccessProcess, KilledAtAnyMomentLosesNothingFlushed) {
-  const testing_support::ScratchFolder folder;
-  const fs::path file = folder.Path() / "4star.mdb";
-  static_cast<void>(
-      Database::Create(file, "qorvat",
-                       {{"T",
-                         {{"batch", ColumnType::kLong}, {"n", ColumnType::kLong}, {"text", ColumnType::kText, 255}},
-                         {{.name = "PrimaryKey", .columns = {{"batch"}, {"n"}}, .primary_key = true},
-                          {.name = "text", .columns = {{"text", true}}}}}}));
+TEST_F(AccessProcess, KilledAtAnyMomentLosesNothingFlushed) {
+  Make({{"T",
+         {{"batch", kLong}, {"n", kLong}, {"text", kText, 255}},
+         {{.name = "PrimaryKey", .columns = {{"batch"}, {"n"}}, .primary_key = true},
+          {.name = "text", .columns = {{"text", true}}}}}});
   std::mt19937 random(std::random_device{}());
   const char* wanted = std::getenv("MARLEVO_KILLS");
   const int kills = wanted != nullptr ? std::atoi(wanted) : 50;
@@ -96,7 +89,7 @@ TEST(AccessProcess, KilledAtAnyMomentLosesNothingFlushed) {
     const pid_t child = fork();
     if (child == 0) {
       close(ends[0]);
-      WorkForever(file, ends[1]);
+      WorkForever(ends[1]);
     }
     close(ends[1]);
     std::int64_t flushed = 0;
@@ -105,7 +98,7 @@ TEST(AccessProcess, KilledAtAnyMomentLosesNothingFlushed) {
     // Who has the file open for reading has to get along with what is left behind.
     std::optional<Database> database;
     if (turn % 2 == 0) {
-      database.emplace(OpenFile(file));
+      database.emplace(Reopen());
     }
     usleep(static_cast<useconds_t>(random() % 20000));
     kill(child, SIGKILL);
@@ -115,7 +108,7 @@ TEST(AccessProcess, KilledAtAnyMomentLosesNothingFlushed) {
     close(ends[0]);
 
     if (!database) {
-      database.emplace(OpenFile(file));
+      database.emplace(Reopen());
     }
     const std::optional<std::int64_t> found = StatementsIn(database->OpenTable("T"));
     ASSERT_TRUE(found.has_value()) << "half a statement";

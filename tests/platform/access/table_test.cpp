@@ -155,31 +155,6 @@ TEST_P(AccessTable, ReusesFreedSpace) {
   EXPECT_EQ(Health(database), "sound");
 }
 
-TEST_P(AccessTable, ScansWhileRowsComeAndGo) {
-  const Database database = Make({{"T", {{"n", kLong}, {"text", kText, 50}}}});
-  Table table = database.OpenTable("T");
-  std::vector<RowId> ids;
-  for (int i = 0; i < 1000; ++i) {
-    ids.push_back(table.Insert(Row{i, "abcdefghij"sv}));
-  }
-  // Deletes the current row and the one two further on, which must not come up any more.
-  int seen = 0;
-  for (Cursor cursor = table.Scan(); cursor.Next(); ++seen) {
-    const auto n = static_cast<std::size_t>(cursor.Integer(0));
-    ASSERT_EQ(cursor.Row(), ids[n]);
-    ASSERT_NE(n % 4, 2u);
-    if (n % 4 == 0) {
-      EXPECT_TRUE(table.Delete(ids[n]));
-      EXPECT_TRUE(table.Delete(ids[n + 2]));
-      EXPECT_FALSE(table.Delete(ids[n + 2]));
-    }
-  }
-  EXPECT_EQ(seen, 750);
-  EXPECT_EQ(table.RowCount(), 500u);
-  EXPECT_EQ(RowsOf(table).size(), 500u);
-  EXPECT_EQ(Health(database), "sound");
-}
-
 TEST_P(AccessTable, ConditionsMeanEquality) {
   const Database database =
       Make({{"T", {{"i16", kInteger}, {"u8", kByte}, {"d", kDouble}, {"b", kBoolean}, {"text", kText, 9}}}});
@@ -197,29 +172,6 @@ TEST_P(AccessTable, ConditionsMeanEquality) {
     }
     EXPECT_EQ(rows, expected) << conditions[0].column << " = " << conditions[0].value;
   }
-}
-
-TEST_P(AccessTable, ConnectionsSeeEachOther) {
-  const Database first = Make({{"T", {{"n", kLong}}}});
-  const Database second = Reopen();
-  Table a = first.OpenTable("T");
-  Table b = second.OpenTable("T");
-  for (int i = 0; i < 2000; ++i) {
-    (i % 2 == 0 ? a : b).Insert(Row{i});
-  }
-  EXPECT_EQ(RowsOf(a), RowsOf(b));
-  for (Cursor cursor = a.Scan(); cursor.Next();) {
-    b.Delete(cursor.Row());
-  }
-  a.Insert(Row{7});
-  EXPECT_EQ(TextsOf(b), std::vector<std::string>{"7"});
-  {
-    const Statement statement(first);
-    a.Insert(Row{8});
-    EXPECT_NE(ErrorOf([&] { b.Insert(Row{9}); }), "no error");
-  }
-  EXPECT_EQ(TextsOf(b), std::vector<std::string>{"7"});
-  EXPECT_EQ(Health(second), "sound");
 }
 
 TEST_P(AccessTable, MapsGrowWithTheFile) {
