@@ -55,20 +55,8 @@ Widget& Find(const QWidget& window, const QString& name) {
 
 // Runs it inside an event, so that what it throws ends in the program's guard.
 inline void RunInEvent(const std::function<void()>& action) {
-  class Runner : public QObject {
-   public:
-    explicit Runner(const std::function<void()>& action) : action_(action) {}
-    bool event(QEvent*) override {
-      action_();
-      return true;
-    }
-
-   private:
-    const std::function<void()>& action_;
-  };
-  Runner runner(action);
-  QEvent event(QEvent::User);
-  QCoreApplication::sendEvent(&runner, &event);
+  QMetaObject::invokeMethod(qApp, action, Qt::QueuedConnection);
+  QCoreApplication::sendPostedEvents(qApp, QEvent::MetaCall);
 }
 
 // The press itself is not an event of the mouse or a key: what Qt keeps of those is lost when the handler throws, and

@@ -4,13 +4,11 @@
 
 #include <QDialog>
 #include <QPushButton>
-#include <QTest>
 #include <QTimer>
-#include <functional>
 #include <stdexcept>
 
 #include "platform/errors/operation_error.h"
-#include "support/qt_modal.h"
+#include "support/window_driver.h"
 
 namespace marlevo {
 namespace {
@@ -19,29 +17,28 @@ void Fail() {
   throw DatabaseError("讀取客戶資料", "4star.mdb", "page 7 is damaged");
 }
 
-// From the event loop, as the slot of a timer.
-void Later(const std::function<void()>& action) {
-  QTimer::singleShot(0, action);
-  QTest::qWait(20);
-}
-
 TEST(ErrorGuardTest, AnErrorOfASlotIsReportedAndTheProgramGoesOn) {
   QPushButton button;
   QObject::connect(&button, &QPushButton::clicked, &Fail);
   for (const char* const words : {"讀取客戶資料", "4star.mdb", "page 7 is damaged"}) {
-    WithModals([&] { Later([&] { button.click(); }); }, {ExpectErrorReport(words, "繼續")});
+    WithModals([&] { RunInEvent([&] { button.click(); }); }, {ExpectErrorReport(words, "繼續")});
   }
   // Not only errors of files and printers, and not only in slots.
-  WithModals([] { Later([] { throw std::length_error("too long"); }); }, {ExpectErrorReport("too long", "繼續")});
+  WithModals([] { RunInEvent([] { throw std::length_error("too long"); }); }, {ExpectErrorReport("too long", "繼續")});
 }
 
 TEST(ErrorGuardTest, ASecondErrorWaitsForTheFirstReport) {
-  WithModals([] { Later(&Fail); }, {[](QWidget& first) {
-                                      Later([] { throw PrinterError("列印", "HP LaserJet", "no paper"); });
-                                      EXPECT_EQ(QApplication::activeModalWidget(), &first);
-                                      ExpectErrorReport("4star.mdb", "繼續")(first);
-                                    },
-                                    ExpectErrorReport("HP LaserJet", "繼續")});
+  bool first_is_over = false;
+  const ModalStep first = [&](QWidget& window) {
+    RunInEvent([] { throw PrinterError("列印", "HP LaserJet", "no paper"); });
+    ExpectErrorReport("4star.mdb", "繼續")(window);
+    first_is_over = true;
+  };
+  const ModalStep second = [&](QWidget& window) {
+    EXPECT_TRUE(first_is_over);
+    ExpectErrorReport("HP LaserJet", "繼續")(window);
+  };
+  WithModals([] { RunInEvent(&Fail); }, {first, second});
 }
 
 // The last one: the application is over afterwards.
