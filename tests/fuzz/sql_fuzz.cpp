@@ -58,7 +58,7 @@ class Target {
   std::size_t changes_ = 0;
 };
 
-constexpr std::string_view kSql =
+constexpr std::string_view kWords =
     "SELECT * FROM T| WHERE |INSERT INTO T VALUES (|INSERT INTO U (NO,Y) VALUES (|DELETE FROM T|SELECT * FROM [U]|=|"
     " ORDER BY | GROUP BY | DESC|COUNT(*)|NO|[NO]|AMT|N|rowid|B|M|C|D|G|Y|'A01'|'陳'|NULL|-1|0.5|2147483647|"
     "9223372036854775807|1e300| AND | OR | IS | IN (|)|<|>=|<>| LIKE | BETWEEN | NOT | JOIN U| ON | LIMIT |,| AS |"
@@ -76,8 +76,7 @@ auto Tables(std::string_view sql) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static Target target;
-  static const std::vector<std::string_view> kWords = Words(kSql);
-  const std::string sql = FuzzInput(data, size).Text(kWords);
+  const std::string sql = FuzzInput(data, size).Text(Words(kWords));
   if (Tables(sql) < 24) {
     target.Run(sql);
   }

@@ -78,8 +78,7 @@ TEST(Pager, EditsHeldAcrossASpillAreNotLost) {
   Fill(early.Bytes(), 5, 7001);
   statement.Commit();
   pager->Flush();
-  const std::shared_ptr<Pager> again = Pager::Open(kFile, TestProbe, *files.Killed());
-  const Image image = ReadAll(*again);
+  const Image image = ReadAll(*Pager::Open(kFile, TestProbe, *files.Killed()));
   EXPECT_EQ(image[5], 7001U);
   EXPECT_EQ(image[199], 7000U);
 }

@@ -128,9 +128,8 @@ TEST(Processes, MemoryIsBoundedWhateverTheSize) {
   std::ofstream(path).put('x');
   std::filesystem::resize_file(path, kPages * kPage);
   const std::size_t before = PeakMemory();
-  const std::shared_ptr<Pager> pager = Pager::Open(path, [](std::span<const std::byte>) {
-    return PageFormat{kPage, {}};
-  });
+  const auto format = [](std::span<const std::byte>) { return PageFormat{kPage, {}}; };
+  const std::shared_ptr<Pager> pager = Pager::Open(path, format);
   {
     Statement statement(*pager);
     for (std::uint32_t page = 0; page < kPages; ++page) {
