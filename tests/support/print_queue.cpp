@@ -13,12 +13,12 @@ bool PrintQueue::Installed() {
 }
 
 PrintQueue::PrintQueue() {
-  OutputOf(PRINT_QUEUE_SCRIPT, {"start", folder_.path().toStdString()});
+  OutputOf(PRINT_QUEUE_SCRIPT, {"start", folder_.path()});
   qputenv("CUPS_SERVER", folder_.filePath("socket").toUtf8());
 }
 
 PrintQueue::~PrintQueue() {
-  OutputOf(PRINT_QUEUE_SCRIPT, {"stop", folder_.path().toStdString()});
+  OutputOf(PRINT_QUEUE_SCRIPT, {"stop", folder_.path()});
 }
 
 std::vector<PrintedJob> PrintQueue::TakeJobs() {
@@ -38,8 +38,7 @@ std::vector<PrintedJob> PrintQueue::TakeJobs() {
 }
 
 void PrintQueue::Accept(bool accept) {
-  OutputOf(accept ? "/usr/sbin/cupsaccept" : "/usr/sbin/cupsreject",
-           {"-h", folder_.filePath("socket").toStdString(), "slips"});
+  OutputOf(accept ? "/usr/sbin/cupsaccept" : "/usr/sbin/cupsreject", {"-h", folder_.filePath("socket"), "slips"});
 }
 
 }  // namespace marlevo::test

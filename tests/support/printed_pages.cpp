@@ -49,20 +49,17 @@ std::vector<Mark> FilledRectangles(std::istream& content, double page_height) {
 
 }  // namespace
 
-std::string OutputOf(const std::string& program, const std::vector<std::string>& arguments) {
-  QStringList list;
-  for (const std::string& argument : arguments) {
-    list += QString::fromStdString(argument);
-  }
+QString OutputOf(const QString& program, const QStringList& arguments) {
   QProcess process;
-  process.start(QString::fromStdString(program), list);
+  process.start(program, arguments);
   EXPECT_TRUE(process.waitForFinished(60000) && process.exitCode() == 0)
-      << program << ": " << process.readAllStandardError().toStdString();
-  return process.readAllStandardOutput().toStdString();
+      << program.toStdString() << ": " << process.readAllStandardError().toStdString();
+  return process.readAllStandardOutput();
 }
 
 std::vector<PrintedPage> ReadPdf(const std::filesystem::path& pdf) {
-  std::istringstream lines(OutputOf("qpdf", {"--qdf", "--object-streams=disable", pdf.string(), "-"}));
+  const QString file = QString::fromStdString(pdf.string());
+  std::istringstream lines(OutputOf("qpdf", {"--qdf", "--object-streams=disable", file, "-"}).toStdString());
   std::vector<PrintedPage> pages;
   for (std::string line; std::getline(lines, line);) {
     if (line == "  /MediaBox [") {
@@ -84,7 +81,7 @@ std::vector<PrintedPage> ReadPdf(const std::filesystem::path& pdf) {
 
 std::vector<PageText> ReadPdfWords(const std::filesystem::path& pdf) {
   static const QRegularExpression word(R"re(<word xMin="([\d.]+)" yMin="([\d.]+)"[^>]*>([^<]*)</word>)re");
-  const QString output = QString::fromStdString(OutputOf("pdftotext", {"-bbox", pdf.string(), "-"}));
+  const QString output = OutputOf("pdftotext", {"-bbox", QString::fromStdString(pdf.string()), "-"});
   std::vector<PageText> words;
   for (const QRegularExpressionMatch& match : word.globalMatch(output)) {
     words.push_back({match.captured(1).toDouble() * kTwipsPerPoint, match.captured(2).toDouble() * kTwipsPerPoint,

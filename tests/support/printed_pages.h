@@ -1,8 +1,8 @@
 // A PDF as the printer got it, taken apart by qpdf: the filled rectangles of every page, measured on paper.
 #pragma once
 
+#include <QStringList>
 #include <filesystem>
-#include <string>
 #include <vector>
 
 #include "platform/printer/page_drawing.h"
@@ -21,6 +21,6 @@ std::vector<PrintedPage> ReadPdf(const std::filesystem::path& pdf);
 std::vector<PageText> ReadPdfWords(const std::filesystem::path& pdf);
 
 // What a program writes to its standard output. Fails the test when the program does.
-std::string OutputOf(const std::string& program, const std::vector<std::string>& arguments);
+QString OutputOf(const QString& program, const QStringList& arguments);
 
 }  // namespace marlevo::test
