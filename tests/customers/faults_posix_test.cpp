@@ -14,36 +14,30 @@
 namespace marlevo {
 namespace {
 
-using FaultsPosixTest = CustomerWindowsTest;
-
-// Takes the right to write to a folder and what is in it from this process, root or not, as long as it lives.
-class ReadOnlyFolder {
- public:
-  explicit ReadOnlyFolder(const std::filesystem::path& folder) : folder_(folder), user_(geteuid()) {
+class ReadOnlyFolderTest : public CustomerWindowsTest {
+ protected:
+  // Takes the right to write to the folder and what is in it from this process, root or not.
+  void MakeReadOnly() const {
     using std::filesystem::perms;
     Permit(perms::all & ~(perms::owner_write | perms::group_write | perms::others_write));
-    if (user_ == 0) {
-      constexpr uid_t kNobody = 65534;
-      EXPECT_EQ(seteuid(kNobody), 0);
-    }
+    constexpr uid_t kNobody = 65534;
+    EXPECT_EQ(seteuid(user_ == 0 ? kNobody : user_), 0);
   }
-  ~ReadOnlyFolder() {
+  void MakeWritable() const {
     EXPECT_EQ(seteuid(user_), 0);
     Permit(std::filesystem::perms::owner_all);
   }
-  ReadOnlyFolder(const ReadOnlyFolder&) = delete;
-  ReadOnlyFolder& operator=(const ReadOnlyFolder&) = delete;
+  void TearDown() override { MakeWritable(); }
 
  private:
-  void Permit(std::filesystem::perms rights) {
-    for (const auto& file : std::filesystem::directory_iterator(folder_)) {
+  void Permit(std::filesystem::perms rights) const {
+    for (const auto& file : std::filesystem::directory_iterator(folder_.Path())) {
       std::filesystem::permissions(file, rights);
     }
-    std::filesystem::permissions(folder_, rights);
+    std::filesystem::permissions(folder_.Path(), rights);
   }
 
-  std::filesystem::path folder_;
-  uid_t user_;
+  const uid_t user_ = geteuid();
 };
 
 // With the database on a disk of 8 MB that this process alone sees.
@@ -76,11 +70,11 @@ class FullDiskTest : public CustomerWindowsTest {
   bool mounted_ = false;
 };
 
-TEST_F(FaultsPosixTest, AReadOnlyFolderCanBeLookedAtButNotChanged) {
+TEST_F(ReadOnlyFolderTest, CanBeLookedAtButNotChanged) {
   AddCustomer({"A01", "王小明", "", "", ""});
   AddRecord("A01", "20021005143012", {"0 25 1234"});
+  MakeReadOnly();
   {
-    const ReadOnlyFolder folder(folder_.Path());
     const Shown<frmCustom> window(Opening());
     PressRow(window, "mfgCustom_H", 0);
     EXPECT_EQ(RowsText(window, "lstRecord"), "2002/10/05-14:30:12     1張\n");
@@ -90,6 +84,7 @@ TEST_F(FaultsPosixTest, AReadOnlyFolderCanBeLookedAtButNotChanged) {
     Enter(window, "txtCustom_No", "A01");
     Press(window, "cmdEdit", {ExpectErrorReport("唯讀", "繼續")});
   }
+  MakeWritable();
   EXPECT_EQ(Customers(), "A01|王小明|||\n");
 }
 
