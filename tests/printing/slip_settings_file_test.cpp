@@ -64,15 +64,11 @@ TEST_F(SlipSettingsFile, AFileThatCannotBeOpenedIsAnError) {
   Write("[PRINTER SET]\r\nTOP = 7\r\n");
   std::filesystem::permissions(folder_, std::filesystem::perms(0755));
   std::filesystem::permissions(file_, std::filesystem::perms::none);
-  const bool root = geteuid() == 0;
-  if (root) {
-    ASSERT_EQ(seteuid(65534), 0);  // root opens everything
-  }
+  const uid_t user = geteuid();
+  ASSERT_EQ(seteuid(user == 0 ? 65534 : user), 0);  // root opens everything
   EXPECT_THROW(LoadSlipSettings(folder_, "4Star"), FileError);
-  EXPECT_THROW(SaveSlipSettings(root ? folder_ : "/", "4Star", kValues), FileError);  // a folder of somebody else
-  if (root) {
-    ASSERT_EQ(seteuid(0), 0);
-  }
+  EXPECT_THROW(SaveSlipSettings(user == 0 ? folder_ : "/", "4Star", kValues), FileError);  // somebody else's
+  ASSERT_EQ(seteuid(user), 0);
 }
 
 TEST_F(SlipSettingsFile, SavesTheWholeFileOrLeavesTheOldOne) {
