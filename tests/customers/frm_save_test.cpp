@@ -33,9 +33,11 @@ TEST_F(FrmSaveTest, StoresEveryTicketOfTheTickedKindsUnderOneStamp) {
   EXPECT_EQ(Tickets("A01"), "");
   const std::string stored = Tickets("A02");
   EXPECT_EQ(stored.find_first_not_of("0123456789"), 14U) << stored;
-  const std::string stamp = stored.substr(0, 14);
-  EXPECT_EQ(stored, stamp + "|0|25|1|1|2|3|4\n" + stamp + "|0|25|2|5|6|7|8\n" +  //
-                        stamp + "|3|1250|1|1|1|2|0\n" + stamp + "|3|1250|2|1|0|3|0\n");
+  std::string expected;
+  for (const char* ticket : {"0|25|1|1|2|3|4", "0|25|2|5|6|7|8", "3|1250|1|1|1|2|0", "3|1250|2|1|0|3|0"}) {
+    expected += stored.substr(0, 14) + "|" + ticket + "\n";
+  }
+  EXPECT_EQ(stored, expected);
 }
 
 TEST_F(FrmSaveTest, SavesAListWithoutTicketsAndAListWithoutCustomers) {
