@@ -124,12 +124,17 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
     }
   }
 
+  // On all rows.
+  Cursor AnyCursor() {
+    const Table& table = AnyTable();
+    const bool walks = !table.Indexes().empty() && table.Indexes()[0].complete && random_() % 2 == 0;
+    return walks ? table.Walk(0, {}) : table.Scan();
+  }
+
   // Deletes rows under a cursor, also others than its own.
   void ThinOut() {
-    Table& table = AnyTable();
-    const bool walks = !table.Indexes().empty() && table.Indexes()[0].complete && random_() % 2 == 0;
     std::set<RowId> seen;
-    for (Cursor cursor = walks ? table.Walk(0, {}) : table.Scan(); cursor.Next();) {
+    for (Cursor cursor = AnyCursor(); cursor.Next();) {
       const RowId row = cursor.Row();
       EXPECT_TRUE(model_.contains(row) && seen.insert(row).second);
       if (random_() % 4 == 0) {
@@ -140,7 +145,7 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
     EXPECT_TRUE(std::ranges::all_of(model_, [&](const auto& row) { return seen.contains(row.first); }));
   }
 
-  // Inserts or deletes many rows as one statement, which may be given up.
+  // Inserts many rows, or deletes them under a cursor, as one statement, which may be given up.
   void Batch() {
     const Rows before = model_;
     Statement statement(*database_);
@@ -152,7 +157,7 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
       }
     } else {
       const auto kept = 1 + random_() % 3;
-      for (Cursor cursor = AnyTable().Scan(); cursor.Next();) {
+      for (Cursor cursor = AnyCursor(); cursor.Next();) {
         if (random_() % 4 >= kept) {
           Delete(cursor.Row());
         }

@@ -2,24 +2,20 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <ctime>
 #include <string>
 
 #include "platform/access/access_files.h"
 
 namespace marlevo::access {
 
+// Of a day from 1970 on.
 inline std::string DateText(double serial) {
-  const double day = std::trunc(serial);
-  const long long seconds = std::llround(std::abs(serial - day) * 86400);
-  const std::chrono::year_month_day date =
-      std::chrono::sys_days(std::chrono::year{1899} / 12 / 30) + std::chrono::days(std::lround(day) + seconds / 86400);
-  const long long second = seconds % 86400;
-  char text[80];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02u %02lld:%02lld:%02lld", int{date.year()}, unsigned{date.month()},
-                unsigned{date.day()}, second / 3600, second / 60 % 60, second % 60);
+  const std::time_t time = std::llround((serial - 25569) * 86400);
+  char text[40];
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", std::gmtime(&time));
   return text;
 }
 

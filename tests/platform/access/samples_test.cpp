@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -54,17 +54,10 @@ TEST(Samples, EveryTableReadsAsDumped) {
     SCOPED_TRACE(name);
     const Database database = Database::Open(entry.path(), OptionsFor(name));
     EXPECT_EQ(Health(database), "sound");
-    std::vector<std::string> dumped;
     const fs::path dumps = folder / "csv" / name;
-    if (fs::exists(dumps)) {
-      for (const fs::directory_entry& dump : fs::directory_iterator(dumps)) {
-        dumped.push_back(dump.path().stem().string());
-      }
-    }
-    std::vector<std::string> tables = database.Tables();
-    std::ranges::sort(tables);
-    std::ranges::sort(dumped);
-    ASSERT_EQ(tables, dumped);
+    const std::vector<std::string> tables = database.Tables();
+    const auto dumped = fs::exists(dumps) ? std::distance(fs::directory_iterator(dumps), {}) : 0;
+    EXPECT_EQ(std::ssize(tables), dumped);
     for (const std::string& table_name : tables) {
       const Table table = database.OpenTable(table_name);
       const std::string dump = ReadFile(dumps / (table_name + ".csv"));
