@@ -251,15 +251,12 @@ TEST_F(TableIndexes, RefuseBeforeAnythingChanges) {
 
 // Access judges by them which index to use.
 TEST_F(TableIndexes, CountDifferentKeys) {
+  const std::vector<IndexSchema> three{{.name = "n", .columns = {{"n"}}, .unique = true},
+                                       {.name = "no", .columns = {{"no"}}},
+                                       {.name = "some", .columns = {{"no", true}}, .ignore_nulls = true}};
   for (const NewFile& format : kFormats) {
     fs::remove(file_);
-    Table table = Make({{"T",
-                         {{"n", kLong}, {"no", kText, 9}},
-                         {{.name = "n", .columns = {{"n"}}, .unique = true},
-                          {.name = "no", .columns = {{"no"}}},
-                          {.name = "some", .columns = {{"no", true}}, .ignore_nulls = true}}}},
-                       format)
-                      .OpenTable("T");
+    Table table = Make({{"T", {{"n", kLong}, {"no", kText, 9}}, three}}, format).OpenTable("T");
     for (int i = 0; i < 700; ++i) {
       const std::string no = std::string("A").append(std::to_string(i / 10));
       table.Insert(i < 2 ? Row(2) : Row{i, std::string_view(no)});

@@ -150,7 +150,7 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
     const Rows before = model_;
     Statement statement(*database_);
     in_statement_ = true;
-    EXPECT_THROW(Statement(NewFileTest::Reopen()), std::exception);
+    EXPECT_THROW(Statement{NewFileTest::Reopen()}, std::exception);
     if (random_() % 4 != 0) {
       for (int i = 0; i < 100; ++i) {
         InsertOne();
