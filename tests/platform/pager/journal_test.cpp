@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/pager/fault_files.h"
 #include "platform/pager/journal_format.h"
