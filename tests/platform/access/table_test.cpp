@@ -106,6 +106,7 @@ TEST_P(AccessTable, KeepsWhatFitsAndRefusesTheRest) {
   Cursor cursor = database.OpenTable("T").Scan();
   ASSERT_TRUE(cursor.Next());
   EXPECT_EQ(cursor.Text(4), "-900719925474.0991");
+  EXPECT_EQ(cursor.Real(3), -2147483648.0);
 }
 
 TEST_P(AccessTable, RefusesRowsThatNoPageHolds) {
