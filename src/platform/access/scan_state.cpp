@@ -99,9 +99,9 @@ void ScanState::Compile(std::span<const TextHint> hints) {
   }
 }
 
-std::pair<std::uint64_t, bool> ScanState::Moment() const {
+ScanState::Moment ScanState::Now() const {
   const pager::Pager& pager = table_->Storage().Pages();
-  return {pager.ChangeCount(), pager.InStatement()};
+  return {pager.ChangeCount(), pager.InStatement(), table_->RowChanges()};
 }
 
 bool ScanState::NextPage() {
@@ -112,7 +112,7 @@ bool ScanState::NextPage() {
   }
   page_ = *next;
   next_slot_ = 0;
-  page_moment_ = Moment();
+  page_moment_ = Now();
   page_ref_ = table_->Storage().Read(page_);
   const DataPage page(table_->Storage().Layout(), page_, page_ref_.Bytes());
   if (page.Owner() != table_->Page()) {
@@ -124,7 +124,7 @@ bool ScanState::NextPage() {
 
 // After a change while this scan was under way. False when the table has given the page back.
 bool ScanState::ReloadPage() {
-  page_moment_ = Moment();
+  page_moment_ = Now();
   page_ref_ = table_->Storage().Read(page_);
   return LoadU8(page_ref_.Bytes().data()) == kDataPage && LoadU32(&page_ref_.Bytes()[kOwnerAt]) == table_->Page();
 }
@@ -206,10 +206,9 @@ bool ScanState::Next() {
 
 // The next entry that begins with key_start_. A change may have moved entries: the way is then found again.
 bool ScanState::NextEntry() {
-  const std::pair moment{table_->Storage().Pages().ChangeCount(), table_->RowChanges()};
   bool found = false;
-  if (!walk_ || walk_moment_ != moment) {
-    walk_moment_ = moment;
+  if (!walk_ || walk_moment_ != Now()) {
+    walk_moment_ = Now();
     walk_.emplace(index_->Tree(), entry_.empty() ? Bytes(key_start_) : Bytes(entry_));
     found = walk_->Next();
     if (found && std::ranges::equal(walk_->Entry(), entry_)) {
@@ -230,9 +229,9 @@ bool ScanState::NextEntry() {
 bool ScanState::NextByIndex() {
   while (NextEntry()) {
     const RowPointer row = FromRowId(EntryRow(entry_));
-    if (row.page != page_ || !page_ref_ || page_moment_ != Moment()) {
+    if (row.page != page_ || !page_ref_ || page_moment_ != Now()) {
       page_ = row.page;
-      page_moment_ = Moment();
+      page_moment_ = Now();
       page_ref_ = table_->Storage().Read(page_);
     }
     slot_ = row.slot;
@@ -249,7 +248,7 @@ bool ScanState::NextByIndex() {
 
 bool ScanState::NextByPage() {
   const Format& format = table_->Storage().Layout();
-  if (page_ref_ && page_moment_ != Moment() && !ReloadPage()) {
+  if (page_ref_ && page_moment_ != Now() && !ReloadPage()) {
     page_ref_ = {};
   }
   for (;;) {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 #include "platform/access/row.h"
@@ -63,7 +63,10 @@ class ScanState {
   static bool MayMeet(const RawText& text, Bytes row);
   bool LookAtMoved();
   Bytes CellBytes(std::size_t column) const;
-  std::pair<std::uint64_t, bool> Moment() const;
+  // Another one after every change that may have touched a page read before. The open statement's own changes make
+  // copies, which pages read earlier do not show.
+  using Moment = std::tuple<std::uint64_t, bool, std::uint64_t>;
+  Moment Now() const;
 
   std::shared_ptr<TableState> table_;
   pager::Reading reading_;
@@ -74,7 +77,7 @@ class ScanState {
 
   std::uint32_t page_ = 0;
   pager::PageRef page_ref_;
-  std::pair<std::uint64_t, bool> page_moment_;  // when page_ref_ was read
+  Moment page_moment_;  // when page_ref_ was read
   std::size_t slot_ = 0;
   std::size_t next_slot_ = 0;
 
@@ -83,7 +86,7 @@ class ScanState {
   Key key_start_;                 // what the entries begin with
   std::vector<std::byte> entry_;  // of the current row
   std::optional<IndexWalk> walk_;
-  std::pair<std::uint64_t, std::uint64_t> walk_moment_;  // when it began
+  Moment walk_moment_;  // when it began
 
   pager::PageRef body_ref_;  // page of a moved row's body
   std::uint32_t row_page_ = 0;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -154,6 +155,45 @@ TEST_P(AccessTable, ReusesFreedSpace) {
   }
   EXPECT_EQ(SizeOf(database), size);
   EXPECT_EQ(Health(database), "sound");
+}
+
+// Every fourth row takes itself and the second one after it away, and lets another come.
+TEST_P(AccessTable, ShowsNoRowThatWentWhileItWasRead) {
+  constexpr std::int64_t kRows = 2000;
+  Database database = Make({{"T", {{"n", kLong}, {"text", kText, 50}}, {{.name = "n", .columns = {{"n"}}}}}});
+  Table table = database.OpenTable("T");
+  for (const bool by_index : {false, true}) {
+    for (const bool in_statement : {false, true}) {
+      std::vector<RowId> ids;
+      for (std::int64_t n = 0; n < kRows; ++n) {
+        ids.push_back(table.Insert(Row{n, "abcdefghij"sv}));
+      }
+      std::optional<Statement> statement;
+      if (in_statement) {
+        statement.emplace(database);
+      }
+      std::int64_t seen = 0;
+      for (Cursor cursor = by_index ? table.Walk(0, {}) : table.Scan(); cursor.Next();) {
+        const std::int64_t n = cursor.Integer(0);
+        ASSERT_NE(n % 4, 2) << by_index << in_statement;
+        seen += n >= 0 ? 1 : 0;
+        if (n >= 0 && n % 4 == 0) {
+          EXPECT_TRUE(table.Delete(cursor.Row()));
+          EXPECT_TRUE(table.Delete(ids[static_cast<std::size_t>(n) + 2]));
+          table.Insert(Row{-1, "abc"sv});
+        }
+      }
+      EXPECT_EQ(seen, kRows * 3 / 4);
+      for (Cursor cursor = table.Scan(); cursor.Next();) {
+        EXPECT_TRUE(table.Delete(cursor.Row()));
+      }
+      if (in_statement) {
+        statement->Commit();
+      }
+      EXPECT_EQ(RowsOf(table).size(), 0u);
+      EXPECT_EQ(Health(database), "sound");
+    }
+  }
 }
 
 TEST_P(AccessTable, ConditionsMeanEquality) {
