@@ -131,13 +131,13 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
     return walks ? table.Walk(0, {}) : table.Scan();
   }
 
-  // Deletes rows under a cursor, also others than its own.
-  void ThinOut() {
+  // Deletes rows under a cursor, of four about so many, and as many others.
+  void ThinOut(std::size_t quarters) {
     std::set<RowId> seen;
     for (Cursor cursor = AnyCursor(); cursor.Next();) {
       const RowId row = cursor.Row();
       EXPECT_TRUE(model_.contains(row) && seen.insert(row).second);
-      if (random_() % 4 == 0) {
+      if (random_() % 4 < quarters) {
         Delete(row);
         DeleteOne();
       }
@@ -156,12 +156,7 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
         InsertOne();
       }
     } else {
-      const auto kept = 1 + random_() % 3;
-      for (Cursor cursor = AnyCursor(); cursor.Next();) {
-        if (random_() % 4 >= kept) {
-          Delete(cursor.Row());
-        }
-      }
+      ThinOut(1 + random_() % 3);
     }
     if (random_() % 3 == 0) {
       model_ = before;
@@ -191,7 +186,7 @@ TEST_P(AccessModel, HoldsWhatWasPutIn) {
     } else if (choice < 980) {
       Batch();
     } else if (choice < 982) {
-      ThinOut();
+      ThinOut(1);
     } else if (choice < 986) {
       Reopen();
     } else if (choice < 990) {
