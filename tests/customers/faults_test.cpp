@@ -23,7 +23,10 @@ class HelperProcess {
  public:
   // `test`: the name of a test Helper.DISABLED_<test>.
   HelperProcess(const QString& test, const std::filesystem::path& file) {
-    qputenv(kFile, QByteArray::fromStdString(FileConnectionString(file)));
+    // Not by qputenv, which takes bytes: on Windows Chinese names need more.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(kFile, QString::fromStdString(FileConnectionString(file)));
+    process_.setProcessEnvironment(environment);
     process_.setProcessChannelMode(QProcess::MergedChannels);
     process_.start(QCoreApplication::applicationFilePath(),
                    {"--gtest_also_run_disabled_tests", "--gtest_filter=Helper.DISABLED_" + test});
