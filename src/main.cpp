@@ -1,7 +1,6 @@
 // Builds the services, shows the board and ends the program.
 #include <QScreen>
 #include <filesystem>
-#include <thread>
 
 #include "board/frmMarlevo.h"
 #include "customers/frmCustom.h"
@@ -16,6 +15,8 @@
 
 #ifdef Q_OS_LINUX
 #include <fontconfig/fontconfig.h>
+
+#include <thread>
 #endif
 
 int main(int argc, char** argv) {

@@ -65,16 +65,6 @@ class FuzzInput {
   std::span<const std::uint8_t> left_;
 };
 
-// What stands between the bars of a text.
-inline std::vector<std::string_view> Words(std::string_view text) {
-  std::vector<std::string_view> words;
-  for (std::size_t from = 0, to = 0; to != text.npos; from = to + 1) {
-    to = text.find('|', from);
-    words.push_back(text.substr(from, to - from));
-  }
-  return words;
-}
-
 // Ends the program with a finding.
 inline void Require(bool holds) {
   if (!holds) {
