@@ -1,10 +1,15 @@
-# How every target of this project is made. A library links only what stands under it, so that an include that points
-# up a floor ends as an undefined symbol.
+# How every target of this project is made. A library links only libraries that were made before it (src/CMakeLists.txt
+# goes from the ground floor up) and sees the headers of what it links and no others, so that an include that points up a
+# floor does not compile.
+
+# Who owns which file and who links whom, one line each, for scripts/floors: "owner LIBRARY FILE", "link LIBRARY OTHER".
+set(MARLEVO_FLOORS ${CMAKE_BINARY_DIR}/floors.txt)
+file(WRITE ${MARLEVO_FLOORS} "")
+file(REMOVE_RECURSE ${CMAKE_BINARY_DIR}/include)
 
 # Warnings and sanitizers, for our own targets only.
 add_library(marlevo_options INTERFACE)
 target_compile_options(marlevo_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
-target_include_directories(marlevo_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 if(MARLEVO_SANITIZE)
   target_compile_options(marlevo_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                    -fno-omit-frame-pointer)
@@ -22,17 +27,54 @@ add_library(marlevo_qt INTERFACE)
 target_link_libraries(marlevo_qt INTERFACE Qt6::Widgets Qt6::PrintSupport)
 target_compile_definitions(marlevo_qt INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
 
-# marlevo_library(NAME [QT] SOURCES ... [LINKS ...] [PRIVATE_LINKS ...])
+# marlevo_library(NAME [QT] [SOURCES ...] [HEADERS ...] [LINKS ...] [PRIVATE_LINKS ...])
+# The header beside each source belongs to the library; HEADERS names those that have no source. What the library's own
+# headers include stands in LINKS, what only its sources include in PRIVATE_LINKS.
 function(marlevo_library name)
-  cmake_parse_arguments(arg "QT" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
-  add_library(${name} STATIC ${arg_SOURCES})
-  target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE marlevo_options ${arg_PRIVATE_LINKS})
-  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  cmake_parse_arguments(arg "QT" "" "SOURCES;HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
+  if(arg_SOURCES)
+    add_library(${name} STATIC ${arg_SOURCES})
+    set(public PUBLIC)
+    target_link_libraries(${name} PRIVATE marlevo_options ${arg_PRIVATE_LINKS})
+  else()
+    add_library(${name} INTERFACE)
+    set(public INTERFACE)
+  endif()
+  target_link_libraries(${name} ${public} ${arg_LINKS})
+  target_include_directories(${name} ${public} ${CMAKE_BINARY_DIR}/include/${name})
+  marlevo_register(${name} ${arg_SOURCES} ${arg_HEADERS} LINKS ${arg_LINKS} ${arg_PRIVATE_LINKS})
   if(arg_QT)
     target_link_libraries(${name} PUBLIC marlevo_qt)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     marlevo_share_qt_header(${name})
   endif()
+endfunction()
+
+# marlevo_register(NAME FILES ... LINKS ...): tells scripts/floors of a target, refuses a link to a target that stands
+# above, and fills the target's include folder with links to its own headers.
+function(marlevo_register name)
+  cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
+  cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR}/src OUTPUT_VARIABLE folder)
+  set(include ${CMAKE_BINARY_DIR}/include/${name})
+  file(MAKE_DIRECTORY ${include}/${folder})
+  foreach(file ${arg_UNPARSED_ARGUMENTS})
+    string(REGEX REPLACE "\\.cpp$" ".h" header ${file})
+    foreach(owned ${file} ${header})
+      cmake_path(SET path NORMALIZE ${folder}/${owned})
+      if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${owned} AND NOT EXISTS ${include}/${path})
+        file(APPEND ${MARLEVO_FLOORS} "owner ${name} ${path}\n")
+        if(owned MATCHES "\\.h$")
+          file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${owned} ${include}/${path} SYMBOLIC)
+        endif()
+      endif()
+    endforeach()
+  endforeach()
+  foreach(link ${arg_LINKS})
+    if(NOT TARGET ${link})
+      message(FATAL_ERROR "${name} links ${link}, which stands above it or does not exist")
+    endif()
+    file(APPEND ${MARLEVO_FLOORS} "link ${name} ${link}\n")
+  endforeach()
 endfunction()
 
 # The Qt headers are most of a window's compile time: they are compiled once.
@@ -53,6 +95,18 @@ function(marlevo_share_header name holder header library)
     target_precompile_headers(${holder} PRIVATE ${header})
   endif()
   target_precompile_headers(${name} REUSE_FROM ${holder})
+endfunction()
+
+# marlevo_support(NAME [QT] SOURCES ... LINKS ...): what several programs of tests and bench share.
+function(marlevo_support name)
+  cmake_parse_arguments(arg "QT" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE marlevo_options)
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/tests)
+  if(arg_QT)
+    target_link_libraries(${name} PUBLIC marlevo_qt)
+    marlevo_share_qt_header(${name})
+  endif()
 endfunction()
 
 # marlevo_test(NAME [QT] SOURCES ... [LINKS ...]): one ctest entry a program. With QT the program runs inside a
@@ -80,7 +134,7 @@ endfunction()
 function(marlevo_bench name)
   cmake_parse_arguments(arg "QT" "" "SOURCES;LINKS" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE marlevo_options ${arg_LINKS} benchmark::benchmark)
+  target_link_libraries(${name} PRIVATE marlevo_options ${arg_LINKS})
   if(arg_QT)
     target_link_libraries(${name} PRIVATE marlevo_qt)
     marlevo_share_qt_header(${name})

@@ -11,6 +11,13 @@
 
 namespace marlevo::bench {
 
+// Makes the compiler believe that `value` is looked at and may have been changed here, so that the work that led to the
+// value is not optimized away. The memory behind a pointer in `value` counts as looked at, too.
+template <class T>
+void KeepResult(T&& value) {
+  asm volatile("" : : "r"(&value) : "memory");
+}
+
 // `prepare` brings back the starting state and is not timed; empty when there is nothing to bring back.
 struct Timed {
   std::function<void()> prepare;

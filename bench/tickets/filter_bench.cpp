@@ -1,7 +1,5 @@
 // Each filter and the instant check over the largest list, 23,000 tickets. The yardstick of a filter is one bare
 // std::remove_if pass with the same predicate over flat digits, that of the check one bare compare pass.
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -63,7 +61,7 @@ class Bench {
                 .run =
                     [&] {
                       filter(list);
-                      benchmark::DoNotOptimize(list);
+                      marlevo::bench::KeepResult(list);
                     }},
                {.prepare =
                     [&] {
@@ -74,8 +72,7 @@ class Bench {
                     [&] {
                       const auto pass = [&](auto& digits, bool box) {
                         const auto matches = [&](const auto& ticket) { return predicate(ticket, box); };
-                        benchmark::DoNotOptimize(std::remove_if(digits.begin(), digits.end(), matches));
-                        benchmark::ClobberMemory();
+                        marlevo::bench::KeepResult(std::remove_if(digits.begin(), digits.end(), matches));
                       };
                       pass(std::get<0>(flat), false);
                       pass(std::get<1>(flat), true);
@@ -94,7 +91,7 @@ class Bench {
                {.prepare = {},
                 .run =
                     [&] {
-                      benchmark::DoNotOptimize(marlevo::CheckInstantly(list, {"1", "2", "3", "4"}));
+                      marlevo::bench::KeepResult(marlevo::CheckInstantly(list, {"1", "2", "3", "4"}));
                     }},
                {.prepare = {},
                 .run =
@@ -111,8 +108,7 @@ class Bench {
                           winners[row] = wins ? '*' : '.';
                           count += wins ? 1 : 0;
                         }
-                        benchmark::DoNotOptimize(count);
-                        benchmark::ClobberMemory();
+                        marlevo::bench::KeepResult(count);
                       };
                       pass(std::get<0>(start_.flat), marks[0]);
                       pass(std::get<1>(start_.flat), marks[1]);
