@@ -122,23 +122,13 @@ void File::Begin() {
 }
 
 void File::Commit() {
-  static_cast<void>(Changes());
   pager_->Commit();
   in_statement_ = false;
-  pager_changes_ = pager_->ChangeCount();
 }
 
 void File::Rollback() noexcept {
   pager_->Rollback();
   in_statement_ = false;
-}
-
-std::uint64_t File::Changes() {
-  if (pager_->ChangeCount() != pager_changes_) {
-    pager_changes_ = pager_->ChangeCount();
-    ++changes_;
-  }
-  return changes_;
 }
 
 std::uint32_t File::AppendPage() {

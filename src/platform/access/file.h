@@ -47,13 +47,10 @@ class File : public std::enable_shared_from_this<File> {
   // true.
   std::shared_ptr<TableState> Table(std::uint32_t page, const std::string& name);
 
-  // Statements of this File. `Changes` grows whenever pages have changed otherwise than by them: what was remembered of
-  // the file may be wrong then.
   void Begin();
   void Commit();
   void Rollback() noexcept;
   bool InStatement() const { return in_statement_; }
-  std::uint64_t Changes();
 
   // A new page at the end of the file. Throws AccessError when the file has the largest size of its format.
   std::uint32_t AppendPage();
@@ -75,8 +72,6 @@ class File : public std::enable_shared_from_this<File> {
   mutable std::map<int, TextCodec> codecs_;
   std::map<std::uint32_t, std::weak_ptr<TableState>> tables_;
   bool in_statement_ = false;
-  std::uint64_t changes_ = 0;
-  std::uint64_t pager_changes_ = 0;  // that are known
 };
 
 }  // namespace marlevo::access

@@ -99,11 +99,6 @@ void ScanState::Compile(std::span<const TextHint> hints) {
   }
 }
 
-ScanState::Moment ScanState::Now() const {
-  const pager::Pager& pager = table_->Storage().Pages();
-  return {pager.ChangeCount(), pager.InStatement(), table_->RowChanges()};
-}
-
 bool ScanState::NextPage() {
   const std::optional<std::uint32_t> next = table_->OwnedPages().Next(page_ + 1);
   page_ref_ = {};
@@ -112,7 +107,7 @@ bool ScanState::NextPage() {
   }
   page_ = *next;
   next_slot_ = 0;
-  page_moment_ = Now();
+  page_version_ = Version();
   page_ref_ = table_->Storage().Read(page_);
   const DataPage page(table_->Storage().Layout(), page_, page_ref_.Bytes());
   if (page.Owner() != table_->Page()) {
@@ -124,7 +119,7 @@ bool ScanState::NextPage() {
 
 // After a change while this scan was under way. False when the table has given the page back.
 bool ScanState::ReloadPage() {
-  page_moment_ = Now();
+  page_version_ = Version();
   page_ref_ = table_->Storage().Read(page_);
   return LoadU8(page_ref_.Bytes().data()) == kDataPage && LoadU32(&page_ref_.Bytes()[kOwnerAt]) == table_->Page();
 }
@@ -207,8 +202,8 @@ bool ScanState::Next() {
 // The next entry that begins with key_start_. A change may have moved entries: the way is then found again.
 bool ScanState::NextEntry() {
   bool found = false;
-  if (!walk_ || walk_moment_ != Now()) {
-    walk_moment_ = Now();
+  if (!walk_ || walk_version_ != Version()) {
+    walk_version_ = Version();
     walk_.emplace(index_->Tree(), entry_.empty() ? Bytes(key_start_) : Bytes(entry_));
     found = walk_->Next();
     if (found && std::ranges::equal(walk_->Entry(), entry_)) {
@@ -229,9 +224,9 @@ bool ScanState::NextEntry() {
 bool ScanState::NextByIndex() {
   while (NextEntry()) {
     const RowPointer row = FromRowId(EntryRow(entry_));
-    if (row.page != page_ || !page_ref_ || page_moment_ != Now()) {
+    if (row.page != page_ || !page_ref_ || page_version_ != Version()) {
       page_ = row.page;
-      page_moment_ = Now();
+      page_version_ = Version();
       page_ref_ = table_->Storage().Read(page_);
     }
     slot_ = row.slot;
@@ -248,7 +243,7 @@ bool ScanState::NextByIndex() {
 
 bool ScanState::NextByPage() {
   const Format& format = table_->Storage().Layout();
-  if (page_ref_ && page_moment_ != Now() && !ReloadPage()) {
+  if (page_ref_ && page_version_ != Version() && !ReloadPage()) {
     page_ref_ = {};
   }
   for (;;) {

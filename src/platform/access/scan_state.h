@@ -6,7 +6,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "platform/access/row.h"
@@ -63,10 +62,7 @@ class ScanState {
   static bool MayMeet(const RawText& text, Bytes row);
   bool LookAtMoved();
   Bytes CellBytes(std::size_t column) const;
-  // Another one after every change that may have touched a page read before. The open statement's own changes make
-  // copies, which pages read earlier do not show.
-  using Moment = std::tuple<std::uint64_t, bool, std::uint64_t>;
-  Moment Now() const;
+  std::uint64_t Version() const { return table_->Storage().Pages().Version(); }
 
   std::shared_ptr<TableState> table_;
   pager::Reading reading_;
@@ -77,7 +73,7 @@ class ScanState {
 
   std::uint32_t page_ = 0;
   pager::PageRef page_ref_;
-  Moment page_moment_;  // when page_ref_ was read
+  std::uint64_t page_version_ = 0;  // of the file when page_ref_ was read
   std::size_t slot_ = 0;
   std::size_t next_slot_ = 0;
 
@@ -86,7 +82,7 @@ class ScanState {
   Key key_start_;                 // what the entries begin with
   std::vector<std::byte> entry_;  // of the current row
   std::optional<IndexWalk> walk_;
-  Moment walk_moment_;  // when it began
+  std::uint64_t walk_version_ = 0;  // of the file when walk_ began
 
   pager::PageRef body_ref_;  // page of a moved row's body
   std::uint32_t row_page_ = 0;

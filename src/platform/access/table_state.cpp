@@ -41,7 +41,7 @@ TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::stri
       texts_(TextsOf(*file_, definition_)),
       encoder_(file_->Layout(), definition_, texts_),
       rows_(*file_, page, definition_.owned_map, definition_.free_map),
-      seen_changes_(file_->Changes()),
+      known_version_(file_->Pages().Version()),
       indexes_(*file_, page, definition_) {
   const auto autonumber = std::ranges::find_if(columns_, &Column::autonumber);
   if (autonumber != columns_.end()) {
@@ -110,8 +110,8 @@ std::string TableState::FindWriteRefusal() const {
 }
 
 void TableState::Refresh() {
-  const std::uint64_t changes = file_->Changes();
-  if (changes == seen_changes_) {
+  const std::uint64_t version = file_->Pages().Version();
+  if (version == known_version_) {
     return;
   }
   if (LoadDefinition() != definition_bytes_) {
@@ -121,7 +121,7 @@ void TableState::Refresh() {
   for (auto& [number, space] : long_values_) {
     space.Forget();
   }
-  seen_changes_ = changes;
+  known_version_ = version;
 }
 
 std::size_t TableState::RowCount() const {
@@ -182,10 +182,10 @@ RowPointer TableState::Insert(std::span<const Value> values) {
   for (const RowEncoder::LongCell& cell : encoder_.LongCells()) {
     StoreLongValue(*file_, LongValueSpace(*cell.column), cell.value, row.subspan(cell.place, kLongValueHeader));
   }
-  ++row_changes_;
   const RowPointer added = rows_.Add(row);
   indexes_.Insert(ToRowId(added));
   CountInserted(values);
+  known_version_ = file_->Pages().Version();
   return added;
 }
 
@@ -211,7 +211,6 @@ bool TableState::Delete(RowPointer row) {
     return false;
   }
   const std::vector<RowPointer> path = PathOf(row);
-  ++row_changes_;
   EraseFromIndexes(ToRowId(row), path.back());
   if (!long_values_.empty()) {
     RemoveLongValues(path.back());
@@ -222,6 +221,7 @@ bool TableState::Delete(RowPointer row) {
   const pager::PageEdit page = file_->Change(page_);
   std::byte* rows = &page.Bytes()[file_->Layout().definition.rows];
   StoreU32(rows, std::max(LoadU32(rows), 1u) - 1);
+  known_version_ = file_->Pages().Version();
   return true;
 }
 

@@ -37,8 +37,6 @@ class TableState {
   // Indexes that can be searched: as callers see them, and themselves.
   const std::vector<IndexView>& IndexViews() const { return index_views_; }
   const Index& SearchedIndex(std::size_t view) const { return indexes_.All()[searched_indexes_[view]]; }
-  // Grows with every row that comes or goes through this.
-  std::uint64_t RowChanges() const { return row_changes_; }
   UsageMap OwnedPages() const { return rows_.Owned(); }
   std::size_t RowCount() const;
   const std::string& WriteRefusal() const { return write_refusal_; }
@@ -76,11 +74,10 @@ class TableState {
   RowEncoder encoder_;
   RowSpace rows_;
   std::map<std::uint16_t, RowSpace> long_values_;  // by column number
-  std::uint64_t seen_changes_;
+  std::uint64_t known_version_;                    // of the file, to which belongs what is remembered
   TableIndexes indexes_;
   std::vector<IndexView> index_views_;
   std::vector<std::size_t> searched_indexes_;  // places in indexes_ of index_views_
-  std::uint64_t row_changes_ = 0;
 };
 
 }  // namespace marlevo::access

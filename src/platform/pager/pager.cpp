@@ -129,6 +129,7 @@ void Pager::Begin() {
 PageEdit Pager::Change(std::uint32_t page) {
   RequireStatement();
   RequirePage(page);
+  ++version_;
   if (const auto found = changed_.find(page); found != changed_.end() && found->second.in_statement) {
     return {found->second.bytes, PageSize()};
   }
@@ -165,7 +166,6 @@ void Pager::Commit() {
     for (const Undo& undo : statement_->undo) changed_[undo.page].in_statement = false;
   }
   statement_.reset();
-  ++change_count_;
   if (!spilled) return;
   try {
     file_->Settle();
@@ -179,7 +179,7 @@ void Pager::Rollback() noexcept {
   const OpenStatement statement = std::move(*statement_);
   statement_.reset();
   page_count_ = statement.page_count;
-  ++change_count_;
+  ++version_;
   if (!statement.spilled) {
     for (const Undo& undo : statement.undo) {
       if (undo.before) {
@@ -199,10 +199,6 @@ void Pager::Rollback() noexcept {
   }
 }
 
-std::uint64_t Pager::ChangeCount() const {
-  return change_count_;
-}
-
 void Pager::Flush() {
   // A process that does not own the file has nothing committed; before a statement spilled everything else was flushed.
   if (!file_->Owned() || (statement_ && statement_->spilled)) return;
@@ -215,7 +211,7 @@ void Pager::Discard() noexcept {
   if (changed_.empty()) return;
   changed_.clear();
   page_count_ = file_->PageCount();
-  ++change_count_;
+  ++version_;
 }
 
 void Pager::BeginReading() {
@@ -233,7 +229,7 @@ void Pager::EndReading() noexcept {
 void Pager::ForgetPages() {
   clean_->Clear();
   page_count_ = file_->PageCount();
-  ++change_count_;
+  ++version_;
 }
 
 void Pager::LoadBlock(std::uint32_t first_page, std::span<std::byte> block) {

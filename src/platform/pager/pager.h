@@ -107,7 +107,7 @@ class Pager {
   PageRef Read(std::uint32_t page);
 
   bool InStatement() const;
-  // At most one statement at a time. Compare ChangeCount after it: what others have written may come into view here.
+  // At most one statement at a time. Compare Version after it: what others have written may come into view here.
   void Begin();
   // The page as it is now, to be changed. Once changed in a statement it keeps its place until no PageEdit or PageRef
   // holds it.
@@ -118,9 +118,10 @@ class Pager {
   void Commit();
   void Rollback() noexcept;
 
-  // Grows whenever pages may differ from what was read before: with every commit and rollback and, in a process that
-  // does not write, with every outermost Reading in which others may have written.
-  std::uint64_t ChangeCount() const;
+  // Grows whenever pages may differ from what was read before: with every Change and every rollback and, in a process
+  // that does not write, with every outermost Reading, since others may have written before it. What somebody remembers
+  // of the file, or holds a PageRef of, is true while the version is the same.
+  std::uint64_t Version() const { return version_; }
 
   // Everything committed is durable when it returns.
   void Flush();
@@ -166,7 +167,7 @@ class Pager {
   std::optional<OpenStatement> statement_;
   std::uint32_t page_count_ = 0;
   std::size_t readings_ = 0;
-  std::uint64_t change_count_ = 0;
+  std::uint64_t version_ = 0;
 };
 
 // A statement as a scope: rolled back unless committed.

@@ -25,7 +25,7 @@ TEST(Pager, ActsLikeAVectorOfPages) {
   for (std::uint32_t turn = 0; turn < 6000; ++turn) {
     const auto what = static_cast<std::uint32_t>(random() % 100);
     if (what < 60) {
-      const std::uint64_t changes_seen = pager->ChangeCount();
+      const std::uint64_t version = pager->Version();
       Image after = model;
       Statement statement(*pager);
       const auto changes = static_cast<std::uint32_t>(what == 0 ? 120 : random() % 6);
@@ -44,7 +44,7 @@ TEST(Pager, ActsLikeAVectorOfPages) {
       if (random() % 4 != 0) {
         statement.Commit();
         model = std::move(after);
-        ASSERT_GT(pager->ChangeCount(), changes_seen);
+        ASSERT_EQ(pager->Version() > version, changes > 0);
       }
     } else if (what < 90) {
       const auto page = static_cast<std::uint32_t>(random() % model.size());
