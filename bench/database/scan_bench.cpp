@@ -110,7 +110,7 @@ int main() {
                  [&] {
                    BareLoop(file, owner, {3, 1, 2});
                  }},
-            2.5, 10);
+            2.0, 10);
   compare("records of a customer : SQLite",
           "SELECT SAL_DATE,COUNT(CUSTOM_NO) AS SAL_NUM FROM CUSTOM_D WHERE CUSTOM_NO='A1007' GROUP BY SAL_DATE", 1.2);
   compare("one record, ordered : SQLite",

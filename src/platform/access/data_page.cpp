@@ -59,16 +59,12 @@ DataPage::DataPage(const Format& format, std::uint32_t number, Bytes page)
   }
 }
 
-Bytes DataPage::Row(std::size_t slot) const {
-  if (slot >= slot_count_) {
-    throw AccessError(number_, "there is no row " + std::to_string(slot));
-  }
-  const std::size_t start = SlotAt(slot) & kSlotOffset;
-  const std::size_t end = slot == 0 ? page_.size() : SlotAt(slot - 1) & kSlotOffset;
-  if (start > end || end > page_.size() || start < format_->slots_at + 2 * slot_count_) {
-    throw AccessError(number_, "row " + std::to_string(slot) + " does not lie between its neighbours");
-  }
-  return page_.subspan(start, end - start);
+void DataPage::ThrowNoRow(std::size_t slot) const {
+  throw AccessError(number_, "there is no row " + std::to_string(slot));
+}
+
+void DataPage::ThrowMisplaced(std::size_t slot) const {
+  throw AccessError(number_, "row " + std::to_string(slot) + " does not lie between its neighbours");
 }
 
 std::size_t DataPage::Room() const {

@@ -44,8 +44,18 @@ class DataPage {
   std::uint16_t Flags(std::size_t slot) const { return SlotAt(slot) & static_cast<std::uint16_t>(~kSlotOffset); }
   bool IsDeleted(std::size_t slot) const { return (SlotAt(slot) & kSlotDeleted) == kSlotDeleted; }
 
-  // The bytes between this slot's offset and the one before it.
-  Bytes Row(std::size_t slot) const;
+  // The bytes between this slot's offset and the one before it. In the header, since a scan does little else.
+  Bytes Row(std::size_t slot) const {
+    if (slot >= slot_count_) {
+      ThrowNoRow(slot);
+    }
+    const std::size_t start = SlotAt(slot) & kSlotOffset;
+    const std::size_t end = slot == 0 ? page_.size() : SlotAt(slot - 1) & kSlotOffset;
+    if (start > end || end > page_.size() || start < format_->slots_at + 2 * slot_count_) {
+      ThrowMisplaced(slot);
+    }
+    return {page_.data() + start, end - start};
+  }
 
   // Free bytes between the slot table and the rows, worked out from the slots.
   std::size_t Room() const;
@@ -54,6 +64,8 @@ class DataPage {
   RowPointer Body(std::size_t slot) const;
 
  private:
+  [[noreturn]] void ThrowNoRow(std::size_t slot) const;
+  [[noreturn]] void ThrowMisplaced(std::size_t slot) const;
   std::uint16_t SlotAt(std::size_t slot) const { return LoadU16(&page_[format_->slots_at + 2 * slot]); }
 
   const Format* format_;

@@ -9,57 +9,18 @@
 
 namespace marlevo::access {
 
-namespace {
-
-// The stored bytes of an integer; false when the type cannot hold it.
-bool StoredBytes(ColumnType type, std::int64_t value, std::uint64_t& bytes) {
-  switch (type) {
-    case ColumnType::kByte:
-      bytes = static_cast<std::uint8_t>(value);
-      return value >= 0 && value <= 0xFF;
-    case ColumnType::kInteger:
-      bytes = static_cast<std::uint16_t>(value);
-      return value >= -0x8000 && value <= 0x7FFF;
-    default:
-      bytes = static_cast<std::uint32_t>(value);
-      return value >= -0x8000'0000LL && value <= 0x7FFF'FFFF;
-  }
-}
-
-std::uint64_t LoadWidth(const std::byte* at, std::size_t width) {
-  switch (width) {
-    case 1:
-      return LoadU8(at);
-    case 2:
-      return LoadU16(at);
-    default:
-      return LoadU32(at);
-  }
-}
-
-// Whether each unit is one of two.
-template <typename Unit>
-bool IsEither(Bytes bytes, const std::u16string& small, const std::u16string& large) {
-  for (std::size_t i = 0; i < small.size(); ++i) {
-    const char16_t unit = Load<Unit>(&bytes[i * sizeof(Unit)]);
-    if (unit != small[i] && unit != large[i]) {
-      return false;
-    }
-  }
-  return true;
-}
-
-}  // namespace
-
-ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions,
-                     std::span<const TextHint> hints)
+ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions)
     : table_(std::move(table)),
       reading_(table_->Storage().Pages()),
+      conditions_(conditions.begin(), conditions.end()),
       texts_(table_->Columns().size()),
       long_values_(table_->Columns().size()) {
   table_->Refresh();
-  Compile(conditions);
-  Compile(hints);
+  for (const Equals& condition : conditions_) {
+    if (const std::optional<RawCondition> raw = RawForm(condition)) {
+      raw_conditions_.push_back(*raw);
+    }
+  }
 }
 
 ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions, const Index& index,
@@ -73,30 +34,16 @@ ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> 
   }
 }
 
-void ScanState::Compile(std::span<const Equals> conditions) {
-  for (const Equals& condition : conditions) {
-    const ColumnDefinition& column = table_->Definition().columns[condition.column];
-    const std::size_t width = WidthOf(column.shown.type);
-    if (!IsInteger(column.shown.type) || !column.fixed) {
-      other_conditions_.push_back(condition);
-      continue;
-    }
-    RawCondition raw{.end = table_->Storage().Layout().row_number_width + column.fixed_offset + width,
-                     .width = width,
-                     .bytes = 0,
-                     .number = column.number};
-    impossible_ |= !StoredBytes(column.shown.type, condition.value, raw.bytes);
-    raw_conditions_.push_back(raw);
+// What can be said about a condition without looking at the row's parts.
+std::optional<ScanState::RawCondition> ScanState::RawForm(const Equals& condition) const {
+  const ColumnDefinition& column = table_->Definition().columns[condition.column];
+  if (!IsInteger(column.shown.type) || !column.fixed) {
+    return std::nullopt;
   }
-}
-
-void ScanState::Compile(std::span<const TextHint> hints) {
-  for (const TextHint& hint : hints) {
-    const ColumnDefinition& column = table_->Definition().columns[hint.column];
-    if (table_->Storage().Layout().version == 4 && column.shown.type == ColumnType::kText && !column.fixed) {
-      raw_texts_.push_back({column.variable_index, hint.small, hint.large});
-    }
-  }
+  const std::uint32_t mask = 0xFFFF'FFFF >> (32 - 8 * WidthOf(column.shown.type));
+  return RawCondition{.place = table_->Storage().Layout().row_number_width + std::size_t{column.fixed_offset},
+                      .mask = mask,
+                      .bytes = static_cast<std::uint32_t>(condition.value) & mask};
 }
 
 bool ScanState::NextPage() {
@@ -124,67 +71,39 @@ bool ScanState::ReloadPage() {
   return LoadU8(page_ref_.Bytes().data()) == kDataPage && LoadU32(&page_ref_.Bytes()[kOwnerAt]) == table_->Page();
 }
 
-bool ScanState::MeetsRaw(const std::byte* row, std::size_t size) const {
-  for (const RawCondition& condition : raw_conditions_) {
-    if (condition.end > size || LoadWidth(row + condition.end - condition.width, condition.width) != condition.bytes) {
-      return false;
+// False only for rows that surely do not qualify. Too short a row goes on to the reader that says so.
+bool ScanState::MayQualify(Bytes row) const {
+  return std::ranges::all_of(raw_conditions_, [row](const RawCondition& condition) {
+    return condition.place + sizeof condition.mask > row.size() ||
+           (LoadU32(row.data() + condition.place) & condition.mask) == condition.bytes;
+  });
+}
+
+// The first slot from this one on with a moved row or with a row that may qualify. A scan spends nearly all its time
+// here.
+std::size_t ScanState::NextCandidate(const DataPage& page, std::size_t slot) const {
+  for (; slot < page.SlotCount(); ++slot) {
+    const std::uint16_t flags = page.Flags(slot);
+    if (flags == 0 ? MayQualify(page.Row(slot)) : (flags & kSlotDeleted) == kSlotMoved) {
+      break;
     }
   }
-  return true;
+  return slot;
 }
 
-// Only a sure no is a no; a row that is not as it should be goes on to the reader that says so.
-bool ScanState::MayMeet(const RawText& text, Bytes row) {
-  const std::size_t mask_size = row.size() < 2 ? 0 : (LoadU16(row.data()) + std::size_t{7}) / 8;
-  const std::size_t offsets_size = 2 * (text.variable_index + 2);
-  if (row.size() < 2 + offsets_size + 2 + mask_size) {
-    return true;
-  }
-  const std::byte* count = row.data() + row.size() - mask_size - 2;  // of variable columns; before it their offsets
-  const std::size_t start = LoadU16(count - offsets_size + 2);
-  const std::size_t end = LoadU16(count - offsets_size);
-  if (LoadU16(count) <= text.variable_index || start > end || end > row.size()) {
-    return true;
-  }
-  Bytes bytes = row.subspan(start, end - start);
-  if (!TextCodec::IsShortForm(bytes)) {
-    return bytes.size() / 2 == text.small.size() && IsEither<char16_t>(bytes, text.small, text.large);
-  }
-  bytes = bytes.subspan(2);
-  if (bytes.size() == text.small.size()) {
-    return IsEither<std::uint8_t>(bytes, text.small, text.large);
-  }
-  // A zero byte switches to two bytes a unit: only then there are more bytes than units.
-  return bytes.size() > text.small.size() && std::ranges::find(bytes, std::byte{0}) != bytes.end();
-}
-
-// Makes the row current if it meets all conditions. Null cells keep some bytes, so that the null mask has the last
-// word.
+// Makes the row current if it meets all conditions.
 bool ScanState::LookAt(Bytes row, std::uint32_t page) {
-  if (!MeetsRaw(row.data(), row.size())) {
-    return false;
-  }
-  for (const RawText& text : raw_texts_) {
-    if (!MayMeet(text, row)) {
-      return false;
-    }
-  }
   row_ = RowView(table_->Storage().Layout(), page, row, table_->HasVariableColumns());
   row_page_ = page;
-  for (const RawCondition& condition : raw_conditions_) {
-    if (!row_.IsSet(condition.number)) {
-      return false;
-    }
-  }
-  for (const Equals& condition : other_conditions_) {
-    if (IsNull(condition.column) || Real(condition.column) != static_cast<double>(condition.value)) {
-      return false;
-    }
-  }
-  return true;
+  return std::ranges::all_of(conditions_, [this](const Equals& condition) {
+    return !IsNull(condition.column) && Real(condition.column) == static_cast<double>(condition.value);
+  });
 }
 
-bool ScanState::LookAtMoved() {
+bool ScanState::LookAtSlot(const DataPage& page) {
+  if (page.Flags(slot_) == 0) {
+    return LookAt(page.Row(slot_), page_);
+  }
   const RowPointer body = table_->PathOf({page_, static_cast<std::uint8_t>(slot_)}).back();
   body_ref_ = table_->Storage().Read(body.page);
   return LookAt(DataPage(table_->Storage().Layout(), body.page, body_ref_.Bytes()).Row(body.slot), body.page);
@@ -234,7 +153,7 @@ bool ScanState::NextByIndex() {
     if (page.Owner() != table_->Page() || slot_ >= page.SlotCount() || (page.Flags(slot_) & kSlotBody) != 0) {
       throw AccessError(page_, "the index " + index_->Name() + " leads to a row that does not exist");
     }
-    if (page.Flags(slot_) == 0 ? LookAt(page.Row(slot_), page_) : LookAtMoved()) {
+    if (LookAtSlot(page)) {
       return true;
     }
   }
@@ -242,25 +161,20 @@ bool ScanState::NextByIndex() {
 }
 
 bool ScanState::NextByPage() {
-  const Format& format = table_->Storage().Layout();
   if (page_ref_ && page_version_ != Version() && !ReloadPage()) {
     page_ref_ = {};
   }
-  for (;;) {
-    if (page_ref_) {
-      const DataPage page(format, page_, page_ref_.Bytes());
-      while (next_slot_ < page.SlotCount()) {
-        slot_ = next_slot_++;
-        const std::uint16_t flags = page.Flags(slot_);
-        if (flags == 0 ? LookAt(page.Row(slot_), page_) : (flags & kSlotDeleted) == kSlotMoved && LookAtMoved()) {
-          return true;
-        }
+  while (page_ref_ || NextPage()) {
+    const DataPage page(table_->Storage().Layout(), page_, page_ref_.Bytes());
+    for (slot_ = NextCandidate(page, next_slot_); slot_ < page.SlotCount(); slot_ = NextCandidate(page, next_slot_)) {
+      next_slot_ = slot_ + 1;
+      if (LookAtSlot(page)) {
+        return true;
       }
     }
-    if (!NextPage()) {
-      return false;
-    }
+    page_ref_ = {};
   }
+  return false;
 }
 
 bool ScanState::IsNull(std::size_t column) const {

@@ -17,8 +17,7 @@ namespace marlevo::access {
 
 class ScanState {
  public:
-  ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions,
-            std::span<const TextHint> hints = {});
+  ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions);
   // In the order of one of the table's indexes, rows with these values in its first columns; see Table::Walk.
   ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions, const Index& index,
             std::span<const Value> values);
@@ -35,40 +34,30 @@ class ScanState {
   Bytes Raw(std::size_t column);
 
  private:
-  // A condition on a fixed column of 1 to 8 bytes: they have to be these.
+  // A condition on an integer in the fixed part of a row, as it shows in the row's bytes.
   struct RawCondition {
-    std::size_t end;  // of the bytes in the row
-    std::size_t width;
-    std::uint64_t bytes;
-    std::uint16_t number;
+    std::size_t place;   // of four bytes
+    std::uint32_t mask;  // those of them that are the integer
+    std::uint32_t bytes;
   };
 
-  // What is looked for in a variable column of a Jet 4 table.
-  struct RawText {
-    std::size_t variable_index;
-    std::u16string small;
-    std::u16string large;
-  };
-
-  void Compile(std::span<const Equals> conditions);
-  void Compile(std::span<const TextHint> hints);
+  std::optional<RawCondition> RawForm(const Equals& condition) const;
   bool NextByPage();
   bool NextByIndex();
   bool NextEntry();
   bool NextPage();
   bool ReloadPage();
+  bool MayQualify(Bytes row) const;
+  std::size_t NextCandidate(const DataPage& page, std::size_t slot) const;
   bool LookAt(Bytes row, std::uint32_t page);
-  bool MeetsRaw(const std::byte* row, std::size_t size) const;
-  static bool MayMeet(const RawText& text, Bytes row);
-  bool LookAtMoved();
+  bool LookAtSlot(const DataPage& page);
   Bytes CellBytes(std::size_t column) const;
   std::uint64_t Version() const { return table_->Storage().Pages().Version(); }
 
   std::shared_ptr<TableState> table_;
   pager::Reading reading_;
+  std::vector<Equals> conditions_;
   std::vector<RawCondition> raw_conditions_;
-  std::vector<RawText> raw_texts_;
-  std::vector<Equals> other_conditions_;
   bool impossible_ = false;  // a value that no row can hold
 
   std::uint32_t page_ = 0;

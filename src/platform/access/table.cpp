@@ -108,8 +108,8 @@ Cursor Table::Walk(std::size_t index, std::span<const Value> values, std::span<c
   return Cursor(std::make_unique<ScanState>(state_, conditions, state_->SearchedIndex(index), values));
 }
 
-Cursor Table::Scan(std::span<const Equals> conditions, std::span<const TextHint> hints) const {
-  return Cursor(std::make_unique<ScanState>(state_, conditions, hints));
+Cursor Table::Scan(std::span<const Equals> conditions) const {
+  return Cursor(std::make_unique<ScanState>(state_, conditions));
 }
 
 }  // namespace marlevo::access

@@ -24,15 +24,6 @@ struct Equals {
   std::int64_t value;
 };
 
-// The text that a caller looks for in a column of type Text, in UTF-16 and in both of its cases: `small` and `large`
-// are equally long. A scan leaves out rows whose text is surely another one, judged by the stored bytes; it may let
-// others pass, so the caller still compares.
-struct TextHint {
-  std::size_t column;
-  std::u16string small;
-  std::u16string large;
-};
-
 // Walks rows in page order, or in that of an index. Cells are decoded when asked for, and only then; texts and bytes
 // that an accessor gives stay valid until the next call of Next or of the same accessor for the same column. While a
 // cursor is open rows may be deleted and inserted: deleted ones do not come up any more, inserted ones may or may not;
@@ -94,7 +85,7 @@ class Table {
   Cursor Walk(std::size_t index, std::span<const Value> values, std::span<const Equals> conditions = {}) const;
 
   // Rows that meet all conditions. Conditions on fixed columns are compared on the stored bytes.
-  Cursor Scan(std::span<const Equals> conditions = {}, std::span<const TextHint> hints = {}) const;
+  Cursor Scan(std::span<const Equals> conditions = {}) const;
 
  private:
   friend class Database;

@@ -14,16 +14,9 @@ constexpr std::byte kShortForm[] = {std::byte{0xFF}, std::byte{0xFE}};
 constexpr std::size_t kLongestShortForm = 1024;
 constexpr char32_t kReplacement = 0xFFFD;
 
+// Without a zero byte, which has a meaning of its own in the short form.
 bool IsAscii(Bytes bytes) {
-  std::uint64_t seen = 0;
-  std::size_t i = 0;
-  for (; i + 8 <= bytes.size(); i += 8) {
-    seen |= Load<std::uint64_t>(&bytes[i]);
-  }
-  for (; i < bytes.size(); ++i) {
-    seen |= LoadU8(&bytes[i]);
-  }
-  return (seen & 0x8080'8080'8080'8080) == 0;
+  return std::ranges::all_of(bytes, [](std::byte byte) { return byte > std::byte{0} && byte < std::byte{0x80}; });
 }
 
 void AppendUtf8(std::string& out, char32_t c) {
@@ -195,7 +188,7 @@ std::string_view TextCodec::Decode(Bytes bytes, std::string& buffer) const {
     bytes = bytes.subspan(2);
   }
   const bool single = short_form || code_page_ != nullptr;
-  if (single && IsAscii(bytes) && (code_page_ != nullptr || std::ranges::find(bytes, std::byte{0}) == bytes.end())) {
+  if (single && IsAscii(bytes)) {
     return AsText(bytes);
   }
   buffer.clear();

@@ -51,15 +51,6 @@ struct TextCondition {
   std::string text;
 };
 
-std::vector<access::TextHint> Hints(const std::vector<TextCondition>& conditions) {
-  std::vector<access::TextHint> hints;
-  for (const TextCondition& condition : conditions) {
-    BothCases cases = InBothCases(condition.text);
-    hints.push_back({condition.column, std::move(cases.small), std::move(cases.large)});
-  }
-  return hints;
-}
-
 struct VirtualCursor : sqlite3_vtab_cursor {
   VirtualCursor() : sqlite3_vtab_cursor{} {}
 
@@ -270,9 +261,9 @@ std::optional<access::Value> Compared(sqlite3_value* argument, ColumnType type) 
 
 // The rows to look at: by the index if the plan has one and it knows the values, otherwise all.
 access::Cursor RowsOf(const access::Table& table, int index_number, std::string_view plan, sqlite3_value** arguments,
-                      const std::vector<access::Equals>& numbers, const std::vector<TextCondition>& texts) {
+                      const std::vector<access::Equals>& numbers) {
   if (index_number == 0) {
-    return table.Scan(numbers, Hints(texts));
+    return table.Scan(numbers);
   }
   const std::size_t place = static_cast<std::size_t>(index_number) - 1;
   std::vector<access::Value> values;
@@ -286,12 +277,12 @@ access::Cursor RowsOf(const access::Table& table, int index_number, std::string_
     values.push_back(*value);
   }
   if (values.empty() && !plan.empty()) {
-    return table.Scan(numbers, Hints(texts));
+    return table.Scan(numbers);
   }
   try {
     return table.Walk(place, values, numbers);
   } catch (const access::ValueError&) {
-    return table.Scan(numbers, Hints(texts));  // the index does not know where the value would be
+    return table.Scan(numbers);  // the index does not know where the value would be
   }
 }
 
@@ -326,8 +317,7 @@ int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sq
     }
     cursor.rows.reset();
     if (possible) {
-      cursor.rows.emplace(
-          RowsOf(table, index, {plan, static_cast<std::size_t>(count)}, arguments, numbers, cursor.texts));
+      cursor.rows.emplace(RowsOf(table, index, {plan, static_cast<std::size_t>(count)}, arguments, numbers));
     }
     MoveToNext(cursor);
   });

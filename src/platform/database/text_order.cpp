@@ -1,5 +1,6 @@
 #include "platform/database/text_order.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -48,45 +49,16 @@ char32_t SmallForm(char32_t c) {
   return c;
 }
 
-// Of a small form: the other one, if there is one.
-char32_t LargeForm(char32_t c) {
-  if (c >= 'a' && c <= 'z') {
-    return c - 0x20;
-  }
-  if (c == 0x00FF) {
-    return 0x0178;
-  }
-  for (const CaseRange& range : kCaseRanges) {
-    if (c >= range.first + range.distance && c <= range.last + range.distance && SmallForm(c - range.distance) == c) {
-      return c - range.distance;
-    }
-  }
-  return c;
-}
-
-void AppendUtf16(char32_t c, std::u16string& text) {
-  if (c > 0x10FFFF) {
-    c = 0xFFFD;
-  }
-  if (c < 0x10000) {
-    text += static_cast<char16_t>(c);
-  } else {
-    text += static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10));
-    text += static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
-  }
-}
-
 // Takes one character off the front.
 char32_t TakeCharacter(std::string_view& text) {
   const auto byte = [&text](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
   const std::uint8_t lead = byte(0);
-  const std::size_t length = lead < 0x80   ? 1
-                             : lead < 0xC2 ? 0
-                             : lead < 0xE0 ? 2
-                             : lead < 0xF0 ? 3
-                             : lead < 0xF5 ? 4
-                                           : 0;
-  char32_t character = length == 1 ? lead : lead & (0x7Fu >> length);
+  if (lead < 0x80) {
+    text.remove_prefix(1);
+    return lead;
+  }
+  const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+  char32_t character = lead & (0x7Fu >> length);
   std::size_t taken = 1;
   while (taken < length && taken < text.size() && (byte(taken) & 0xC0) == 0x80) {
     character = character << 6 | (byte(taken) & 0x3F);
@@ -103,37 +75,25 @@ char32_t TakeCharacter(std::string_view& text) {
 }  // namespace
 
 int CompareText(std::string_view a, std::string_view b) {
-  while (!a.empty() && !b.empty()) {
-    const auto left_byte = static_cast<std::uint8_t>(a.front());
-    const auto right_byte = static_cast<std::uint8_t>(b.front());
-    char32_t left = SmallAscii(left_byte);
-    char32_t right = SmallAscii(right_byte);
-    if (left_byte < 0x80 && right_byte < 0x80) {  // nearly every character of numbers and stamps
-      a.remove_prefix(1);
-      b.remove_prefix(1);
-    } else {
-      left = SmallForm(TakeCharacter(a));
-      right = SmallForm(TakeCharacter(b));
+  for (;;) {
+    const auto [left_end, right_end] = std::ranges::mismatch(a, b, [](std::uint8_t left, std::uint8_t right) {
+      return left < 0x80 && SmallAscii(left) == SmallAscii(right);  // nearly every character of numbers and stamps
+    });
+    a.remove_prefix(static_cast<std::size_t>(left_end - a.begin()));
+    b.remove_prefix(static_cast<std::size_t>(right_end - b.begin()));
+    if (a.empty() || b.empty()) {
+      return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
     }
+    const char32_t left = SmallForm(TakeCharacter(a));
+    const char32_t right = SmallForm(TakeCharacter(b));
     if (left != right) {
       return left < right ? -1 : 1;
     }
   }
-  return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
 }
 
 bool EqualText(std::string_view a, std::string_view b) {
   return a.size() == b.size() && CompareText(a, b) == 0;
-}
-
-BothCases InBothCases(std::string_view text) {
-  BothCases cases;
-  while (!text.empty()) {
-    const char32_t small = SmallForm(TakeCharacter(text));
-    AppendUtf16(small, cases.small);
-    AppendUtf16(LargeForm(small), cases.large);
-  }
-  return cases;
 }
 
 }  // namespace marlevo

@@ -5,7 +5,6 @@
 // are never taken as equal. A letter stands at its small form's place, so that "_" sorts before every ASCII letter.
 #pragma once
 
-#include <string>
 #include <string_view>
 
 namespace marlevo {
@@ -16,13 +15,5 @@ int CompareText(std::string_view a, std::string_view b);
 
 // The same as CompareText(a, b) == 0, sooner: both forms of a letter are equally long in UTF-8.
 bool EqualText(std::string_view a, std::string_view b);
-
-// A text in its small and in its large letters, as UTF-16: another text equals it if and only if each of its units is
-// that of one of the two at its place. Bytes that are not UTF-8 become U+FFFD.
-struct BothCases {
-  std::u16string small;
-  std::u16string large;
-};
-BothCases InBothCases(std::string_view text);
 
 }  // namespace marlevo

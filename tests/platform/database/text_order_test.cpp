@@ -28,11 +28,5 @@ TEST(CompareText, OrdersEverythingElseByCharacterValue) {
   }
 }
 
-TEST(InBothCases, HoldsBothFormsOfEveryLetter) {
-  const BothCases cases = InBothCases("a_Ｂ陳ÿŸéÉжⅣ7😀");
-  EXPECT_EQ(cases.small, u"a_ｂ陳ÿÿééжⅳ7😀");
-  EXPECT_EQ(cases.large, u"A_Ｂ陳ŸŸÉÉЖⅣ7😀");
-}
-
 }  // namespace
 }  // namespace marlevo
