@@ -1,6 +1,8 @@
 #include "printing/slip_settings.h"
 
 #include <algorithm>
+#include <istream>
+#include <ranges>
 
 #include "platform/text/text.h"
 
@@ -9,14 +11,6 @@ namespace marlevo {
 namespace {
 
 constexpr std::string_view kHeading = "[PRINTER SET]";
-
-// The next line of `text`, which loses it; a line ends with CR LF, LF or CR.
-std::string_view TakeLine(std::string_view& text) {
-  const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-  const std::string_view line = text.substr(0, end);
-  text.remove_prefix(text.substr(end).starts_with("\r\n") ? end + 2 : std::min(end + 1, text.size()));
-  return line;
-}
 
 std::string_view WithoutBlanks(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -30,20 +24,22 @@ SlipPrinterSettings& SlipSettings() {
   return settings;
 }
 
-SlipPrinterSettings ParseSlipSettings(std::string_view text) {
+SlipPrinterSettings ReadSlipSettings(std::istream& file) {
   SlipPrinterSettings settings;
   bool in_section = false;
-  while (!text.empty()) {
-    const std::string_view line = TakeLine(text);
-    in_section = in_section || line.find(kHeading) != std::string_view::npos;
-    const std::size_t equals = line.find('=');
-    if (!in_section || equals == std::string_view::npos || line.find('=', equals + 1) != std::string_view::npos) {
-      continue;
-    }
-    const std::string_view key = WithoutBlanks(line.substr(0, equals));
-    const auto field = std::ranges::find(kSlipFieldTable, key, &SlipField::key);
-    if (field != kSlipFieldTable.end()) {
-      settings.*field->value = LenientNumber(line.substr(equals + 1));
+  for (std::string text; std::getline(file, text);) {
+    for (const auto part : std::views::split(text, '\r')) {
+      const std::string_view line(part.begin(), part.end());
+      in_section = in_section || line.find(kHeading) != std::string_view::npos;
+      const std::size_t equals = line.find('=');
+      if (!in_section || equals == std::string_view::npos || line.find('=', equals + 1) != std::string_view::npos) {
+        continue;
+      }
+      const std::string_view key = WithoutBlanks(line.substr(0, equals));
+      const auto field = std::ranges::find(kSlipFieldTable, key, &SlipField::key);
+      if (field != kSlipFieldTable.end()) {
+        settings.*field->value = LenientNumber(line.substr(equals + 1));
+      }
     }
   }
   return settings;

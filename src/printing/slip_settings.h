@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 
@@ -53,9 +54,10 @@ inline constexpr std::array<SlipField, kSlipFields> kSlipFieldTable = {{
     {"P_HEIGHT", "=", "每注之間的間隔", &SlipPrinterSettings::p_height},
 }};
 
-// The settings that a file's text stands for: the defaults, overwritten by every line "KEY=number" after the first line
-// that contains "[PRINTER SET]". Whatever else the text holds is skipped; a value that is no number reads as 0.
-SlipPrinterSettings ParseSlipSettings(std::string_view text);
+// The settings that a file stands for: the defaults, overwritten by every line "KEY=number" after the first line that
+// contains "[PRINTER SET]". Other lines are skipped; a value that is no number reads as 0. The file is read to its end,
+// however large it is; a line ends with CR LF, LF or CR.
+SlipPrinterSettings ReadSlipSettings(std::istream& file);
 
 // The file's text: the heading and a line for each field, each ended by CR LF, with the values as they were typed.
 std::string SlipSettingsText(const std::array<std::string, kSlipFields>& values);

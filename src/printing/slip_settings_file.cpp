@@ -1,51 +1,88 @@
 #include "printing/slip_settings_file.h"
 
-#include <QFileInfo>
 #include <QSaveFile>
+#include <cerrno>
+#include <fstream>
+#include <system_error>
 
 namespace marlevo {
 
 namespace {
 
-constexpr qint64 kMostBytes = 64 * 1024;
+constexpr char kSaving[] = "儲存列印設定";
 
-QString FilePath(const std::filesystem::path& folder, std::string_view slip_name) {
+std::filesystem::path FilePath(const std::filesystem::path& folder, std::string_view slip_name) {
   const std::string name = slip_name.empty() ? "4Star" : std::string(slip_name);
-  return QString::fromStdU16String((folder / (name + ".ini")).u16string());
+  return folder / (name + ".ini");
 }
 
-[[noreturn]] void Fail(const char* attempted, const QString& path, const QFileDevice& file) {
+QString QPath(const std::filesystem::path& path) {
+  return QString::fromStdU16String(path.u16string());
+}
+
+[[noreturn]] void FailToRead(const std::filesystem::path& path, std::error_code error) {
+  throw FileError("讀取列印設定", QPath(path).toStdString(), error.message(),
+                  error == std::errc::permission_denied ? Fault::kDenied : Fault::kDiskFailed);
+}
+
+[[noreturn]] void FailToWrite(const QFileDevice& file) {
   const QFileDevice::FileError error = file.error();
-  // What Qt runs out of while it writes is room on the disk.
+  // Qt reports a full disk as a resource that has run out.
   const Fault kind = error == QFileDevice::ResourceError                                         ? Fault::kDiskFull
                      : error == QFileDevice::OpenError || error == QFileDevice::PermissionsError ? Fault::kDenied
                                                                                                  : Fault::kDiskFailed;
-  throw FileError(attempted, path.toStdString(), file.errorString().toStdString(), kind);
+  throw FileError(kSaving, file.fileName().toStdString(), file.errorString().toStdString(), kind);
 }
 
 }  // namespace
 
 void LoadSlipSettings(const std::filesystem::path& folder, std::string_view slip_name) {
-  SlipSettings() = {};
-  const QString path = FilePath(folder, slip_name);
-  if (!QFileInfo(path).isFile()) {
+  const std::filesystem::path path = FilePath(folder, slip_name);
+  std::error_code error;
+  const std::filesystem::file_type type = std::filesystem::status(path, error).type();
+  if (type == std::filesystem::file_type::none || type == std::filesystem::file_type::unknown) {
+    FailToRead(path, error);
+  }
+  if (type != std::filesystem::file_type::regular) {
+    // Reading a device or a pipe could go on for ever.
+    SlipSettings() = {};
     return;
   }
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) {
-    Fail("讀取列印設定", path, file);
+  std::ifstream file(path, std::ios::binary);
+  if (!file) {
+    FailToRead(path, std::error_code(errno, std::generic_category()));
   }
-  SlipSettings() = ParseSlipSettings(file.read(kMostBytes).toStdString());
+  const SlipPrinterSettings settings = ReadSlipSettings(file);
+  if (file.bad()) {
+    FailToRead(path, std::error_code(errno, std::generic_category()));
+  }
+  SlipSettings() = settings;
 }
 
 void SaveSlipSettings(const std::filesystem::path& folder, std::string_view slip_name,
                       const std::array<std::string, kSlipFields>& values) {
-  const QString path = FilePath(folder, slip_name);
-  QSaveFile file(path);
-  // Flushed apart: a disk that takes only a part of the text would not fail the commit.
-  if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray::fromStdString(SlipSettingsText(values))) < 0 ||
-      !file.flush() || !file.commit()) {
-    Fail("儲存列印設定", path, file);
+  const std::filesystem::path path = FilePath(folder, slip_name);
+  QFile file(QPath(path));
+  if (file.exists() && !std::filesystem::is_regular_file(path)) {
+    throw FileError(kSaving, file.fileName().toStdString(), "這裡有同名的資料夾或裝置，請移走，再試一次。",
+                    Fault::kExplained);
+  }
+  const QByteArray text = QByteArray::fromStdString(SlipSettingsText(values));
+  QSaveFile replacement(file.fileName());
+  if (replacement.open(QIODevice::WriteOnly)) {
+    // Flushed apart: a disk that takes only a part of the text would not fail the commit.
+    if (replacement.write(text) < 0 || !replacement.flush()) {
+      FailToWrite(replacement);
+    }
+    if (replacement.commit()) {
+      return;
+    }
+  }
+  if (!file.exists()) {
+    FailToWrite(replacement);
+  }
+  if (!file.open(QIODevice::ReadWrite) || file.write(text) < 0 || !file.flush() || !file.resize(text.size())) {
+    FailToWrite(file);
   }
 }
 

@@ -12,13 +12,12 @@
 namespace marlevo {
 
 // Fills SlipSettings() with the defaults and then from the file of the slip name ("4Star" or "3Star"; empty stands for
-// "4Star"). No such file: the defaults stand. A folder or a device in its place counts as no file. Only the first 64
-// KiB are read, more than a hundred times what a save writes. Throws FileError when the file is there and cannot be
-// opened.
+// "4Star"). Where there is no such file, or a folder or a device in its place, the defaults stand. Throws FileError,
+// and leaves SlipSettings() as it was, when the file is there and cannot be read.
 void LoadSlipSettings(const std::filesystem::path& folder, std::string_view slip_name);
 
-// Writes the file of the slip name, values as typed. Afterwards the file is the new one; a FileError, a crash or a
-// power failure leaves the old one.
+// Writes the file of the slip name, values as typed: a new file takes the place of the old one, which a FileError, a
+// crash or a power failure therefore leaves whole. Only where the folder takes no new file the old one is overwritten.
 void SaveSlipSettings(const std::filesystem::path& folder, std::string_view slip_name,
                       const std::array<std::string, kSlipFields>& values);
 

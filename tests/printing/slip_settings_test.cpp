@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -11,6 +12,11 @@ namespace marlevo {
 namespace {
 
 using namespace std::string_literals;
+
+SlipPrinterSettings Read(const std::string& text) {
+  std::istringstream file(text);
+  return ReadSlipSettings(file);
+}
 
 // What differs from the defaults, as "KEY=value KEY=value".
 std::string Changes(const SlipPrinterSettings& settings) {
@@ -24,7 +30,7 @@ std::string Changes(const SlipPrinterSettings& settings) {
   return text;
 }
 
-TEST(ParseSlipSettings, TakesKeyLinesAndSkipsTheRest) {
+TEST(ReadSlipSettings, TakesKeyLinesAndSkipsTheRest) {
   const std::string head = "[PRINTER SET]\r\n";
   const std::pair<std::string, const char*> cases[] = {
       {"", ""},
@@ -41,7 +47,7 @@ TEST(ParseSlipSettings, TakesKeyLinesAndSkipsTheRest) {
       {head + "TOP\0 = 7\nLEFT = 7\0"s + "8\xFF\xFE\n\xA4\xA4=1", "LEFT=7"},
   };
   for (const auto& [text, changes] : cases) {
-    EXPECT_EQ(Changes(ParseSlipSettings(text)), changes) << text;
+    EXPECT_EQ(Changes(Read(text)), changes) << text;
   }
 }
 
@@ -52,8 +58,7 @@ TEST(SlipSettingsText, KeepsTheBlanksOfEachKeyAndReadsBack) {
             "[PRINTER SET]\r\nTOP = 1270\r\nLEFT = 4300\r\nDOT_W = 60\r\nDOT_H = 60\r\nDOT2DOT_W = 300\r\n"
             "DOT2DOT_H = 240\r\nPLAY2DOT =  420\r\nDOT2AMT = 530\r\nFIX = -0.5\r\nPLAY = \r\nMD=9050\r\n"
             "P_HEIGHT=1520x\r\n");
-  EXPECT_EQ(ParseSlipSettings(text),
-            (SlipPrinterSettings{1270, 4300, 60, 60, 300, 240, 420, 530, -0.5, 0, 9050, 1520}));
+  EXPECT_EQ(Read(text), (SlipPrinterSettings{1270, 4300, 60, 60, 300, 240, 420, 530, -0.5, 0, 9050, 1520}));
 }
 
 TEST(StoreSlipField, FollowsTheOrderOfTheBoxes) {
