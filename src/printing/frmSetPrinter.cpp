@@ -10,8 +10,7 @@
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QScreen>
-#include <QScrollArea>
-#include <QTreeWidget>
+#include <QTableWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -23,7 +22,9 @@
 #include "printing/slip_reference.h"
 #include "printing/slip_sample.h"
 #include "printing/slip_settings_file.h"
+#include "ui/grid.h"
 #include "ui/question.h"
+#include "ui/scrolling.h"
 #include "ui/select_all_edit.h"
 #include "ui/widgets.h"
 
@@ -38,20 +39,29 @@ QString QText(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// A table of one printer as a branch that stays open.
-QTreeWidgetItem* NewTable(const SlipReferenceTable& table) {
-  auto* const heading = new QTreeWidgetItem({QText(table.heading)});
-  QFont bold;
-  bold.setPointSizeF(kReferencePoints);
+QTableWidgetItem* NewCell(const QString& text, Qt::Alignment alignment = Qt::AlignRight) {
+  auto* const cell = new QTableWidgetItem(text);
+  cell->setTextAlignment(alignment | Qt::AlignVCenter);
+  return cell;
+}
+
+// One row with the heading and the printer's name, then a row for each value.
+void AddTable(QTableWidget& list, const SlipReferenceTable& table) {
+  QFont bold = list.font();
   bold.setBold(true);
-  heading->setFont(0, bold);
-  for (const SlipReferenceRow& row : table.rows) {
-    auto* const item = new QTreeWidgetItem(
-        heading, {QText(row.label), QString::number(row.three_digit), QString::number(row.four_digit)});
-    item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
-    item->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
+  int row = list.rowCount();
+  list.setRowCount(row + 1 + static_cast<int>(table.rows.size()));
+  list.setItem(row, 0, NewCell(QText(table.heading), Qt::AlignLeft));
+  list.setItem(row, 1, NewCell(QText(table.printer)));
+  list.setSpan(row, 1, 1, 2);
+  list.item(row, 0)->setFont(bold);
+  list.item(row, 1)->setFont(bold);
+  for (const SlipReferenceRow& values : table.rows) {
+    ++row;
+    list.setItem(row, 0, NewCell(QText(values.label), Qt::AlignLeft));
+    list.setItem(row, 1, NewCell(QString::number(values.three_digit)));
+    list.setItem(row, 2, NewCell(QString::number(values.four_digit)));
   }
-  return heading;
 }
 
 }  // namespace
@@ -90,18 +100,14 @@ frmSetPrinter::frmSetPrinter(QWidget* parent, std::filesystem::path settings_fol
   rows->addLayout(columns, 1);
   rows->addSpacing(6);
   rows->addLayout(NewButtons());
-  auto* const scroll = new QScrollArea(this);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setWidgetResizable(true);
-  scroll->setWidget(content);
-  auto* const window = new QVBoxLayout(this);
-  window->setContentsMargins(0, 0, 0, 0);
-  window->addWidget(scroll);
+  FillScrolling(this, content);
   resize(kComfortable.boundedTo(screen()->availableSize()));
 
-  opPlay4_->setChecked(true);
-  opPlay_Click(SlipType::kFourDigit);
+  Form_Load();
+}
+
+void frmSetPrinter::Form_Load() {
+  opPlay4_Click();
   txtInput_[0]->setFocus();
 }
 
@@ -109,8 +115,8 @@ QLayout* frmSetPrinter::NewBoxes() {
   auto* const fraSlip = Named(new QGroupBox("投注單選項", this), "fraSlip");
   opPlay4_ = Named(new QRadioButton("4星彩", fraSlip), "opPlay4");
   opPlay3_ = Named(new QRadioButton("3星彩", fraSlip), "opPlay3");
-  connect(opPlay4_, &QRadioButton::clicked, this, [this] { opPlay_Click(SlipType::kFourDigit); });
-  connect(opPlay3_, &QRadioButton::clicked, this, [this] { opPlay_Click(SlipType::kThreeDigit); });
+  connect(opPlay4_, &QRadioButton::clicked, this, &frmSetPrinter::opPlay4_Click);
+  connect(opPlay3_, &QRadioButton::clicked, this, &frmSetPrinter::opPlay3_Click);
   auto* const options = new QHBoxLayout(fraSlip);
   options->setSpacing(24);
   options->addWidget(opPlay4_);
@@ -142,29 +148,23 @@ QLayout* frmSetPrinter::NewBoxes() {
 }
 
 QLayout* frmSetPrinter::NewReference() {
-  auto* const list = Named(new QTreeWidget(this), "lstReference");
-  list->setHeaderLabels({"單位 1/1440 吋", "3星彩", "4星彩"});
-  list->headerItem()->setTextAlignment(1, Qt::AlignRight);
-  list->headerItem()->setTextAlignment(2, Qt::AlignRight);
-  list->setRootIsDecorated(false);
-  list->setItemsExpandable(false);
-  list->setIndentation(12);
-  list->setUniformRowHeights(true);
-  list->setSelectionMode(QAbstractItemView::NoSelection);
-  list->setFocusPolicy(Qt::NoFocus);
-  list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-  list->header()->setStretchLastSection(false);
-  list->header()->setSectionsMovable(false);
-  for (const SlipReferenceTable& table : kSlipReference) {
-    QTreeWidgetItem* const heading = NewTable(table);
-    list->addTopLevelItem(heading);
-    heading->setFirstColumnSpanned(true);
-  }
-  list->expandAll();
+  auto* const list = Named(new QTableWidget(0, 3, this), "lstReference");
   QFont small = font();
   small.setPointSizeF(kReferencePoints);  // all rows fit without scrolling
   list->setFont(small);
+  list->horizontalHeader()->setFont(small);
+  SetUpGrid(*list, GridSelection::kNone);
+  list->verticalHeader()->setDefaultSectionSize(list->fontMetrics().height());
+  list->setHorizontalHeaderLabels({"單位 1/1440 吋", "3星彩", "4星彩"});
+  list->horizontalHeaderItem(0)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  list->horizontalHeaderItem(1)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  list->horizontalHeaderItem(2)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  list->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+  list->setShowGrid(false);
+  list->setFocusPolicy(Qt::NoFocus);
+  for (const SlipReferenceTable& table : kSlipReference) {
+    AddTable(*list, table);
+  }
   list->setFixedWidth(fontMetrics().horizontalAdvance('0') * 38);
 
   auto* const column = new QVBoxLayout;
@@ -183,12 +183,12 @@ QLayout* frmSetPrinter::NewButtons() {
   QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
   connect(cmdPreview, &QPushButton::clicked, this, &frmSetPrinter::cmdPreview_Click);
   connect(cmdSave, &QPushButton::clicked, this, &frmSetPrinter::cmdSave_Click);
-  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::close);
-  auto* const chkZoom = Named(new QCheckBox("放大", this), "chkZoom");
-  connect(chkZoom, &QCheckBox::toggled, picPreview_, &SlipPreview::Zoom);
+  connect(cmdCancel, &QPushButton::clicked, this, &frmSetPrinter::cmdCancel_Click);
+  chkZoom_ = Named(new QCheckBox("放大", this), "chkZoom");
+  connect(chkZoom_, &QCheckBox::clicked, this, &frmSetPrinter::chkZoom_Click);
   auto* const buttons = new QHBoxLayout;
   buttons->setSpacing(10);
-  buttons->addWidget(chkZoom);
+  buttons->addWidget(chkZoom_);
   buttons->addSpacing(20);
   buttons->addWidget(lblField_, 1);
   for (QPushButton* const button : {cmdPreview, static_cast<QPushButton*>(cmdPrint), cmdSave, cmdCancel}) {
@@ -210,7 +210,7 @@ bool frmSetPrinter::eventFilter(QObject* watched, QEvent* event) {
       txtInput_KeyUp(index);
       break;
     case QEvent::FocusIn:
-      Explain(index);
+      txtInput_GotFocus(index);
       break;
     default:
       break;
@@ -231,8 +231,22 @@ bool frmSetPrinter::txtInput_KeyDown(int key) {
   }
 }
 
-void frmSetPrinter::opPlay_Click(SlipType type) {
+void frmSetPrinter::opPlay3_Click() {
+  ChooseType(SlipType::kThreeDigit);
+}
+
+void frmSetPrinter::opPlay4_Click() {
+  ChooseType(SlipType::kFourDigit);
+}
+
+QRadioButton* frmSetPrinter::OptionOf(SlipType type) const {
+  return type == SlipType::kThreeDigit ? opPlay3_ : opPlay4_;
+}
+
+void frmSetPrinter::ChooseType(SlipType type) {
+  OptionOf(type_)->setChecked(true);  // until the other type is loaded
   LoadSlipSettings(settings_folder_, SlipName(type));
+  OptionOf(type)->setChecked(true);
   type_ = type;
   for (std::size_t i = 0; i < txtInput_.size(); ++i) {
     txtInput_[i]->setText(QText(NumberText(SlipSettings().*kSlipFieldTable[i].value)));
@@ -245,6 +259,10 @@ void frmSetPrinter::txtInput_KeyUp(int index) {
   StoreSlipField(SlipSettings(), index, txtInput_[static_cast<std::size_t>(index)]->text().toStdString());
   Explain(index);
   RefreshPreview();
+}
+
+void frmSetPrinter::txtInput_GotFocus(int index) {
+  Explain(index);
 }
 
 void frmSetPrinter::Explain(int index) {
@@ -267,6 +285,10 @@ void frmSetPrinter::RefreshPreview() {
   }
 }
 
+void frmSetPrinter::chkZoom_Click() {
+  picPreview_->Zoom(chkZoom_->isChecked());
+}
+
 void frmSetPrinter::cmdPreview_Click() {
   previewed_ = true;
   RefreshPreview();
@@ -285,9 +307,14 @@ void frmSetPrinter::cmdSave_Click() {
   }
   std::array<std::string, kSlipFields> values;
   for (std::size_t i = 0; i < values.size(); ++i) {
+    txtInput_[i]->setProperty("tag", txtInput_[i]->text());
     values[i] = txtInput_[i]->text().toStdString();
   }
   SaveSlipSettings(settings_folder_, SlipName(type_), values);
+}
+
+void frmSetPrinter::cmdCancel_Click() {
+  close();
 }
 
 }  // namespace marlevo

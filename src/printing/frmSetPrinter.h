@@ -8,6 +8,7 @@
 #include "printing/slip_marks.h"
 #include "printing/slip_settings.h"
 
+class QCheckBox;
 class QLabel;
 class QLayout;
 class QLineEdit;
@@ -29,19 +30,27 @@ class frmSetPrinter : public QDialog {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  // Loads the slip type, also when it is already chosen: that takes unsaved edits back.
-  void opPlay_Click(SlipType type);
+  void Form_Load();
+  void opPlay3_Click();
+  void opPlay4_Click();
   // Enter and Down lead from one box to the next, Up to the one before. True when the key is used up.
   bool txtInput_KeyDown(int key);
   void txtInput_KeyUp(int index);
+  void txtInput_GotFocus(int index);
+  void chkZoom_Click();
   void cmdPreview_Click();
   void cmdPrint_Click();
   void cmdSave_Click();
+  void cmdCancel_Click();
 
   QLayout* NewBoxes();
   QLayout* NewReference();
   QLayout* NewButtons();
-  // What the box at hand means, in words, and in colour on the preview.
+  // Loads the settings of a slip type and shows them, also when it is already chosen: that takes unsaved edits back.
+  // The type chosen before stays chosen when its file cannot be read.
+  void ChooseType(SlipType type);
+  QRadioButton* OptionOf(SlipType type) const;
+  // Says what the value of a box measures, in words, and in colour on the preview.
   void Explain(int index);
   // Draws the preview again, once it has been asked for.
   void RefreshPreview();
@@ -54,6 +63,7 @@ class frmSetPrinter : public QDialog {
   QRadioButton* opPlay3_;
   std::array<QLineEdit*, kSlipFields> txtInput_;
   SlipPreview* picPreview_;
+  QCheckBox* chkZoom_;
   QLabel* lblField_;
 };
 

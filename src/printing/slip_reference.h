@@ -1,4 +1,4 @@
-// Settings that fit printers known to the house, as texts for the operator to copy from. Nothing is loaded from them.
+// Known good settings for two printers, shown to the operator to copy from. Nothing is loaded from them.
 #pragma once
 
 #include <array>
@@ -15,11 +15,13 @@ struct SlipReferenceRow {
 
 struct SlipReferenceTable {
   std::string_view heading;
+  std::string_view printer;
   std::vector<SlipReferenceRow> rows;
 };
 
 inline const std::array<SlipReferenceTable, 2> kSlipReference = {{
-    {"3、4星彩雷射   Epson AL-M1400",
+    {"3、4星彩雷射",
+     "Epson AL-M1400",
      {{"紙張的上邊界", 1120, 1270},
       {"紙張的左邊界", 4300, 4300},
       {"黑點的寬度", 60, 60},
@@ -30,7 +32,8 @@ inline const std::array<SlipReferenceTable, 2> kSlipReference = {{
       {"紙張頃斜修正", 0, 0},
       {"每注之間的間隔", 1280, 1520},
       {"長期投注位置", 9050, 9050}}},
-    {"3、4星彩噴墨   Epson XP-102",
+    {"3、4星彩噴墨",
+     "Epson XP-102",
      {{"紙張的上邊界", 1180, 1330},
       {"紙張的左邊界", 530, 550},
       {"黑點的寬度", 60, 60},
