@@ -8,6 +8,7 @@
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QVBoxLayout>
+#include <numeric>
 #include <utility>
 
 #include "platform/printer/printer.h"
@@ -74,7 +75,7 @@ frmPrint::frmPrint(QWidget* parent, const CurrentList& list, std::filesystem::pa
   lblSlips_ = NewLabel(this, "lblSlips", {});
   auto* const cmdPrint = new PrintButton(this, "列  印", [this] { cmdPrint_Click(); });
   QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
-  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::close);
+  connect(cmdCancel, &QPushButton::clicked, this, &frmPrint::cmdCancel_Click);
   LayOut(heading, cmdPrint, cmdCancel);
   Form_Load();
 }
@@ -111,11 +112,12 @@ frmPrint::KindRow frmPrint::NewKindRow(int kind) {
   NewColumn(columns, kCountWidth)->addWidget(row.lblMax);
   NewColumn(columns, kMultiDrawWidth)->addWidget(row.cboMD);
 
-  connect(row.chkPlay, &QCheckBox::toggled, this, &frmPrint::ShowSlipCount);
   for (QLineEdit* const box : {row.txtStart, row.txtEnd}) {
     box->setValidator(new QRegularExpressionValidator(QRegularExpression("[0-9]*"), box));
-    connect(box, &QLineEdit::textChanged, this, &frmPrint::ShowSlipCount);
   }
+  connect(row.chkPlay, &QCheckBox::clicked, this, &frmPrint::chkPlay_Click);
+  connect(row.txtStart, &QLineEdit::textChanged, this, &frmPrint::txtStart_Change);
+  connect(row.txtEnd, &QLineEdit::textChanged, this, &frmPrint::txtEnd_Change);
   return row;
 }
 
@@ -170,15 +172,21 @@ void frmPrint::Form_Load() {
     row.cboMD->setCurrentText("不加注");
   }
   Option1_[0]->setChecked(true);
-  Option1_Click();
 }
 
-// The ranges count only for a partial print.
 void frmPrint::Option1_Click() {
-  for (const KindRow& row : rows_) {
-    row.txtStart->setEnabled(Option1_[1]->isChecked());
-    row.txtEnd->setEnabled(Option1_[1]->isChecked());
-  }
+  ShowSlipCount();
+}
+
+void frmPrint::chkPlay_Click() {
+  ShowSlipCount();
+}
+
+void frmPrint::txtStart_Change() {
+  ShowSlipCount();
+}
+
+void frmPrint::txtEnd_Change() {
   ShowSlipCount();
 }
 
@@ -203,15 +211,19 @@ SlipOrder frmPrint::OrderOf(int kind) const {
           chkPage_->isChecked()};
 }
 
+int frmPrint::SlipsOf(int kind) const {
+  const KindRow& row = rows_[static_cast<std::size_t>(kind)];
+  if (row.fraPlay->isHidden() || !row.chkPlay->isChecked()) {
+    return 0;
+  }
+  return SlipCount(static_cast<int>(list_.kinds[static_cast<std::size_t>(kind)].tickets.size()), OrderOf(kind));
+}
+
 void frmPrint::ShowSlipCount() {
   int slips[2] = {};
   if (CheckPrintChoices(Option1_[0]->isChecked(), Choices()) == 0) {
     for (int kind = 0; kind < kBetKinds; ++kind) {
-      if (rows_[static_cast<std::size_t>(kind)].chkPlay->isChecked()) {
-        const SlipOrder order = OrderOf(kind);
-        slips[order.type == SlipType::kThreeDigit ? 1 : 0] +=
-            SlipCount(static_cast<int>(list_.kinds[static_cast<std::size_t>(kind)].tickets.size()), order);
-      }
+      slips[SlipTypeOfKind(kind) == SlipType::kThreeDigit ? 1 : 0] += SlipsOf(kind);
     }
   }
   QStringList needed;
@@ -232,32 +244,34 @@ void frmPrint::cmdPrint_Click() {
   PrintSlips();
 }
 
+void frmPrint::cmdCancel_Click() {
+  close();
+}
+
 void frmPrint::PrintSlips() {
-  // All pages are computed before the first one goes out: settings that cannot be read leave nothing half printed.
-  std::array<std::vector<PageDrawing>, kBetKinds> slips;
-  int pages = 0;
+  std::array<int, kBetKinds> slips;
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    const auto index = static_cast<std::size_t>(kind);
-    if (!rows_[index].fraPlay->isHidden() && rows_[index].chkPlay->isChecked()) {
-      const SlipOrder order = OrderOf(kind);
-      LoadSlipSettings(settings_folder_, SlipName(order.type));
-      slips[index] = SlipMarks(list_.kinds[index].tickets, order, SlipSettings());
-      pages += static_cast<int>(slips[index].size());
-    }
+    slips[static_cast<std::size_t>(kind)] = SlipsOf(kind);
   }
-  PrintProgress progress(this, pages);
-  int done = 0;
-  bool going_on = true;
-  for (std::size_t kind = 0; kind < slips.size() && going_on; ++kind) {
-    PrintJob job{std::string(kSlipKindNames[kind])};
-    for (std::size_t i = 0; i < slips[kind].size() && (going_on = progress.Continue(done)); ++i) {
-      job.Draw(slips[kind][i]);
+  PrintProgress progress(this, std::accumulate(slips.begin(), slips.end(), 0));
+  for (int kind = 0; kind < kBetKinds && !progress.Cancelled(); ++kind) {
+    if (slips[static_cast<std::size_t>(kind)] == 0) {
+      continue;
+    }
+    const SlipOrder order = OrderOf(kind);
+    LoadSlipSettings(settings_folder_, SlipName(order.type));
+    PrintJob job{std::string(kSlipKindNames[static_cast<std::size_t>(kind)])};
+    for (const PageDrawing& slip :
+         SlipMarks(list_.kinds[static_cast<std::size_t>(kind)].tickets, order, SlipSettings())) {
+      if (!progress.NextPage()) {
+        break;
+      }
+      job.Draw(slip);
       job.NewPage();
-      ++done;
     }
     job.End();
   }
-  progress.Finish(done);
+  progress.Finish();
 }
 
 }  // namespace marlevo

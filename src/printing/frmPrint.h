@@ -41,8 +41,12 @@ class frmPrint : public QDialog {
 
   void Form_Load();
   void Option1_Click();
+  void chkPlay_Click();
+  void txtStart_Change();
+  void txtEnd_Change();
   void cmdPrint_Click();
-  // One job for each ticked kind. A kind that is not used by the list has no visible row and is never ticked.
+  void cmdCancel_Click();
+  // One job for each ticked kind, with the settings that its file holds when the job begins.
   void PrintSlips();
 
   QWidget* NewHeading();
@@ -51,6 +55,8 @@ class frmPrint : public QDialog {
 
   std::array<KindChoice, kBetKinds> Choices() const;
   SlipOrder OrderOf(int kind) const;
+  // Slips that the kind's job takes; 0 when the kind is not to be printed.
+  int SlipsOf(int kind) const;
   // How many slips the choices take, for the operator to have ready.
   void ShowSlipCount();
 

@@ -51,13 +51,9 @@ frmPrintNote::frmPrintNote(QWidget* parent) : QDialog(parent) {
   cboPage_ = new DropDownList(this, "cboPage");
   cboPage_->setLineEdit(new SelectAllEdit(this));
   cboPage_->setInsertPolicy(QComboBox::NoInsert);
-  for (int pages = 1; pages <= kPageCounts; ++pages) {
-    cboPage_->addItem(QString::number(pages));
-  }
-  cboPage_->setCurrentText("1");
   auto* const cmdPrint = new PrintButton(this, "列印便條紙", [this] { cmdPrint_Click(); });
   QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
-  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::close);
+  connect(cmdCancel, &QPushButton::clicked, this, &frmPrintNote::cmdCancel_Click);
 
   auto* const pages = new QHBoxLayout;
   pages->setSpacing(10);
@@ -77,7 +73,19 @@ frmPrintNote::frmPrintNote(QWidget* parent) : QDialog(parent) {
   columns->setSizeConstraint(QLayout::SetFixedSize);
   columns->addWidget(new SheetPicture(this));
   columns->addLayout(right);
+  Form_Load();
+}
+
+void frmPrintNote::Form_Load() {
+  for (int pages = 1; pages <= kPageCounts; ++pages) {
+    cboPage_->addItem(QString::number(pages));
+  }
+  cboPage_->setCurrentText("1");
   cboPage_->setFocus();
+}
+
+void frmPrintNote::cmdCancel_Click() {
+  close();
 }
 
 void frmPrintNote::cmdPrint_Click() {
@@ -88,7 +96,7 @@ void frmPrintNote::cmdPrint_Click() {
   const Picture sheet = MemoSheet();
   PrintJob job("便條紙");
   PrintProgress progress(this, pages);
-  for (int page = 0; page < pages && progress.Continue(page); ++page) {
+  for (int page = 0; page < pages && progress.NextPage(); ++page) {
     const PaperSize paper = job.Paper();
     // Whole units; one unit lies between the copies.
     const int width = paper.width / 2;
@@ -100,7 +108,7 @@ void frmPrintNote::cmdPrint_Click() {
     job.NewPage();
   }
   job.End();
-  progress.Finish(job.Pages());
+  progress.Finish();
 }
 
 }  // namespace marlevo

@@ -15,7 +15,9 @@ class frmPrintNote : public QDialog {
   explicit frmPrintNote(QWidget* parent);
 
  private:
+  void Form_Load();
   void cmdPrint_Click();
+  void cmdCancel_Click();
 
   QComboBox* cboPage_;
 };

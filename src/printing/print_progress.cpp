@@ -21,21 +21,24 @@ PrintProgress::PrintProgress(QWidget* parent, int pages)
   since_update_.start();
 }
 
-bool PrintProgress::Continue(int pages_done) {
+bool PrintProgress::NextPage() {
   if (since_update_.hasExpired(kUpdateEvery)) {
-    window_.setLabelText(QString("列印中,請稍後 ...   %1 / %2 頁").arg(pages_done).arg(window_.maximum()));
-    window_.setValue(pages_done);
+    window_.setLabelText(QString("列印中,請稍後 ...   %1 / %2 頁").arg(pages_).arg(window_.maximum()));
+    window_.setValue(pages_);
     since_update_.restart();
   }
-  return !window_.wasCanceled();
+  if (Cancelled()) {
+    return false;
+  }
+  ++pages_;
+  return true;
 }
 
-void PrintProgress::Finish(int pages_done) {
-  const bool cancelled = window_.wasCanceled();
-  QWidget* const parent = window_.parentWidget();
+void PrintProgress::Finish() {
+  const bool cancelled = Cancelled();
   window_.hide();
   if (cancelled) {
-    ShowMessage(parent, QString("列印已取消,共印出 %1 頁 !").arg(pages_done));
+    ShowMessage(window_.parentWidget(), QString("列印已取消,共印出 %1 頁 !").arg(pages_));
   }
 }
 

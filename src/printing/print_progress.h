@@ -8,18 +8,20 @@ namespace marlevo {
 
 class PrintProgress {
  public:
-  // `pages` of all jobs together.
+  // `pages`: how many will be printed, of all jobs together.
   PrintProgress(QWidget* parent, int pages);
 
-  // To be called before each page with the number of pages done. False once the operator has cancelled.
-  bool Continue(int pages_done);
+  // To be called before each page. False once the operator has cancelled: that page must not be printed any more.
+  bool NextPage();
+  bool Cancelled() const { return window_.wasCanceled(); }
 
-  // To be called after the last job: tells the operator how many pages went out when he cancelled.
-  void Finish(int pages_done);
+  // To be called after the last job: closes the window, and after a cancel tells the operator how many pages went out.
+  void Finish();
 
  private:
   QProgressDialog window_;
   QElapsedTimer since_update_;
+  int pages_ = 0;  // begun
 };
 
 }  // namespace marlevo

@@ -152,10 +152,7 @@ QPainter& PrintJob::PainterOnPage() {
   } else if (!on_page_ && !printer.newPage()) {
     throw PrinterError("換頁", printer.printerName().toStdString(), "印表機無法開始新的一頁", Fault::kExplained);
   }
-  if (!on_page_) {
-    on_page_ = true;
-    ++pages_;
-  }
+  on_page_ = true;
   return *painter_;
 }
 

@@ -59,9 +59,6 @@ class PrintJob {
   // goes out.
   void End();
 
-  // Pages that have something on them.
-  int Pages() const { return pages_; }
-
  private:
   QPrinter& Printer();
   QPainter& PainterOnPage();
@@ -71,7 +68,6 @@ class PrintJob {
   std::unique_ptr<QPrinter> printer_;
   std::unique_ptr<QPainter> painter_;
   bool on_page_ = false;
-  int pages_ = 0;
 };
 
 // The default printer's paper; A4 when there is no printer.
