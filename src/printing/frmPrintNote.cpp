@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kPageCounts = 20;
 
-// The sheet on the screen.
+// Shows the memo sheet on the screen.
 class SheetPicture : public QWidget {
  public:
   explicit SheetPicture(QWidget* parent) : QWidget(parent), sheet_(MemoSheet()) {
@@ -98,7 +98,7 @@ void frmPrintNote::cmdPrint_Click() {
   PrintProgress progress(this, pages);
   for (int page = 0; page < pages && progress.NextPage(); ++page) {
     const PaperSize paper = job.Paper();
-    // Whole units; one unit lies between the copies.
+    // Halves are whole twips, and one twip lies between neighbouring sheets.
     const int width = paper.width / 2;
     const int height = paper.height / 2;
     for (const QPoint corner :

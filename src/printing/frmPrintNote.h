@@ -1,4 +1,4 @@
-// Printing of blank memo sheets for package bets, four to a page.
+// The window that prints blank memo sheets for package bets, four to a page.
 #pragma once
 
 #include <QDialog>

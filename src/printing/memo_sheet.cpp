@@ -18,7 +18,7 @@ constexpr double kRight = kWidth - kBorder;
 constexpr double kThick = 30;
 constexpr double kThin = 12;
 
-// Opaque greys: anything transparent would make a driver turn the page into a bitmap.
+// Opaque greys: some drivers turn a page with anything transparent into a bitmap.
 constexpr QRgb kInk = 0xff222222;
 constexpr QRgb kRule = 0xff8a8a8a;
 constexpr QRgb kShade = 0xffececec;
@@ -27,7 +27,7 @@ class Sheet {
  public:
   explicit Sheet(QPainter& painter) : painter_(painter) {}
 
-  // Lines are filled rectangles, which have the same width on every device.
+  // Lines are drawn as filled rectangles: the width of a pen differs between devices.
   void Horizontal(double x1, double x2, double y, double thickness, QRgb colour) {
     painter_.fillRect(QRectF(x1, y - thickness / 2, x2 - x1, thickness), QColor::fromRgb(colour));
   }
@@ -50,7 +50,7 @@ class Sheet {
     painter_.setPen(QColor::fromRgb(kInk));
     painter_.drawText(box, alignment | Qt::AlignVCenter | Qt::TextDontClip, text);
   }
-  // A caption with a line to write on, from x1 to x2.
+  // A caption and a line to write on, together from x1 to x2.
   void Blank(double x1, double x2, double y, const QString& caption, double caption_width) {
     Text(QRectF(x1, y - 340, caption_width, 340), Qt::AlignLeft, 210, caption);
     Horizontal(x1 + caption_width, x2, y, kThin, kRule);
@@ -60,11 +60,11 @@ class Sheet {
   QPainter& painter_;
 };
 
-// The digits of each position: four columns of ten boxes to tick or to circle.
+// Four columns, one for each position, of ten boxes, one for each digit, to tick or to circle.
 void DrawPositions(Sheet& sheet, double top, double bottom) {
   constexpr std::array kTitles = {"第一柱", "第二柱", "第三柱", "第四柱"};
   constexpr double kTitleHeight = 330;
-  constexpr double kSide = 560;  // at the left: the digit of each row
+  constexpr double kSide = 560;  // width of the column of digits at the left
   const double row = (bottom - top - kTitleHeight) / 10;
   const double column = (kRight - kLeft - kSide) / 4;
   sheet.Shade(QRectF(kLeft, top, kRight - kLeft, kTitleHeight));
@@ -83,14 +83,14 @@ void DrawPositions(Sheet& sheet, double top, double bottom) {
   sheet.Frame(QRectF(kLeft, top, kRight - kLeft, bottom - top), kThick, kInk);
 }
 
-// A line for each bet kind: tick it, its multiple, its tickets and its amount.
+// A line for each bet kind with a box to tick and room for multiple, number of tickets and amount.
 void DrawKinds(Sheet& sheet, double top, double bottom) {
   constexpr std::array kKinds = {"四星正彩", "四星組彩", "三星正彩", "三星組彩", "三星對彩"};
   constexpr std::array kTitles = {"玩  法", "倍  數", "張  數", "金  額"};
   constexpr std::array kColumns = {0.0, 1500.0, 2500.0, 3500.0};
   constexpr double kTick = 150;
   const double width = kRight - kLeft;
-  const double row = (bottom - top) / 7;  // a heading, the kinds, the total
+  const double row = (bottom - top) / 7;  // the heading, five kinds, the total
   sheet.Shade(QRectF(kLeft, top, width, row));
   for (std::size_t i = 0; i < kTitles.size(); ++i) {
     const double x = kLeft + kColumns[i];

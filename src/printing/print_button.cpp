@@ -10,7 +10,7 @@ namespace marlevo {
 
 namespace {
 
-// Off for as long as it lives, also when printing fails.
+// Disables a button for its own lifetime, also when printing throws.
 class SwitchedOff {
  public:
   explicit SwitchedOff(QPushButton& button) : button_(button), had_focus_(button.hasFocus()) {

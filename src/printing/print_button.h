@@ -1,5 +1,4 @@
-// A button that prints: paper that went out cannot be taken back, so it does its work once however hastily it is
-// pressed.
+// A button that prints once, however hastily it is pressed: paper that went out cannot be taken back.
 #pragma once
 
 #include <QPushButton>
@@ -11,15 +10,15 @@ class PrintButton : public QPushButton {
   Q_OBJECT
 
  public:
-  // The main action of its window, named cmdPrint.
+  // The button looks like the main action of its window and is named cmdPrint. `print` runs on every click.
   PrintButton(QWidget* parent, const QString& caption, std::function<void()> print);
 
  protected:
-  // The second press of a double click is none of its own.
+  // Takes no notice, so that the second press of a double click does not count as a click.
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
-  // Runs `print`; what is pressed meanwhile meets a button that is off.
+  // Runs `print` while the button is disabled: clicks and keys that arrive meanwhile do nothing.
   void Print(const std::function<void()>& print);
 };
 

@@ -6,7 +6,7 @@ namespace marlevo {
 
 namespace {
 constexpr int kShowAfter = 1000;  // milliseconds
-constexpr int kUpdateEvery = 50;  // drawing the window for every page would take longer than the pages
+constexpr int kUpdateEvery = 50;  // milliseconds; updating for every page would take longer than printing
 }  // namespace
 
 PrintProgress::PrintProgress(QWidget* parent, int pages)

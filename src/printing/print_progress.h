@@ -1,4 +1,5 @@
-// The progress window of a print: comes up when printing takes longer than a second, with a button that cancels.
+// The progress window of printing, with a button that cancels. The window comes up only when printing takes longer than
+// a second.
 #pragma once
 
 #include <QElapsedTimer>

@@ -11,7 +11,7 @@ namespace marlevo {
 
 namespace {
 
-constexpr int kRuler = 30;  // pixels: ticks and the number of millimetres
+constexpr int kRuler = 30;  // pixels, for the ticks and the numbers of millimetres
 constexpr int kSpace = 6;
 constexpr QRgb kHighlight = 0xffd9480f;
 constexpr QRgb kOutline = 0xff8fa3b5;
@@ -31,7 +31,8 @@ void DrawRects(QPainter& painter, const std::vector<QRectF>& rects) {
   painter.drawRects(rects.data(), static_cast<int>(rects.size()));
 }
 
-// Along the upper or the left edge of `page`, which begins at `first_mm` of the paper.
+// Draws the ruler along the upper or the left edge of `page`, the part of the paper that is shown; `first_mm` is where
+// this part begins on the paper.
 void DrawRuler(QPainter& painter, const QRectF& page, double first_mm, double pixels_per_mm,
                Qt::Orientation orientation) {
   constexpr double kClosest = 3;  // pixels between two ticks
