@@ -43,7 +43,7 @@ int main(int argc, char** argv) {
   };
   windows.print_note = [](QWidget* parent) { marlevo::frmPrintNote(parent).exec(); };
   windows.set_printer = [folder](QWidget* parent) { marlevo::frmSetPrinter(parent, folder).exec(); };
-  windows.load_slip_settings = [folder] { marlevo::LoadSlipSettings(folder, "4Star"); };
+  windows.load_slip_settings = [folder] { marlevo::LoadSlipSettings(folder, marlevo::SlipType::kFourDigit); };
 
   marlevo::frmMarlevo board(windows);
   QObject::connect(&board, &marlevo::frmMarlevo::Unloaded, [] { QCoreApplication::exit(0); });

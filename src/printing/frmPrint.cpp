@@ -8,7 +8,7 @@
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QVBoxLayout>
-#include <numeric>
+#include <algorithm>
 #include <utility>
 
 #include "platform/printer/printer.h"
@@ -24,18 +24,14 @@ namespace marlevo {
 
 namespace {
 
-// Columns of the rows of kinds, in widths of the digit "0".
+// Widths of the columns, in widths of the digit "0".
 constexpr int kKindWidth = 14;
 constexpr int kRangeWidth = 22;
 constexpr int kCountWidth = 11;
 constexpr int kMultiDrawWidth = 16;
 
-QString QText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-double Number(const QLineEdit* box) {
-  return LenientNumber(box->text().toStdString());
+int TicketCount(const KindList& list) {
+  return static_cast<int>(list.tickets.size());
 }
 
 QHBoxLayout* NewRowLayout(QWidget* row) {
@@ -45,7 +41,8 @@ QHBoxLayout* NewRowLayout(QWidget* row) {
   return layout;
 }
 
-// A place of fixed width in a row, so that the rows stand under one another. Returns its layout.
+// Adds a place of fixed width to a row, so that the columns of all rows stand under one another. Returns the layout of
+// the place.
 QHBoxLayout* NewColumn(QHBoxLayout* row, int digits) {
   auto* const place = new QWidget(row->parentWidget());
   place->setFixedWidth(digits * place->fontMetrics().horizontalAdvance('0'));
@@ -94,10 +91,12 @@ QWidget* frmPrint::NewHeading() {
 frmPrint::KindRow frmPrint::NewKindRow(int kind) {
   auto* const frame = Named(new QFrame(this), ElementName("fraPlay", kind));
   frame->setFrameShape(QFrame::StyledPanel);
+  const auto index = static_cast<std::size_t>(kind);
   KindRow row;
+  row.kind = kind;
+  row.list = &list_.kinds[index];
   row.fraPlay = frame;
-  row.chkPlay =
-      Named(new QCheckBox(QText(kSlipKindNames[static_cast<std::size_t>(kind)]), frame), ElementName("chkPlay", kind));
+  row.chkPlay = Named(new QCheckBox(QString::fromUtf8(kSlipKindNames[index]), frame), ElementName("chkPlay", kind));
   row.txtStart = Named(new SelectAllEdit(frame), ElementName("txtStart", kind));
   row.txtEnd = Named(new SelectAllEdit(frame), ElementName("txtEnd", kind));
   row.lblMax = NewLabel(frame, ElementName("lblMax", kind), {});
@@ -151,12 +150,10 @@ void frmPrint::LayOut(QWidget* heading, PrintButton* cmdPrint, QWidget* cmdCance
 }
 
 void frmPrint::Form_Load() {
-  for (int kind = 0; kind < kBetKinds; ++kind) {
-    const KindRow& row = rows_[static_cast<std::size_t>(kind)];
-    const KindList& of_kind = list_.kinds[static_cast<std::size_t>(kind)];
-    row.fraPlay->setVisible(of_kind.ticked);
-    if (of_kind.ticked) {
-      const QString count = QString::number(of_kind.tickets.size());
+  for (const KindRow& row : rows_) {
+    row.fraPlay->setVisible(row.list->ticked);
+    if (row.list->ticked) {
+      const QString count = QString::number(TicketCount(*row.list));
       row.lblMax->setText("(" + count + ")");
       row.lblMax->setProperty("tag", count);
       row.txtStart->setText("1");
@@ -167,7 +164,7 @@ void frmPrint::Form_Load() {
     row.chkPlay->setChecked(false);
     row.cboMD->clear();
     for (const std::string_view draws : kMultiDraws) {
-      row.cboMD->addItem(QText(draws));
+      row.cboMD->addItem(QString::fromUtf8(draws));
     }
     row.cboMD->setCurrentText("不加注");
   }
@@ -192,44 +189,41 @@ void frmPrint::txtEnd_Change() {
 
 std::array<KindChoice, kBetKinds> frmPrint::Choices() const {
   std::array<KindChoice, kBetKinds> choices;
-  for (std::size_t kind = 0; kind < choices.size(); ++kind) {
-    const KindRow& row = rows_[kind];
-    choices[kind] = {row.chkPlay->isChecked(), Number(row.txtStart), Number(row.txtEnd),
-                     row.lblMax->property("tag").toInt()};
-  }
+  std::ranges::transform(rows_, choices.begin(), [](const KindRow& row) {
+    return KindChoice{row.chkPlay->isChecked(), LenientNumber(row.txtStart->text().toStdString()),
+                      LenientNumber(row.txtEnd->text().toStdString()), TicketCount(*row.list)};
+  });
   return choices;
 }
 
-SlipOrder frmPrint::OrderOf(int kind) const {
-  const KindRow& row = rows_[static_cast<std::size_t>(kind)];
+SlipOrder frmPrint::OrderOf(const KindRow& row) const {
   const bool all = Option1_[0]->isChecked();
-  return {SlipTypeOfKind(kind),
+  return {SlipTypeOfKind(row.kind),
           all ? 1 : LenientInteger(row.txtStart->text().toStdString()),
-          LenientInteger((all ? row.lblMax->property("tag").toString() : row.txtEnd->text()).toStdString()),
-          list_.kinds[static_cast<std::size_t>(kind)].multiplier,
+          all ? TicketCount(*row.list) : LenientInteger(row.txtEnd->text().toStdString()),
+          row.list->multiplier,
           row.cboMD->currentIndex(),
           chkPage_->isChecked()};
 }
 
-int frmPrint::SlipsOf(int kind) const {
-  const KindRow& row = rows_[static_cast<std::size_t>(kind)];
+int frmPrint::SlipsOf(const KindRow& row) const {
   if (row.fraPlay->isHidden() || !row.chkPlay->isChecked()) {
     return 0;
   }
-  return SlipCount(static_cast<int>(list_.kinds[static_cast<std::size_t>(kind)].tickets.size()), OrderOf(kind));
+  return SlipCount(TicketCount(*row.list), OrderOf(row));
 }
 
 void frmPrint::ShowSlipCount() {
-  int slips[2] = {};
-  if (CheckPrintChoices(Option1_[0]->isChecked(), Choices()) == 0) {
-    for (int kind = 0; kind < kBetKinds; ++kind) {
-      slips[SlipTypeOfKind(kind) == SlipType::kThreeDigit ? 1 : 0] += SlipsOf(kind);
-    }
-  }
   QStringList needed;
-  for (int i = 0; i < 2; ++i) {
-    if (slips[i] > 0) {
-      needed += QString("%1星彩投注單 %2 張").arg(i == 0 ? 4 : 3).arg(slips[i]);
+  if (CheckPrintChoices(Option1_[0]->isChecked(), Choices()) == 0) {
+    for (const SlipType type : {SlipType::kFourDigit, SlipType::kThreeDigit}) {
+      int slips = 0;
+      for (const KindRow& row : rows_) {
+        slips += SlipTypeOfKind(row.kind) == type ? SlipsOf(row) : 0;
+      }
+      if (slips > 0) {
+        needed += QString("%1投注單 %2 張").arg(QString::fromUtf8(SlipCaption(type))).arg(slips);
+      }
     }
   }
   lblSlips_->setText(needed.isEmpty() ? QString() : "需要 " + needed.join("、"));
@@ -238,7 +232,7 @@ void frmPrint::ShowSlipCount() {
 void frmPrint::cmdPrint_Click() {
   const int code = CheckPrintChoices(Option1_[0]->isChecked(), Choices());
   if (code != 0) {
-    ShowMessage(this, QText(PrintChoicesMessage(code)));
+    ShowMessage(this, QString::fromStdString(PrintChoicesMessage(code)));
     return;
   }
   PrintSlips();
@@ -249,20 +243,22 @@ void frmPrint::cmdCancel_Click() {
 }
 
 void frmPrint::PrintSlips() {
-  std::array<int, kBetKinds> slips;
-  for (int kind = 0; kind < kBetKinds; ++kind) {
-    slips[static_cast<std::size_t>(kind)] = SlipsOf(kind);
+  int slips = 0;
+  for (const KindRow& row : rows_) {
+    slips += SlipsOf(row);
   }
-  PrintProgress progress(this, std::accumulate(slips.begin(), slips.end(), 0));
-  for (int kind = 0; kind < kBetKinds && !progress.Cancelled(); ++kind) {
-    if (slips[static_cast<std::size_t>(kind)] == 0) {
+  PrintProgress progress(this, slips);
+  for (const KindRow& row : rows_) {
+    if (progress.Cancelled()) {
+      break;
+    }
+    if (SlipsOf(row) == 0) {
       continue;
     }
-    const SlipOrder order = OrderOf(kind);
-    LoadSlipSettings(settings_folder_, SlipName(order.type));
-    PrintJob job{std::string(kSlipKindNames[static_cast<std::size_t>(kind)])};
-    for (const PageDrawing& slip :
-         SlipMarks(list_.kinds[static_cast<std::size_t>(kind)].tickets, order, SlipSettings())) {
+    const SlipOrder order = OrderOf(row);
+    LoadSlipSettings(settings_folder_, order.type);
+    PrintJob job(row.chkPlay->text().toStdString());
+    for (const PageDrawing& slip : SlipMarks(row.list->tickets, order, SlipSettings())) {
       if (!progress.NextPage()) {
         break;
       }

@@ -25,12 +25,14 @@ class frmPrint : public QDialog {
   Q_OBJECT
 
  public:
-  // `list` stays the caller's and does not change while the window is open. `settings_folder`: where the files of the
-  // slip settings lie. Prints on the default printer.
+  // `list` belongs to the caller and must not change while the window is open. `settings_folder` holds the files of the
+  // slip settings. The window prints on the default printer.
   frmPrint(QWidget* parent, const CurrentList& list, std::filesystem::path settings_folder);
 
  private:
   struct KindRow {
+    int kind;
+    const KindList* list;
     QFrame* fraPlay;
     QCheckBox* chkPlay;
     QLineEdit* txtStart;
@@ -54,10 +56,10 @@ class frmPrint : public QDialog {
   void LayOut(QWidget* heading, PrintButton* cmdPrint, QWidget* cmdCancel);
 
   std::array<KindChoice, kBetKinds> Choices() const;
-  SlipOrder OrderOf(int kind) const;
+  SlipOrder OrderOf(const KindRow& row) const;
   // Slips that the kind's job takes; 0 when the kind is not to be printed.
-  int SlipsOf(int kind) const;
-  // How many slips the choices take, for the operator to have ready.
+  int SlipsOf(const KindRow& row) const;
+  // Tells the operator how many slips to have ready.
   void ShowSlipCount();
 
   const CurrentList& list_;

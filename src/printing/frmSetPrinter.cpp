@@ -33,11 +33,7 @@ namespace marlevo {
 namespace {
 
 constexpr QSize kComfortable(1180, 690);
-constexpr double kReferencePoints = 10.5;
-
-QString QText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
+constexpr double kReferencePoints = 10.5;  // all rows of the reference list fit without scrolling
 
 QTableWidgetItem* NewCell(const QString& text, Qt::Alignment alignment = Qt::AlignRight) {
   auto* const cell = new QTableWidgetItem(text);
@@ -51,14 +47,14 @@ void AddTable(QTableWidget& list, const SlipReferenceTable& table) {
   bold.setBold(true);
   int row = list.rowCount();
   list.setRowCount(row + 1 + static_cast<int>(table.rows.size()));
-  list.setItem(row, 0, NewCell(QText(table.heading), Qt::AlignLeft));
-  list.setItem(row, 1, NewCell(QText(table.printer)));
+  list.setItem(row, 0, NewCell(QString::fromUtf8(table.heading), Qt::AlignLeft));
+  list.setItem(row, 1, NewCell(QString::fromUtf8(table.printer)));
   list.setSpan(row, 1, 1, 2);
   list.item(row, 0)->setFont(bold);
   list.item(row, 1)->setFont(bold);
   for (const SlipReferenceRow& values : table.rows) {
     ++row;
-    list.setItem(row, 0, NewCell(QText(values.label), Qt::AlignLeft));
+    list.setItem(row, 0, NewCell(QString::fromUtf8(values.label), Qt::AlignLeft));
     list.setItem(row, 1, NewCell(QString::number(values.three_digit)));
     list.setItem(row, 2, NewCell(QString::number(values.four_digit)));
   }
@@ -89,7 +85,6 @@ frmSetPrinter::frmSetPrinter(QWidget* parent, std::filesystem::path settings_fol
   columns->addLayout(NewReference());
   columns->addLayout(NewBoxes());
 
-  // On a screen that is too small for all of it the window scrolls.
   auto* const content = new QWidget;
   auto* const rows = new QVBoxLayout(content);
   rows->setContentsMargins(20, 14, 20, 16);
@@ -113,8 +108,8 @@ void frmSetPrinter::Form_Load() {
 
 QLayout* frmSetPrinter::NewBoxes() {
   auto* const fraSlip = Named(new QGroupBox("投注單選項", this), "fraSlip");
-  opPlay4_ = Named(new QRadioButton("4星彩", fraSlip), "opPlay4");
-  opPlay3_ = Named(new QRadioButton("3星彩", fraSlip), "opPlay3");
+  opPlay4_ = Named(new QRadioButton(QString::fromUtf8(SlipCaption(SlipType::kFourDigit)), fraSlip), "opPlay4");
+  opPlay3_ = Named(new QRadioButton(QString::fromUtf8(SlipCaption(SlipType::kThreeDigit)), fraSlip), "opPlay3");
   connect(opPlay4_, &QRadioButton::clicked, this, &frmSetPrinter::opPlay4_Click);
   connect(opPlay3_, &QRadioButton::clicked, this, &frmSetPrinter::opPlay3_Click);
   auto* const options = new QHBoxLayout(fraSlip);
@@ -134,9 +129,9 @@ QLayout* frmSetPrinter::NewBoxes() {
     box->setAlignment(Qt::AlignRight);
     box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * 12);
     box->installEventFilter(this);
-    // What the mouse pastes or drops releases no key.
+    // Text that the mouse pastes or drops comes without a key release.
     connect(box, &QLineEdit::textEdited, this, [this, i] { txtInput_KeyUp(i); });
-    form->addRow(QText(kSlipFieldTable[static_cast<std::size_t>(i)].label), box);
+    form->addRow(QString::fromUtf8(kSlipFieldTable[static_cast<std::size_t>(i)].label), box);
     txtInput_[static_cast<std::size_t>(i)] = box;
   }
   auto* const column = new QVBoxLayout;
@@ -150,7 +145,7 @@ QLayout* frmSetPrinter::NewBoxes() {
 QLayout* frmSetPrinter::NewReference() {
   auto* const list = Named(new QTableWidget(0, 3, this), "lstReference");
   QFont small = font();
-  small.setPointSizeF(kReferencePoints);  // all rows fit without scrolling
+  small.setPointSizeF(kReferencePoints);
   list->setFont(small);
   list->horizontalHeader()->setFont(small);
   SetUpGrid(*list, GridSelection::kNone);
@@ -244,12 +239,12 @@ QRadioButton* frmSetPrinter::OptionOf(SlipType type) const {
 }
 
 void frmSetPrinter::ChooseType(SlipType type) {
-  OptionOf(type_)->setChecked(true);  // until the other type is loaded
-  LoadSlipSettings(settings_folder_, SlipName(type));
+  OptionOf(type_)->setChecked(true);  // the former type stays chosen when loading throws
+  LoadSlipSettings(settings_folder_, type);
   OptionOf(type)->setChecked(true);
   type_ = type;
   for (std::size_t i = 0; i < txtInput_.size(); ++i) {
-    txtInput_[i]->setText(QText(NumberText(SlipSettings().*kSlipFieldTable[i].value)));
+    txtInput_[i]->setText(QString::fromStdString(NumberText(SlipSettings().*kSlipFieldTable[i].value)));
   }
   Explain(explained_);
   RefreshPreview();
@@ -274,7 +269,7 @@ void frmSetPrinter::Explain(int index) {
   const SlipField& field = kSlipFieldTable[static_cast<std::size_t>(index)];
   const double twips = SlipSettings().*field.value;
   lblField_->setText(QString("%1 %2  ＝ %3 公釐")
-                         .arg(QText(field.label), QText(NumberText(twips)))
+                         .arg(QString::fromUtf8(field.label), QString::fromStdString(NumberText(twips)))
                          .arg(twips / kTwipsPerMillimetre, 0, 'f', 1) +
                      (field.value == &SlipPrinterSettings::play ? " (不影響黑點)" : ""));
 }
@@ -310,7 +305,7 @@ void frmSetPrinter::cmdSave_Click() {
     txtInput_[i]->setProperty("tag", txtInput_[i]->text());
     values[i] = txtInput_[i]->text().toStdString();
   }
-  SaveSlipSettings(settings_folder_, SlipName(type_), values);
+  SaveSlipSettings(settings_folder_, type_, values);
 }
 
 void frmSetPrinter::cmdCancel_Click() {

@@ -1,12 +1,13 @@
-// The calibration window: where the marks of each slip type lie, tried out on the screen and on paper, then saved.
+// The calibration window: the operator edits where the marks of a slip type lie, tries the values out on the screen and
+// on paper, and saves them.
 #pragma once
 
 #include <QDialog>
 #include <array>
 #include <filesystem>
 
-#include "printing/slip_marks.h"
 #include "printing/slip_settings.h"
+#include "printing/slip_type.h"
 
 class QCheckBox;
 class QLabel;
@@ -22,8 +23,9 @@ class frmSetPrinter : public QDialog {
   Q_OBJECT
 
  public:
-  // Opens with the four-digit slip. `settings_folder`: where the files of the slip settings lie. Prints on the default
-  // printer. Edits go into SlipSettings() at once, into the file only by saving.
+  // Opens with the four-digit slip; throws FileError when its settings cannot be loaded. `settings_folder` holds the
+  // files of the slip settings. Edits go into SlipSettings() at once and into the file only by saving. The window
+  // prints on the default printer.
   frmSetPrinter(QWidget* parent, std::filesystem::path settings_folder);
 
  protected:
@@ -33,7 +35,7 @@ class frmSetPrinter : public QDialog {
   void Form_Load();
   void opPlay3_Click();
   void opPlay4_Click();
-  // Enter and Down lead from one box to the next, Up to the one before. True when the key is used up.
+  // Enter and Down move the focus to the next box, Up to the one before. True when the key moved the focus.
   bool txtInput_KeyDown(int key);
   void txtInput_KeyUp(int index);
   void txtInput_GotFocus(int index);
@@ -52,7 +54,7 @@ class frmSetPrinter : public QDialog {
   QRadioButton* OptionOf(SlipType type) const;
   // Says what the value of a box measures, in words, and in colour on the preview.
   void Explain(int index);
-  // Draws the preview again, once it has been asked for.
+  // Draws the preview again if the operator has asked for it before.
   void RefreshPreview();
 
   std::filesystem::path settings_folder_;

@@ -1,7 +1,5 @@
 #include "printing/print_choices.h"
 
-#include "printing/slip_marks.h"
-
 namespace marlevo {
 
 int CheckPrintChoices(bool print_all, const std::array<KindChoice, kBetKinds>& kinds) {

@@ -13,6 +13,7 @@ constexpr int kMultiDrawsInRow = 9;
 double ColumnPitch(const SlipPrinterSettings& settings) {
   return settings.dot_w + settings.dot2dot_w;
 }
+
 double RowPitch(const SlipPrinterSettings& settings) {
   return settings.dot_h + settings.dot2dot_h;
 }
@@ -48,7 +49,7 @@ SlipPoint DigitBox(const SlipPrinterSettings& settings, int position, int row, i
 }
 
 SlipPoint MultipleBox(const SlipPrinterSettings& settings, int position, int column) {
-  // Three rows down on both slips: what the fourth row takes on the four-digit slip is part of its dot2amt.
+  // Both slips count three digit rows here. The four-digit slip has a fourth one; its dot2amt is larger for that.
   const SlipPoint first = DigitBox(settings, position, 0, column);
   return {first.x, first.y + 3 * settings.dot_h + 2 * settings.dot2dot_h + settings.dot2amt};
 }

@@ -1,13 +1,13 @@
-// The picture of a slip in the calibration window: the paper to scale between two millimetre rulers, all boxes of the
-// slip as outlines, the sample marks filled, and what one value measures in colour.
+// The picture of a slip in the calibration window: the paper to scale between two millimetre rulers, the boxes of the
+// slip as outlines, the marks of the sample slip filled, and in colour what the value of one field measures.
 #pragma once
 
 #include <QWidget>
 #include <optional>
 
 #include "platform/printer/printer.h"
-#include "printing/slip_marks.h"
 #include "printing/slip_settings.h"
+#include "printing/slip_type.h"
 
 namespace marlevo {
 
@@ -15,13 +15,13 @@ class SlipPreview : public QWidget {
   Q_OBJECT
 
  public:
-  // Named picPreview; empty at first.
+  // Named picPreview. Shows a hint until ShowSlip is called.
   explicit SlipPreview(QWidget* parent);
 
   void ShowSlip(SlipType type, const SlipPrinterSettings& settings, PaperSize paper);
-  // Field 0 to 11, or -1 for none.
+  // Colours what the value of the field (0 to 11) measures; -1 colours nothing.
   void Highlight(int field);
-  // Shows the part of the paper with the boxes as large as it goes, or the whole paper.
+  // Shows only the part of the paper that has the boxes, enlarged, or the whole paper.
   void Zoom(bool zoomed);
 
   QSize sizeHint() const override;
@@ -36,7 +36,7 @@ class SlipPreview : public QWidget {
     PaperSize paper;
   };
 
-  // The part of the paper to show, in twips.
+  // The part of the paper that is shown, in twips.
   QRectF View() const;
 
   std::optional<Slip> slip_;

@@ -1,17 +1,20 @@
 #include "printing/slip_sample.h"
 
 #include <algorithm>
+#include <string>
 
 #include "platform/text/text.h"
+#include "printing/slip_marks.h"
 
 namespace marlevo {
 
 namespace {
 
 constexpr int kColumns = 10;
-constexpr int kSampleMultiDraw = 10;  // the first box of the second row
+constexpr int kSampleMultiDraw = 10;  // marks the first box of the second row
 
-// Blocks with the outermost boxes marked crosswise: a page that is stretched or crooked shows there first.
+// Tickets that mark the outermost boxes, in one block on the left where the next block has its mark on the right: a
+// page that is stretched or crooked shows in these boxes first.
 TicketList SampleTickets(SlipType type) {
   TicketList tickets(static_cast<std::size_t>(SlipCapacity(type)));
   for (std::size_t i = 0; i < tickets.size(); ++i) {
@@ -39,8 +42,8 @@ PageDrawing SampleSlip(SlipType type, const SlipPrinterSettings& settings) {
 
 PageDrawing TestSheet(SlipType type, const SlipPrinterSettings& settings, double paper_width, double paper_height) {
   constexpr double kLine = 300;
-  constexpr double kBorder = 400;        // printers leave out what lies nearer to the edge
-  constexpr double kValueColumn = 2400;  // the longest label and its value
+  constexpr double kBorder = 400;        // some printers print nothing nearer to the edge
+  constexpr double kValueColumn = 2400;  // room for the longest label and its value
   constexpr int kLines = 1 + kSlipFields / 2;
 
   PageDrawing page = SampleSlip(type, settings);
@@ -50,12 +53,12 @@ PageDrawing TestSheet(SlipType type, const SlipPrinterSettings& settings, double
     lowest = std::max(lowest, mark.y + mark.height);
     rightmost = std::max(rightmost, mark.x + mark.width);
   }
-  // Below the slip, or else on its right; on top of it where neither has room.
+  // The texts begin below the marks, or else on their right.
   const double last_x = std::max(kBorder, paper_width - kBorder - 2 * kValueColumn);
   const bool below = lowest + (kLines + 2) * kLine + kBorder < paper_height;
   const double x = std::clamp(below ? settings.left : rightmost + 4 * kLine, kBorder, last_x);
   double y = below ? lowest + 2 * kLine : 2 * kBorder;
-  page.texts.push_back({x, y, SlipCaption(type) + " 測試列印"});
+  page.texts.push_back({x, y, std::string(SlipCaption(type)) + " 測試列印"});
   for (std::size_t field = 0; field < kSlipFieldTable.size(); ++field) {
     const bool first_column = field % 2 == 0;
     y += first_column ? kLine : 0;
@@ -144,10 +147,6 @@ std::vector<Mark> FieldAreas(int field, SlipType type, const SlipPrinterSettings
       break;
   }
   return areas;
-}
-
-std::string SlipCaption(SlipType type) {
-  return type == SlipType::kThreeDigit ? "3星彩" : "4星彩";
 }
 
 }  // namespace marlevo

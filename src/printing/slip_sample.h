@@ -1,30 +1,27 @@
-// What the calibration window draws: a sample slip whose marks come from the same code as those of real ones, the boxes
-// of the pre-printed slip, and the areas that a value stands for. Lengths in twips.
+// What the calibration window draws: a sample slip, its marks made by the same code as those of real slips; the boxes
+// of the pre-printed slip; and the areas that the values measure. Lengths in twips.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "platform/printer/page_drawing.h"
-#include "printing/slip_marks.h"
 #include "printing/slip_settings.h"
+#include "printing/slip_type.h"
 
 namespace marlevo {
 
-// A full slip with marks in the outermost boxes of its rows, a multiple, a further draw and the tickets' numbers.
+// A full slip with marks in the outermost boxes of its rows, the largest multiple, a further draw and list numbers.
 PageDrawing SampleSlip(SlipType type, const SlipPrinterSettings& settings);
 
-// The sample slip and, clear of its marks where the paper allows it, the slip type and the twelve values.
+// The sample slip, and beside its marks the slip type and the twelve values. The texts lie over the marks only when the
+// paper has no room for both.
 PageDrawing TestSheet(SlipType type, const SlipPrinterSettings& settings, double paper_width, double paper_height);
 
-// Every box of the slip that a mark can fall into.
+// All boxes of the slip that can be marked.
 std::vector<Mark> SlipBoxes(SlipType type, const SlipPrinterSettings& settings);
 
-// What the value of a field (0 to 11) measures on the slip. Empty when it measures nothing: no mark depends on the
-// play-kind position.
+// The distances or boxes that the value of a field (0 to 11) measures on the slip. None for the play-kind position, on
+// which no mark depends, and for any other index.
 std::vector<Mark> FieldAreas(int field, SlipType type, const SlipPrinterSettings& settings);
-
-// "3星彩" or "4星彩"
-std::string SlipCaption(SlipType type);
 
 }  // namespace marlevo

@@ -1,4 +1,4 @@
-// Where the marks of a slip lie: the calibration of one slip type, and the text of its file.
+// The settings of one slip type, which say where its marks lie, and the text of their file.
 #pragma once
 
 #include <array>
@@ -8,7 +8,7 @@
 
 namespace marlevo {
 
-// Twips. A value may be any number, fractions and negative ones included.
+// Lengths in twips. A value may be any number, fractions and negative ones included.
 struct SlipPrinterSettings {
   double top = 2220;
   double left = 320;
@@ -19,21 +19,21 @@ struct SlipPrinterSettings {
   double play2dot = 420;
   double dot2amt = 420;
   double fix = 15;
-  double play = 1800;  // kept and edited; no mark depends on it
+  double play = 1800;  // stored and edited, but no mark depends on this value
   double md = 1900;
   double p_height = 2130;
 
   bool operator==(const SlipPrinterSettings&) const = default;
 };
 
-// The calibration in use, one for the whole program: loading fills it, the calibration window edits it, printing reads
-// it.
+// The settings in use, one record for the whole program: loading a file fills the record, the calibration window edits
+// it, printing reads it.
 SlipPrinterSettings& SlipSettings();
 
 struct SlipField {
   std::string_view key;     // in the file
-  std::string_view equals;  // between key and value when the file is written; the blanks differ between keys
-  std::string_view label;
+  std::string_view equals;  // written between key and value; the blanks around "=" differ between keys
+  std::string_view label;   // beside the field's box
   double SlipPrinterSettings::*value;
 };
 
@@ -62,7 +62,7 @@ SlipPrinterSettings ReadSlipSettings(std::istream& file);
 // The file's text: the heading and a line for each field, each ended by CR LF, with the values as they were typed.
 std::string SlipSettingsText(const std::array<std::string, kSlipFields>& values);
 
-// Stores the number that `text` begins with into a field (0 to 11); any other index stores nothing.
+// Stores the number that `text` begins with as the value of a field (0 to 11); any other index stores nothing.
 void StoreSlipField(SlipPrinterSettings& settings, int field, std::string_view text);
 
 }  // namespace marlevo

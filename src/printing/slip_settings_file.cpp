@@ -11,11 +11,6 @@ namespace {
 
 constexpr char kSaving[] = "儲存列印設定";
 
-std::filesystem::path FilePath(const std::filesystem::path& folder, std::string_view slip_name) {
-  const std::string name = slip_name.empty() ? "4Star" : std::string(slip_name);
-  return folder / (name + ".ini");
-}
-
 QString QPath(const std::filesystem::path& path) {
   return QString::fromStdU16String(path.u16string());
 }
@@ -36,14 +31,14 @@ QString QPath(const std::filesystem::path& path) {
 
 }  // namespace
 
-void LoadSlipSettings(const std::filesystem::path& folder, std::string_view slip_name) {
-  const std::filesystem::path path = FilePath(folder, slip_name);
+void LoadSlipSettings(const std::filesystem::path& folder, SlipType type) {
+  const std::filesystem::path path = folder / SlipFileName(type);
   std::error_code error;
-  const std::filesystem::file_type type = std::filesystem::status(path, error).type();
-  if (type == std::filesystem::file_type::none || type == std::filesystem::file_type::unknown) {
+  const auto found = std::filesystem::status(path, error).type();
+  if (found == std::filesystem::file_type::none || found == std::filesystem::file_type::unknown) {
     FailToRead(path, error);
   }
-  if (type != std::filesystem::file_type::regular) {
+  if (found != std::filesystem::file_type::regular) {
     // Reading a device or a pipe could go on for ever.
     SlipSettings() = {};
     return;
@@ -59,9 +54,9 @@ void LoadSlipSettings(const std::filesystem::path& folder, std::string_view slip
   SlipSettings() = settings;
 }
 
-void SaveSlipSettings(const std::filesystem::path& folder, std::string_view slip_name,
+void SaveSlipSettings(const std::filesystem::path& folder, SlipType type,
                       const std::array<std::string, kSlipFields>& values) {
-  const std::filesystem::path path = FilePath(folder, slip_name);
+  const std::filesystem::path path = folder / SlipFileName(type);
   QFile file(QPath(path));
   if (file.exists() && !std::filesystem::is_regular_file(path)) {
     throw FileError(kSaving, file.fileName().toStdString(), "這裡有同名的資料夾或裝置，請移走，再試一次。",
@@ -70,7 +65,7 @@ void SaveSlipSettings(const std::filesystem::path& folder, std::string_view slip
   const QByteArray text = QByteArray::fromStdString(SlipSettingsText(values));
   QSaveFile replacement(file.fileName());
   if (replacement.open(QIODevice::WriteOnly)) {
-    // Flushed apart: a disk that takes only a part of the text would not fail the commit.
+    // commit() does not fail when the disk took only a part of the text; flush() does.
     if (replacement.write(text) < 0 || !replacement.flush()) {
       FailToWrite(replacement);
     }

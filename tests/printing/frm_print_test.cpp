@@ -33,7 +33,7 @@ TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
 
   const auto jobs = queue_->TakeJobs();
   ASSERT_EQ(jobs.size(), 2U);
-  LoadSlipSettings(settings_, "4Star");
+  LoadSlipSettings(settings_, SlipType::kFourDigit);
   ASSERT_EQ(SlipSettings().p_height, 1520.5);
   const SlipPrinterSettings settings = SlipSettings();
   const TicketList& fours = list_.kinds[kFourStraight].tickets;

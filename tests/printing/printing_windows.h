@@ -25,7 +25,7 @@ class PrintingWindowTest : public testing::Test {
   }
   static void TearDownTestSuite() { queue_.reset(); }
 
-  PrintingWindowTest() { SaveSlipSettings(settings_, "4Star", kFourStar); }
+  PrintingWindowTest() { SaveSlipSettings(settings_, SlipType::kFourDigit, kFourStar); }
 
   // The pages have exactly these marks, within two twips.
   static void ExpectPages(const std::vector<test::PrintedPage>& printed, const std::vector<PageDrawing>& expected) {

@@ -33,30 +33,30 @@ class SlipSettingsFile : public testing::Test {
 
 TEST_F(SlipSettingsFile, WhatIsNoFileCountsAsMissingAndIsNeverReplaced) {
   SlipSettings().top = 1;
-  LoadSlipSettings(folder_, "4Star");
+  LoadSlipSettings(folder_, SlipType::kFourDigit);
   EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});  // the record before is gone
   for (const bool pipe : {false, true}) {            // reading a pipe would wait for ever
     std::filesystem::remove(file_);
     pipe ? mkfifo(file_.c_str(), 0666) : mkdir(file_.c_str(), 0777);
     SlipSettings().top = 1;
-    LoadSlipSettings(folder_, "4Star");
+    LoadSlipSettings(folder_, SlipType::kFourDigit);
     EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});
-    EXPECT_THROW(SaveSlipSettings(folder_, "4Star", kValues), FileError);
+    EXPECT_THROW(SaveSlipSettings(folder_, SlipType::kFourDigit, kValues), FileError);
     EXPECT_TRUE(std::filesystem::exists(file_) && !std::filesystem::is_regular_file(file_));
   }
 }
 
 TEST_F(SlipSettingsFile, IsReadToItsEndWhateverItHolds) {
   Write("");
-  LoadSlipSettings(folder_, "");
+  LoadSlipSettings(folder_, SlipType::kFourDigit);
   EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});
   Write("[PRINTER SET]\r\nTOP = 7");
   std::filesystem::resize_file(file_, 100'000'000);  // zeros in between
   std::ofstream(file_, std::ios::app) << "\r\nLEFT = 8";
-  LoadSlipSettings(folder_, "4Star");
+  LoadSlipSettings(folder_, SlipType::kFourDigit);
   EXPECT_EQ(SlipSettings().top, 7);
   EXPECT_EQ(SlipSettings().left, 8);
-  LoadSlipSettings(folder_, "3Star");
+  LoadSlipSettings(folder_, SlipType::kThreeDigit);
   EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});
 }
 
@@ -74,14 +74,14 @@ TEST_F(SlipSettingsFile, SaysWhatIsDeniedAndKeepsTheRecord) {
     ASSERT_EQ(seteuid(user), 0);
   };
   using std::filesystem::perms;
-  const auto load = [&] { LoadSlipSettings(folder_, "4Star"); };
-  const auto save = [&] { SaveSlipSettings(folder_, "4Star", kValues); };
+  const auto load = [&] { LoadSlipSettings(folder_, SlipType::kFourDigit); };
+  const auto save = [&] { SaveSlipSettings(folder_, SlipType::kFourDigit, kValues); };
   SlipSettings().top = 5;
   std::filesystem::permissions(folder_, perms(0555));
   std::filesystem::permissions(file_, perms::none);
   expect_denied(load);
   expect_denied(save);
-  expect_denied([&] { SaveSlipSettings(folder_, "3Star", kValues); });
+  expect_denied([&] { SaveSlipSettings(folder_, SlipType::kThreeDigit, kValues); });
   EXPECT_EQ(SlipSettings().top, 5);
 
   // The file may be written although the folder takes no new one.
@@ -101,11 +101,11 @@ TEST_F(SlipSettingsFile, SavesTheWholeFileOrLeavesTheOldOne) {
   getrlimit(RLIMIT_FSIZE, &limit);
   const rlimit full = {20, limit.rlim_max};  // the disk is full after twenty bytes
   setrlimit(RLIMIT_FSIZE, &full);
-  EXPECT_THROW(SaveSlipSettings(folder_, "4Star", kValues), FileError);
+  EXPECT_THROW(SaveSlipSettings(folder_, SlipType::kFourDigit, kValues), FileError);
   setrlimit(RLIMIT_FSIZE, &limit);
   EXPECT_EQ(Read(), "old");
 
-  SaveSlipSettings(folder_, "4Star", kValues);
+  SaveSlipSettings(folder_, SlipType::kFourDigit, kValues);
   EXPECT_EQ(Read(), SlipSettingsText(kValues));
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_), {}), 1);
 }
