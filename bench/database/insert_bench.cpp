@@ -6,6 +6,6 @@ int main() {
   using namespace marlevo;
   const testing_support::ScratchFolder folder;
   bench::YardstickTable table;
-  bench::MeasureSaving(table, folder.Path(), bench::Indexes::kNone, 0.8);
+  bench::MeasureSaving(table, folder.Path(), bench::Indexes::kNone, 0.35);
   return table.ExitStatus();
 }

@@ -6,6 +6,7 @@
 
 #include "platform/access/database.h"
 #include "platform/database/connection.h"
+#include "platform/database/sqlite_setup.h"
 #include "tools/make_database/new_database.h"
 
 namespace marlevo::bench {
@@ -85,6 +86,7 @@ void AddTickets(const std::filesystem::path& file, const std::vector<Ticket>& ti
 }
 
 SqliteStore::SqliteStore(const std::filesystem::path& file, const std::vector<Ticket>& tickets, Indexes indexes) {
+  SetUpSqlite();
   if (sqlite3_open(file.string().c_str(), &sql_) != SQLITE_OK) {
     throw std::runtime_error("the yardstick's file cannot be made");
   }

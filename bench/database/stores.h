@@ -1,7 +1,7 @@
 // The same purchases in a database file of the system and in a plain SQLite file, its yardstick.
 //
 // The SQLite file has the same columns and indexes and is set up as an application would: write-ahead log,
-// synchronous=NORMAL, every statement a transaction of its own.
+// synchronous=NORMAL, every statement a transaction of its own; SQLite itself is set up as for the system's own work.
 #pragma once
 
 #include <sqlite3.h>

@@ -11,6 +11,7 @@
 #include "platform/access/database.h"
 #include "platform/database/access_tables.h"
 #include "platform/database/recordset_rows.h"
+#include "platform/database/sqlite_setup.h"
 #include "platform/errors/operation_error.h"
 #include "platform/pager/pager_error.h"
 
@@ -47,6 +48,7 @@ auto Reported(const char* attempted, const std::string& subject, Work work) {
 
 // SQLite with nothing of its own: no file, and nothing in its memory database. The case of names follows SQLite.
 SqlHandle OpenSql() {
+  SetUpSqlite();
   sqlite3* opened = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
   const int code = sqlite3_open_v2(":memory:", &opened, flags, nullptr);
