@@ -34,7 +34,7 @@ bool SameName(std::string_view a, std::string_view b) {
 }
 
 std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file) {
-  const auto objects = file->Table(kObjectsPage, "MSysObjects");
+  const auto objects = TableState::Open(file, kObjectsPage, "MSysObjects");
   const std::size_t id = ColumnNamed(*objects, "Id");
   const std::size_t name = ColumnNamed(*objects, "Name");
   const std::size_t type = ColumnNamed(*objects, "Type");

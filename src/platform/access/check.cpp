@@ -32,7 +32,7 @@ class Checker {
     Try([this] {
       for (const CatalogEntry& entry : ReadCatalog(file_)) {
         if (entry.type == kLocalTable) {
-          Try([&] { CheckTable(*file_->Table(entry.page, entry.name)); });
+          Try([&] { CheckTable(*TableState::Open(file_, entry.page, entry.name)); });
         }
       }
     });
@@ -155,7 +155,7 @@ class Checker {
     while (walk.Next()) {
       ++surplus;
     }
-    ScanState rows(file_->Table(table.Page(), table.Name()), {});
+    ScanState rows(TableState::Open(file_, table.Page(), table.Name()), {});
     while (index.Refusal().empty() && rows.Next()) {
       try {
         const Index::RowKey key = index.KeyOf(rows.Cells());

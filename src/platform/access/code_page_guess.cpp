@@ -56,7 +56,7 @@ bool MayBeTraditionalChinese(const std::shared_ptr<File>& file) {
   }
   return std::ranges::all_of(entries, [&](const CatalogEntry& entry) {
     try {
-      return entry.type != kLocalTable || IsValid(*page, file->Table(entry.page, entry.name));
+      return entry.type != kLocalTable || IsValid(*page, TableState::Open(file, entry.page, entry.name));
     } catch (const AccessError&) {
       return true;
     }

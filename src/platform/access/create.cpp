@@ -138,8 +138,8 @@ class Registrar {
  public:
   explicit Registrar(File& file)
       : format_(file.Layout()),
-        objects_(file.Table(kObjectsPage, "MSysObjects")),
-        permissions_(file.Table(kObjectsPage + 1, "MSysACEs")),
+        objects_(TableState::Open(file.shared_from_this(), kObjectsPage, "MSysObjects")),
+        permissions_(TableState::Open(file.shared_from_this(), kObjectsPage + 1, "MSysACEs")),
         now_(Now()) {}
 
   void Register(const SystemObject& object) {

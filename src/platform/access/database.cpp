@@ -2,6 +2,7 @@
 
 #include "platform/access/catalog.h"
 #include "platform/access/check.h"
+#include "platform/access/code_page_guess.h"
 #include "platform/access/file.h"
 #include "platform/access/table_state.h"
 
@@ -10,7 +11,14 @@ namespace marlevo::access {
 Database::Database(std::shared_ptr<File> file) : file_(std::move(file)) {}
 
 Database Database::Open(const std::filesystem::path& path, const OpenOptions& options, pager::FileSystem& files) {
-  return Database(File::Open(path, options, files));
+  const std::shared_ptr<File> file = File::Open(path, options, files);
+  if (file->IsCodePageDoubtful()) {
+    const pager::Reading reading(file->Pages());
+    if (MayBeTraditionalChinese(file)) {
+      file->SetCodePage(kTraditionalChinese);
+    }
+  }
+  return Database(file);
 }
 
 std::vector<std::string> Database::Tables() const {
@@ -27,7 +35,7 @@ std::vector<std::string> Database::Tables() const {
 Table Database::OpenTable(std::string_view name) const {
   const pager::Reading reading(file_->Pages());
   const CatalogEntry entry = FindTable(file_, name);
-  return Table(file_->Table(entry.page, entry.name));
+  return Table(TableState::Open(file_, entry.page, entry.name));
 }
 
 bool Database::ReadOnly() const {
@@ -44,23 +52,6 @@ void Database::Discard() noexcept {
 
 std::vector<std::string> Database::Check() const {
   return CheckFile(file_);
-}
-
-Statement::Statement(const Database& database) : Statement(database.file_) {}
-
-Statement::Statement(std::shared_ptr<File> file) : file_(std::move(file)) {
-  file_->Begin();
-}
-
-Statement::~Statement() {
-  if (open_) {
-    file_->Rollback();
-  }
-}
-
-void Statement::Commit() {
-  file_->Commit();
-  open_ = false;
 }
 
 }  // namespace marlevo::access

@@ -7,31 +7,17 @@
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/access/access_error.h"
 #include "platform/access/schema.h"
+#include "platform/access/statement.h"
 #include "platform/access/table.h"
 #include "platform/pager/file.h"
 
 namespace marlevo::access {
-
-struct OpenOptions {
-  std::string password;  // compared exactly; a file without password opens with any
-  // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 936). Without one, a file whose label says
-  // Western (1252) is taken as Traditional Chinese (950) when its texts can be that.
-  std::optional<int> code_page;
-};
-
-// What Database::Create makes.
-struct NewFile {
-  int version = 4;                 // 4: Jet 4; 3: Jet 3
-  int code_page = 1252;            // of the texts of a Jet 3 file
-  std::uint32_t encoding_key = 0;  // other than 0: the pages are encoded with it
-};
 
 class Database {
  public:
@@ -61,28 +47,13 @@ class Database {
   // nobody known, rows that do not parse. Reads every page.
   std::vector<std::string> Check() const;
 
+  // Makes the inserts and deletes that follow one statement, until the Statement is committed or goes.
+  Statement Begin() const { return Statement(file_); }
+
  private:
-  friend class Statement;
   explicit Database(std::shared_ptr<File> file);
 
   std::shared_ptr<File> file_;
-};
-
-// Makes several inserts and deletes one statement: all or nothing for whoever reads the file afterwards. Without one,
-// each insert and delete is a statement of its own. At most one is open on a file. The destructor undoes what was not
-// committed. After an error inside of it (other than a refused value) the only thing to do is to let it go.
-class Statement {
- public:
-  explicit Statement(const Database& database);
-  explicit Statement(std::shared_ptr<File> file);
-  ~Statement();
-  Statement(const Statement&) = delete;
-  Statement& operator=(const Statement&) = delete;
-  void Commit();
-
- private:
-  std::shared_ptr<File> file_;
-  bool open_ = true;
 };
 
 }  // namespace marlevo::access

@@ -3,11 +3,8 @@
 #include <string>
 
 #include "platform/access/access_error.h"
-#include "platform/access/code_page_guess.h"
 #include "platform/access/data_page.h"
-#include "platform/access/database.h"
 #include "platform/access/global_map.h"
-#include "platform/access/table_state.h"
 
 namespace marlevo::access {
 
@@ -58,10 +55,6 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
       file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
     throw AccessError("the password is not that of the database", Fault::kWrongPassword);
   }
-  if (header.format->version == 3 && !options.code_page && file->CodePageOf(0) == kWestern &&
-      MayBeTraditionalChinese(file)) {
-    file->code_page_override_ = kTraditionalChinese;
-  }
   return file;
 }
 
@@ -87,6 +80,10 @@ pager::PageEdit File::Change(std::uint32_t page) const {
   return pager_->Change(page);
 }
 
+bool File::IsCodePageDoubtful() const {
+  return format_->version == 3 && !code_page_override_ && CodePageOf(0) == kWestern;
+}
+
 int File::CodePageOf(int label) const {
   const int labelled = label != 0 ? label : header_code_page_;
   return code_page_override_.value_or(labelled != 0 ? labelled : kWestern);
@@ -101,15 +98,6 @@ const TextCodec& File::Text(int code_page_label) const {
     return found->second;
   }
   return codecs_.emplace(code_page, TextCodec(code_page)).first->second;
-}
-
-std::shared_ptr<TableState> File::Table(std::uint32_t page, const std::string& name) {
-  std::weak_ptr<TableState>& slot = tables_[page];
-  std::shared_ptr<TableState> table = slot.lock();
-  if (table == nullptr) {
-    slot = table = std::make_shared<TableState>(shared_from_this(), page, name);
-  }
-  return table;
 }
 
 void File::Begin() {

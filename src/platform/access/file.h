@@ -13,13 +13,12 @@
 #include "platform/access/bytes.h"
 #include "platform/access/file_header.h"
 #include "platform/access/format.h"
+#include "platform/access/schema.h"
 #include "platform/access/text_codec.h"
 #include "platform/pager/pager.h"
 
 namespace marlevo::access {
 
-struct NewFile;
-struct OpenOptions;
 class TableState;
 
 class File : public std::enable_shared_from_this<File> {
@@ -37,15 +36,18 @@ class File : public std::enable_shared_from_this<File> {
   pager::PageRef Read(std::uint32_t page) const;
   pager::PageEdit Change(std::uint32_t page) const;
 
+  // A Jet 3 file labelled Western (1252) for which nobody has named a code page: its texts may be in another one.
+  bool IsCodePageDoubtful() const;
+  void SetCodePage(int code_page) { code_page_override_ = code_page; }
   // The code page in which Jet 3 texts with this label are stored.
   int CodePageOf(int label) const;
 
   // How texts with this code-page label are stored; the label counts for Jet 3 only. Lives as long as the File.
   const TextCodec& Text(int code_page_label) const;
 
-  // The table whose definition begins at `page`; the same one while somebody has it, so that what it remembers stays
-  // true.
-  std::shared_ptr<TableState> Table(std::uint32_t page, const std::string& name);
+  // Where the open table whose definition begins at `page` is remembered while somebody has it; filled by
+  // TableState::Open.
+  std::weak_ptr<TableState>& TableSlot(std::uint32_t page) { return tables_[page]; }
 
   void Begin();
   void Commit();

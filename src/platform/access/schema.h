@@ -1,8 +1,10 @@
-// Tables, columns and values as callers see them, for both formats: Jet 3 (Access 97) and Jet 4 (Access 2000-2003).
+// Files, tables, columns and values as callers see them, for both formats: Jet 3 (Access 97) and Jet 4 (Access
+// 2000-2003).
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,6 +12,20 @@
 #include <vector>
 
 namespace marlevo::access {
+
+struct OpenOptions {
+  std::string password;  // compared exactly; a file without password opens with any
+  // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 936). Without one, a file whose label says
+  // Western (1252) is taken as Traditional Chinese (950) when its texts can be that.
+  std::optional<int> code_page;
+};
+
+// What Database::Create makes.
+struct NewFile {
+  int version = 4;                 // 4: Jet 4; 3: Jet 3
+  int code_page = 1252;            // of the texts of a Jet 3 file
+  std::uint32_t encoding_key = 0;  // other than 0: the pages are encoded with it
+};
 
 // The numbers are those of the file.
 enum class ColumnType : std::uint8_t {

@@ -2,8 +2,8 @@
 
 #include "platform/access/access_error.h"
 #include "platform/access/cell.h"
-#include "platform/access/database.h"
 #include "platform/access/scan_state.h"
+#include "platform/access/statement.h"
 #include "platform/access/table_state.h"
 
 namespace marlevo::access {

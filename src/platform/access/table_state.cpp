@@ -31,6 +31,16 @@ std::vector<const TextCodec*> TextsOf(const File& file, const TableDefinition& d
 
 }  // namespace
 
+std::shared_ptr<TableState> TableState::Open(const std::shared_ptr<File>& file, std::uint32_t page,
+                                             const std::string& name) {
+  std::weak_ptr<TableState>& slot = file->TableSlot(page);
+  std::shared_ptr<TableState> table = slot.lock();
+  if (table == nullptr) {
+    slot = table = std::shared_ptr<TableState>(new TableState(file, page, name));
+  }
+  return table;
+}
+
 TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::string name)
     : file_(std::move(file)),
       page_(page),

@@ -20,8 +20,10 @@ namespace marlevo::access {
 
 class TableState {
  public:
-  // `page`: the first one of its definition.
-  TableState(std::shared_ptr<File> file, std::uint32_t page, std::string name);
+  // The table whose definition begins at `page`; the same one while somebody has it, so that what it remembers stays
+  // true.
+  static std::shared_ptr<TableState> Open(const std::shared_ptr<File>& file, std::uint32_t page,
+                                          const std::string& name);
   TableState(const TableState&) = delete;
   TableState& operator=(const TableState&) = delete;
 
@@ -52,6 +54,8 @@ class TableState {
   bool Delete(RowPointer row);
 
  private:
+  TableState(std::shared_ptr<File> file, std::uint32_t page, std::string name);
+
   std::vector<std::byte> LoadDefinition() const;
   std::string FindWriteRefusal() const;
   void FindSearchedIndexes();

@@ -364,7 +364,7 @@ int Update(sqlite3_vtab* base, int count, sqlite3_value** arguments, sqlite3_int
 int Begin(sqlite3_vtab* table) {
   return Guarded(TableOf(table).file, [&] {
     File& file = TableOf(table).file;
-    file.statement.emplace(file.database);
+    file.statement.emplace(file.database.Begin());
   });
 }
 

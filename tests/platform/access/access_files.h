@@ -96,7 +96,7 @@ std::string ErrorOf(const Work& work) {
 
 template <typename Work>
 void InOneStatement(const Database& database, const Work& work) {
-  Statement statement(database);
+  Statement statement = database.Begin();
   work();
   statement.Commit();
 }

@@ -117,7 +117,7 @@ bool ChangeAnyFile(pager::FaultFiles& files) {
       well &= Attempt([&] {
         Table table = database.OpenTable(name);
         well &= Attempt([&] {
-          Statement undone(database);
+          const Statement undone = database.Begin();
           ChangeTable(table, 1);
         });
         well &= Attempt([&] { well &= ChangeTable(table, 2); });

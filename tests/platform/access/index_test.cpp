@@ -110,7 +110,7 @@ class IndexTreeTest : public BothFormatsTest {
   IndexTreeTest() {
     Make({{"T", {{"n", kLong}}, {{.name = "n", .columns = {{"n"}}}}}});
     opened_ = File::Open(file_, {.password = kPassword, .code_page = {}}, pager::NativeFiles());
-    state_ = opened_->Table(FindTable(opened_, "T").page, "T");
+    state_ = TableState::Open(opened_, FindTable(opened_, "T").page, "T");
     root_ = state_->Definition().real_indexes[0].root;
     statement_.emplace(opened_->Pages());
   }

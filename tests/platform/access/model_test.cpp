@@ -148,9 +148,9 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
   // Inserts many rows, or deletes them under a cursor, as one statement, which may be given up.
   void Batch() {
     const Rows before = model_;
-    Statement statement(*database_);
+    Statement statement = database_->Begin();
     in_statement_ = true;
-    EXPECT_THROW(Statement{NewFileTest::Reopen()}, std::exception);
+    EXPECT_THROW(NewFileTest::Reopen().Begin(), std::exception);
     if (random_() % 4 != 0) {
       for (int i = 0; i < 100; ++i) {
         InsertOne();
