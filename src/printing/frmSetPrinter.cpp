@@ -251,7 +251,8 @@ void frmSetPrinter::ChooseType(SlipType type) {
 }
 
 void frmSetPrinter::txtInput_KeyUp(int index) {
-  StoreSlipField(SlipSettings(), index, txtInput_[static_cast<std::size_t>(index)]->text().toStdString());
+  const auto field = static_cast<std::size_t>(index);
+  SlipSettings().*kSlipFieldTable[field].value = LenientNumber(txtInput_[field]->text().toStdString());
   Explain(index);
   RefreshPreview();
 }

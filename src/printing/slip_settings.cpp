@@ -54,10 +54,4 @@ std::string SlipSettingsText(const std::array<std::string, kSlipFields>& values)
   return text;
 }
 
-void StoreSlipField(SlipPrinterSettings& settings, int field, std::string_view text) {
-  if (field >= 0 && field < kSlipFields) {
-    settings.*kSlipFieldTable[static_cast<std::size_t>(field)].value = LenientNumber(text);
-  }
-}
-
 }  // namespace marlevo

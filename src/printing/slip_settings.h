@@ -62,7 +62,4 @@ SlipPrinterSettings ReadSlipSettings(std::istream& file);
 // The file's text: the heading and a line for each field, each ended by CR LF, with the values as they were typed.
 std::string SlipSettingsText(const std::array<std::string, kSlipFields>& values);
 
-// Stores the number that `text` begins with as the value of a field (0 to 11); any other index stores nothing.
-void StoreSlipField(SlipPrinterSettings& settings, int field, std::string_view text);
-
 }  // namespace marlevo

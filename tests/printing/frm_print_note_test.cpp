@@ -2,6 +2,7 @@
 
 #include <QProgressDialog>
 #include <QRegularExpression>
+#include <QTimer>
 
 #include "printing_windows.h"
 
@@ -30,8 +31,8 @@ TEST_F(FrmPrintNote, PutsFourSheetsOnAPageAndNothingNearTheEdge) {
   ASSERT_EQ(jobs.size(), 1U);
   ASSERT_EQ(jobs[0].pages.size(), 1U);
   const auto& page = jobs[0].pages[0];
-  ASSERT_EQ(page.width, 11900);
-  ASSERT_EQ(page.height, 16840);
+  ASSERT_EQ(page.width, 12240);
+  ASSERT_EQ(page.height, 15840);
   const std::size_t of_sheet = page.marks.size() / 4;
   ASSERT_GT(of_sheet, 30U);
   ASSERT_EQ(page.marks.size() % 4, 0U);
@@ -40,8 +41,8 @@ TEST_F(FrmPrintNote, PutsFourSheetsOnAPageAndNothingNearTheEdge) {
     const Mark& mark = page.marks[i];
     const Mark& first = page.marks[i % of_sheet];
     const std::size_t sheet = i / of_sheet;
-    EXPECT_NEAR(mark.x, first.x + (sheet % 2 == 1 ? 5950 + 1 : 0), 0.5);
-    EXPECT_NEAR(mark.y, first.y + (sheet >= 2 ? 8420 + 1 : 0), 0.5);
+    EXPECT_NEAR(mark.x, first.x + (sheet % 2 == 1 ? 6120 + 1 : 0), 0.5);
+    EXPECT_NEAR(mark.y, first.y + (sheet >= 2 ? 7920 + 1 : 0), 0.5);
     EXPECT_GE(std::min(mark.x, mark.y), kUnprintable);
     EXPECT_LE(mark.x + mark.width, page.width - kUnprintable);
     EXPECT_LE(mark.y + mark.height, page.height - kUnprintable);
@@ -63,12 +64,22 @@ TEST_F(FrmPrintNote, PrintsAsManyPagesAsTheTextBeginsWith) {
 }
 
 TEST_F(FrmPrintNote, CancelStopsAndSaysHowManyPagesWentOut) {
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [this] {
+    auto* const progress = window_.findChild<QProgressDialog*>("frmProgress");
+    if (progress != nullptr && progress->isVisible()) {
+      progress->cancel();
+    }
+  });
+  timer.start(2);
   std::string said;
-  Print("999999", {[](QWidget& window) { dynamic_cast<QProgressDialog&>(window).cancel(); },
-                   [&](QWidget& window) {
-                     said = LabelText(window, "lblMsg");
-                     window.close();
-                   }});
+  Print("999999", {[&](QWidget& window) {
+          said = LabelText(window, "lblMsg");
+          for (const QWidget* const other : QApplication::topLevelWidgets()) {
+            EXPECT_TRUE(other->isHidden() || other->objectName() != "frmProgress");
+          }
+          window.close();
+        }});
   const QRegularExpressionMatch match =
       QRegularExpression("^列印已取消,共印出 (\\d+) 頁 !$").match(QString::fromStdString(said));
   ASSERT_TRUE(match.hasMatch()) << said;

@@ -22,6 +22,7 @@ class FrmPrint : public PrintingTest {
   }
 
   CurrentList list_ = test::Lists({{kFourStraight, "0123 4567 8901 2345 6789 9999"},
+                                   {kFourBox, "1234"},
                                    {kThreeStraight, "901 234"},
                                    {kThreePair, "111 222 333 444 555 666 777"}});
 };
@@ -29,6 +30,9 @@ class FrmPrint : public PrintingTest {
 TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
   const auto window = Window({"chkPlay(0)", "chkPlay(4)", "chkPage"});
   Find<QComboBox>(*window, "cboMD(0)").setCurrentText("加注10期");
+  Type(*window, "txtStart(0)", "3");  // counts only when ranges are printed
+  Type(*window, "txtEnd(0)", "4");
+  EXPECT_EQ(LabelText(*window, "lblSlips"), "需要 4星彩投注單 2 張、3星彩投注單 2 張");
   Click(*window, "cmdPrint");
 
   const auto jobs = queue_->TakeJobs();
@@ -52,17 +56,25 @@ TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
   }
 
   Click(*window, "Option1(1)");
-  Enter(*window, "txtStart(0)", "3");
-  Enter(*window, "txtEnd(0)", "4");
+  EXPECT_EQ(LabelText(*window, "lblSlips"), "需要 4星彩投注單 1 張、3星彩投注單 2 張");
   Click(*window, "cmdPrint");
   const auto ranges = queue_->TakeJobs();
   ASSERT_EQ(ranges.size(), 2U);
   ExpectPages(ranges[0].pages, SlipMarks(fours, {SlipType::kFourDigit, 3, 4, 10, 9, true}, settings));
   ExpectPages(ranges[1].pages, threes);
+  Type(*window, "txtEnd(4)", "6");
+  EXPECT_EQ(LabelText(*window, "lblSlips"), "需要 4星彩投注單 1 張、3星彩投注單 1 張");
+  Type(*window, "txtStart(4)", "7");  // nothing that could be printed
+  EXPECT_EQ(LabelText(*window, "lblSlips"), "");
 }
 
-TEST_F(FrmPrint, ADoubleClickPrintsOnce) {
+TEST_F(FrmPrint, OffersTheKindsOfTheListAndPrintsOnceOnADoubleClick) {
+  list_.kinds[kFourBox].ticked = false;
   const auto window = Window({"chkPlay(2)"});
+  for (int kind = 0; kind < kBetKinds; ++kind) {
+    const bool offered = kind != kFourBox && kind != kThreeBox;
+    EXPECT_EQ(Find<QWidget>(*window, QString("fraPlay(%1)").arg(kind)).isVisible(), offered) << kind;
+  }
   const auto& button = Find<QWidget>(*window, "cmdPrint");
   const QPoint at = button.mapTo(window.get(), button.rect().center());
   QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {}, at);
@@ -95,12 +107,16 @@ TEST_F(FrmPrint, SaysWhatIsWrongAndPrintsNothing) {
   EXPECT_TRUE(queue_->TakeJobs().empty());
 }
 
-TEST_F(FrmPrint, ReportsARefusedJob) {
+TEST_F(FrmPrint, ReportsWhatFailsAfterTheJobsBefore) {
   const auto window = Window({"chkPlay(2)"});
   queue_->Accept(false);
   Press(*window, "cmdPrint", {ExpectErrorReport("送出列印工作", "繼續")});
   queue_->Accept(true);
   EXPECT_TRUE(queue_->TakeJobs().empty());
+  std::filesystem::create_symlink("3Star.ini", settings_ / "3Star.ini");  // cannot be opened
+  Click(*window, "chkPlay(0)");
+  Press(*window, "cmdPrint", {ExpectErrorReport("讀取列印設定", "繼續")});
+  EXPECT_EQ(queue_->TakeJobs().size(), 1U);
   EXPECT_TRUE(Find<QWidget>(*window, "cmdPrint").isEnabled());
 }
 

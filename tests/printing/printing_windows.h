@@ -16,7 +16,7 @@
 
 namespace marlevo {
 
-class PrintingWindowTest : public testing::Test {
+class PrintingTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
     if (test::PrintQueue::Installed()) {
@@ -25,41 +25,28 @@ class PrintingWindowTest : public testing::Test {
   }
   static void TearDownTestSuite() { queue_.reset(); }
 
-  PrintingWindowTest() { SaveSlipSettings(settings_, SlipType::kFourDigit, kFourStar); }
+  void SetUp() override {
+    if (queue_ == nullptr) {
+      GTEST_SKIP() << "cupsd is not installed (package cups-daemon): nothing was printed and measured";
+    }
+  }
+
+  PrintingTest() { SaveSlipSettings(settings_, SlipType::kFourDigit, kFourStar); }
 
   // The pages have exactly these marks, within two twips.
   static void ExpectPages(const std::vector<test::PrintedPage>& printed, const std::vector<PageDrawing>& expected) {
     ASSERT_EQ(printed.size(), expected.size());
     for (std::size_t page = 0; page < expected.size(); ++page) {
-      const std::vector<Mark>& marks = expected[page].marks;
-      ASSERT_EQ(printed[page].marks.size(), marks.size());
-      for (std::size_t i = 0; i < marks.size(); ++i) {
-        const Mark& mark = printed[page].marks[i];
-        EXPECT_NEAR(mark.x, marks[i].x, 2);
-        EXPECT_NEAR(mark.y, marks[i].y, 2);
-        EXPECT_NEAR(mark.width, marks[i].width, 2);
-        EXPECT_NEAR(mark.height, marks[i].height, 2);
-      }
+      test::ExpectMarks(printed[page], expected[page].marks, 2);
     }
   }
 
-  static constexpr char kNoQueue[] = "cupsd is not installed (package cups-daemon): nothing was printed and measured";
   inline static const std::array<std::string, kSlipFields> kFourStar = {"1270", "4300", "60", "60",   "300",  "240",
                                                                         "420",  "530",  "-3", "1800", "9050", "1520.5"};
 
   inline static std::unique_ptr<test::PrintQueue> queue_;  // none without cupsd
   QTemporaryDir folder_;
   std::filesystem::path settings_ = folder_.path().toStdString();
-};
-
-// For programs whose tests all print.
-class PrintingTest : public PrintingWindowTest {
- protected:
-  void SetUp() override {
-    if (queue_ == nullptr) {
-      GTEST_SKIP() << kNoQueue;
-    }
-  }
 };
 
 }  // namespace marlevo

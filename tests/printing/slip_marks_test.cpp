@@ -2,111 +2,133 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <random>
 
-#include "platform/text/text.h"
+#include "printing/slip_sample.h"
 #include "support/ticket_text.h"
 
 namespace marlevo {
 namespace {
 
-// Columns 100 apart, rows 50 apart; the first digit row lies at 1200, the multiple row at 1720.
-// Top, left, dot_w, dot_h, dot2dot_w, dot2dot_h, play2dot, dot2amt, fix, play, md, p_height.
-constexpr SlipPrinterSettings kSettings = {1000, 100, 10, 20, 90, 30, 180, 400, 0, 777, 9000, 2000};
-
-TicketList Repeated(int count, const char* ticket) {
-  return TicketList(static_cast<std::size_t>(count), test::Tickets(ticket)[0]);
-}
-
-SlipOrder Order(SlipType type, int first, int last, int multiple = 0, int multi_draw = 0, bool numbers = false) {
-  return {type, first, last, multiple, multi_draw, numbers};
-}
-
-// "x,y" of every mark, in the order of drawing, then the texts.
-std::string Describe(const PageDrawing& page) {
-  std::string text;
-  for (const Mark& mark : page.marks) {
-    text += NumberText(mark.x) + ',' + NumberText(mark.y) + ' ';
-  }
-  for (const PageText& line : page.texts) {
-    text += '"' + line.text + "\" " + NumberText(line.x) + ',' + NumberText(line.y) + ' ';
-  }
-  text.resize(text.empty() ? 0 : text.size() - 1);
-  return text;
-}
-
-// Marks on each page: "25 5".
-std::string Counts(const std::vector<PageDrawing>& pages) {
-  std::string text;
-  for (const PageDrawing& page : pages) {
-    text.append(text.empty() ? "" : " ").append(std::to_string(page.marks.size()));
-  }
-  return text;
-}
-
-TEST(SlipMarks, PutsEachDigitIntoItsBox) {
-  const auto three = SlipMarks(Repeated(1, "901"), Order(SlipType::kThreeDigit, 1, 1), kSettings);
-  ASSERT_EQ(three.size(), 1U);
-  EXPECT_EQ(Describe(three[0]), "100,1200 1000,1250 900,1300");
-  EXPECT_EQ(three[0].marks[0].width, 10);
-  EXPECT_EQ(three[0].marks[0].height, 20);
-
-  // x50 lies leftmost, x 2 in the tenth box; the multiple row is the same on both slips. An empty cell marks 0.
-  const auto four = SlipMarks(Repeated(1, "5_09"), Order(SlipType::kFourDigit, 1, 1, 10, 0, true), kSettings);
-  EXPECT_EQ(Describe(four[0]), "500,1200 1000,1250 1000,1300 100,1350 100,1720 \"1\" 1050,1720");
-  EXPECT_TRUE(Describe(SlipMarks(Repeated(1, "000"), Order(SlipType::kThreeDigit, 1, 1, 1), kSettings)[0])
-                  .ends_with(" 1000,1720"));
-}
-
-TEST(SlipMarks, BlocksGoDownTheSlipAndAreShiftedByTheSkew) {
-  SlipPrinterSettings settings = kSettings;
-  settings.fix = 15;
-  const auto pages = SlipMarks(Repeated(5, "9999"), Order(SlipType::kFourDigit, 1, 5, 10, 0, true), settings);
-  ASSERT_EQ(pages.size(), 1U);
-  const Mark last_block = pages[0].marks[4 * 5];
-  EXPECT_EQ(last_block.x, 160);
-  EXPECT_EQ(last_block.y, 1200 + 4 * 2000);
-  EXPECT_EQ(pages[0].texts[4], (PageText{160 + 950, 9720, "5"}));
-}
-
-TEST(SlipMarks, FillsSlipsAndMarksFurtherDrawsOnEach) {
-  const struct {
-    SlipType type;
-    int tickets, first, last, multi_draw;
-    const char* marks;
-  } cases[] = {
-      {SlipType::kThreeDigit, 7, 1, 7, 0, "18 3"},      {SlipType::kThreeDigit, 6, 1, 6, 0, "18"},
-      {SlipType::kFourDigit, 6, 1, 6, 0, "20 4"},       {SlipType::kFourDigit, 6, 1, 6, 1, "21 5"},
-      {SlipType::kFourDigit, 5, 1, 5, 12, "21"},        {SlipType::kFourDigit, 20, 8, 13, 1, "21 5"},
-      {SlipType::kFourDigit, 3, 0, 3, 0, "12"},         {SlipType::kFourDigit, 3, -5, -1, 4, ""},
-      {SlipType::kFourDigit, 3, 3, 2147483647, 0, "4"}, {SlipType::kFourDigit, 0, 1, 0, 4, ""},
-      {SlipType::kFourDigit, 5, 1, 7, 1, "21"},
+// The slips of an order, ticket by ticket down the slips, every term written out.
+std::vector<PageDrawing> ObviousSlips(const TicketList& tickets, const SlipOrder& order, const SlipPrinterSettings& s) {
+  std::vector<PageDrawing> pages(1);
+  const auto mark = [&](double x, double y) { pages.back().marks.push_back({x, y, s.dot_w, s.dot_h}); };
+  const double column = s.dot_w + s.dot2dot_w;
+  const double row = s.dot_h + s.dot2dot_h;
+  const auto mark_further_draws = [&](int ticket) {
+    const int n = order.multi_draw - 1;
+    if (n >= 0) {
+      mark(s.left + (9 - n % 9) * column + (ticket - 1) * s.fix, s.md + n / 9 * row);
+    }
   };
-  for (const auto& c : cases) {
-    const SlipOrder order = Order(c.type, c.first, c.last, 0, c.multi_draw);
-    const auto pages = SlipMarks(Repeated(c.tickets, "1234"), order, kSettings);
-    EXPECT_EQ(Counts(pages), c.marks) << c.tickets << " tickets, " << c.first << " to " << c.last;
-    EXPECT_EQ(SlipCount(c.tickets, order), static_cast<int>(pages.size()));
+  int position = 1;
+  int number = order.first;
+  for (; number <= order.last; ++number) {
+    if (number < 1 || number > static_cast<int>(tickets.size())) {
+      continue;
+    }
+    const double skew = (position - 1) * s.fix;
+    const double y = s.top + s.dot_h + s.play2dot + (position - 1) * s.p_height;
+    const double y_multiple = y + 3 * s.dot_h + 2 * s.dot2dot_h + s.dot2amt;
+    for (int j = 0; j < (order.type == SlipType::kThreeDigit ? 3 : 4); ++j) {
+      const char digit = tickets[static_cast<std::size_t>(number - 1)].cells[static_cast<std::size_t>(j)];
+      mark(s.left + (digit == 0 ? 9 : '9' - digit) * column + skew, y + j * row);
+    }
+    if (order.multiple >= 1) {
+      mark(s.left + (10 - order.multiple) * column + skew, y_multiple);
+    }
+    if (order.print_numbers) {
+      pages.back().texts.push_back({s.left + 9.5 * column + skew, y_multiple, std::to_string(number)});
+    }
+    if (++position > (order.type == SlipType::kThreeDigit ? 6 : 5)) {
+      mark_further_draws(number);
+      position = 1;
+      pages.emplace_back();
+    }
+  }
+  if (position > 1) {
+    mark_further_draws(number);
+  } else {
+    pages.pop_back();
+  }
+  return pages;
+}
+
+TEST(SlipMarks, LieWhereTheObviousWayPutsThem) {
+  std::mt19937 random(1);
+  const auto any = [&](int low, int high) { return std::uniform_int_distribution(low, high)(random); };
+  for (int run = 0; run < 2000; ++run) {
+    SlipPrinterSettings settings;
+    for (const SlipField& field : kSlipFieldTable) {
+      settings.*field.value = any(-20, 3000);  // whole numbers, whose sums are exact in any order
+    }
+    TicketList tickets(static_cast<std::size_t>(any(0, 20)));
+    for (Ticket& ticket : tickets) {
+      for (char& cell : ticket.cells) {
+        cell = any(0, 10) == 0 ? '\0' : static_cast<char>(any('0', '9'));
+      }
+    }
+    const SlipOrder order = {any(0, 1) == 0 ? SlipType::kThreeDigit : SlipType::kFourDigit,
+                             any(-3, 12),
+                             any(-3, 22),
+                             any(0, 10),
+                             any(0, 12),
+                             any(0, 1) == 0};
+    const auto slips = SlipMarks(tickets, order, settings);
+    const auto expected = ObviousSlips(tickets, order, settings);
+    ASSERT_EQ(slips.size(), expected.size()) << run;
+    ASSERT_EQ(SlipCount(static_cast<int>(tickets.size()), order), static_cast<int>(slips.size())) << run;
+    for (std::size_t i = 0; i < slips.size(); ++i) {
+      ASSERT_EQ(slips[i].marks, expected[i].marks) << run;
+      ASSERT_EQ(slips[i].texts, expected[i].texts) << run;
+    }
   }
 }
 
-TEST(SlipMarks, FurtherDrawsHaveNineBoxesToARow) {
-  const std::pair<int, const char*> cases[] = {{1, "1000,9000"}, {9, "200,9000"}, {10, "1000,9050"}, {12, "800,9050"}};
-  for (const auto& [multi_draw, at] : cases) {
-    const auto pages = SlipMarks(Repeated(1, "111"), Order(SlipType::kThreeDigit, 1, 1, 0, multi_draw), kSettings);
-    EXPECT_TRUE(Describe(pages[0]).ends_with(at)) << multi_draw;
+TEST(SlipMarks, OfAWorkedExample) {
+  const auto slips = SlipMarks(test::Tickets("901"), {SlipType::kThreeDigit, 1, 2147483647, 10, 12, false},
+                               {.dot2dot_w = 120, .fix = 0});
+  EXPECT_EQ(slips.at(0).marks, (std::vector<Mark>{{320, 2820, 180, 180},
+                                                  {3020, 3130, 180, 180},
+                                                  {2720, 3440, 180, 180},
+                                                  {320, 4040, 180, 180},
+                                                  {2420, 2210, 180, 180}}));
+}
+
+TEST(TestSheet, KeepsItsTextsOffTheMarksAndTheEdges) {
+  const SlipPrinterSettings laser = {1270, 4300, 60, 60, 300, 240, 420, 530, 0, 1800, 9050, 1520};
+  for (const SlipType type : {SlipType::kThreeDigit, SlipType::kFourDigit}) {
+    for (const SlipPrinterSettings& settings : {SlipPrinterSettings{}, laser}) {
+      const PageDrawing sheet = TestSheet(type, settings, 11900, 16840);
+      const std::size_t numbers = SampleSlip(type, settings).texts.size();
+      ASSERT_EQ(sheet.texts.size(), numbers + 1 + kSlipFields);
+      for (std::size_t i = numbers; i < sheet.texts.size(); ++i) {
+        const PageText& text = sheet.texts[i];
+        EXPECT_TRUE(text.x >= 300 && text.y >= 300 && text.x + 2200 <= 11600 && text.y <= 16240) << text.text;
+        for (const Mark& mark : sheet.marks) {
+          EXPECT_FALSE(mark.x < text.x + 2200 && text.x < mark.x + mark.width && mark.y < text.y + 200 &&
+                       text.y < mark.y + mark.height);
+        }
+      }
+    }
   }
 }
 
-TEST(SlipMarks, FurtherDrawsAreShiftedByListNumber) {
-  SlipPrinterSettings settings = kSettings;
-  settings.fix = 1;
-  // Slips filled by tickets 12 and 17 carry those numbers; the last one, with ticket 18 alone, one past it.
-  const auto pages = SlipMarks(Repeated(30, "1111"), Order(SlipType::kFourDigit, 8, 18, 0, 1), settings);
-  ASSERT_EQ(Counts(pages), "21 21 5");
-  EXPECT_EQ(pages[0].marks.back().x, 1000 + 11);
-  EXPECT_EQ(pages[1].marks.back().x, 1000 + 16);
-  EXPECT_EQ(pages[2].marks.back().x, 1000 + 18);
+TEST(FieldAreas, GrowWithTheValueThatTheyMeasure) {
+  for (int field = 0; field < kSlipFields; ++field) {
+    SlipPrinterSettings larger;
+    larger.*kSlipFieldTable[static_cast<std::size_t>(field)].value += 7;
+    const auto before = FieldAreas(field, SlipType::kFourDigit, {});
+    const auto after = FieldAreas(field, SlipType::kFourDigit, larger);
+    ASSERT_EQ(before.empty(), field == 9);
+    const bool across = field == 1 || field == 2 || field == 4 || field == 8;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      // The skew adds up from block to block.
+      const double grown = field == 8 ? 7.0 * static_cast<double>(i + 1) : 7;
+      EXPECT_EQ(across ? after[i].width - before[i].width : after[i].height - before[i].height, grown) << field;
+    }
+  }
 }
 
 }  // namespace

@@ -5,17 +5,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QTemporaryDir>
 #include <csignal>
 #include <fstream>
 #include <functional>
 #include <sstream>
 
+#include "support/scratch_folder.h"
+
 namespace marlevo {
 namespace {
-
-const std::array<std::string, kSlipFields> kValues = {"1270", "4300", "60", "60",   "300",  "240",
-                                                      "420",  "530",  "0",  "1800", "9050", "1520"};
 
 class SlipSettingsFile : public testing::Test {
  protected:
@@ -25,73 +23,65 @@ class SlipSettingsFile : public testing::Test {
     text << std::ifstream(file_, std::ios::binary).rdbuf();
     return text.str();
   }
+  // The record as it is after loading over another one.
+  SlipPrinterSettings Loaded(SlipType type = SlipType::kFourDigit) {
+    SlipSettings().play = 1;
+    LoadSlipSettings(folder_, type);
+    return SlipSettings();
+  }
+  void Save() { SaveSlipSettings(folder_, SlipType::kFourDigit, {"1", "2", "3"}); }
 
-  QTemporaryDir temporary_;
-  std::filesystem::path folder_ = temporary_.path().toStdString();
+  testing_support::ScratchFolder scratch_;
+  std::filesystem::path folder_ = scratch_.Path();
   std::filesystem::path file_ = folder_ / "4Star.ini";
+  const std::string saved_ = SlipSettingsText({"1", "2", "3"});
 };
 
 TEST_F(SlipSettingsFile, WhatIsNoFileCountsAsMissingAndIsNeverReplaced) {
-  SlipSettings().top = 1;
-  LoadSlipSettings(folder_, SlipType::kFourDigit);
-  EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});  // the record before is gone
-  for (const bool pipe : {false, true}) {            // reading a pipe would wait for ever
+  EXPECT_EQ(Loaded(), SlipPrinterSettings{});
+  for (const bool pipe : {false, true}) {  // reading a pipe would wait for ever
     std::filesystem::remove(file_);
     pipe ? mkfifo(file_.c_str(), 0666) : mkdir(file_.c_str(), 0777);
-    SlipSettings().top = 1;
-    LoadSlipSettings(folder_, SlipType::kFourDigit);
-    EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});
-    EXPECT_THROW(SaveSlipSettings(folder_, SlipType::kFourDigit, kValues), FileError);
+    EXPECT_EQ(Loaded(), SlipPrinterSettings{});
+    EXPECT_THROW(Save(), FileError);
     EXPECT_TRUE(std::filesystem::exists(file_) && !std::filesystem::is_regular_file(file_));
   }
 }
 
 TEST_F(SlipSettingsFile, IsReadToItsEndWhateverItHolds) {
   Write("");
-  LoadSlipSettings(folder_, SlipType::kFourDigit);
-  EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});
+  EXPECT_EQ(Loaded(), SlipPrinterSettings{});
   Write("[PRINTER SET]\r\nTOP = 7");
   std::filesystem::resize_file(file_, 100'000'000);  // zeros in between
   std::ofstream(file_, std::ios::app) << "\r\nLEFT = 8";
-  LoadSlipSettings(folder_, SlipType::kFourDigit);
-  EXPECT_EQ(SlipSettings().top, 7);
-  EXPECT_EQ(SlipSettings().left, 8);
-  LoadSlipSettings(folder_, SlipType::kThreeDigit);
-  EXPECT_EQ(SlipSettings(), SlipPrinterSettings{});
+  EXPECT_EQ(Loaded(), (SlipPrinterSettings{.top = 7, .left = 8}));
+  EXPECT_EQ(Loaded(SlipType::kThreeDigit), SlipPrinterSettings{});
 }
 
-TEST_F(SlipSettingsFile, SaysWhatIsDeniedAndKeepsTheRecord) {
-  Write("[PRINTER SET]\r\nTOP = 7\r\n");
-  const uid_t user = geteuid();
-  const auto expect_denied = [&](const std::function<void()>& action) {
-    ASSERT_EQ(seteuid(user == 0 ? 65534 : user), 0);  // root may do everything
+TEST_F(SlipSettingsFile, SaysWhatIsDeniedAndWritesWhereOnlyTheFileMayBeWritten) {
+  Write(std::string(1000, 'x'));
+  const auto attempt = [&](mode_t file_rights, const std::function<void()>& action) {
+    chmod(folder_.c_str(), 0555);
+    chmod(file_.c_str(), file_rights);
+    const uid_t user = geteuid();
+    EXPECT_EQ(seteuid(user == 0 ? 65534 : user), 0);  // root may do everything
+    Fault fault = Fault::kOther;
     try {
       action();
-      ADD_FAILURE() << "was allowed";
     } catch (const FileError& error) {
-      EXPECT_EQ(error.Kind(), Fault::kDenied) << error.what();
+      fault = error.Kind();
     }
-    ASSERT_EQ(seteuid(user), 0);
+    EXPECT_EQ(seteuid(user), 0);
+    chmod(folder_.c_str(), 0755);
+    return fault;
   };
-  using std::filesystem::perms;
-  const auto load = [&] { LoadSlipSettings(folder_, SlipType::kFourDigit); };
-  const auto save = [&] { SaveSlipSettings(folder_, SlipType::kFourDigit, kValues); };
-  SlipSettings().top = 5;
-  std::filesystem::permissions(folder_, perms(0555));
-  std::filesystem::permissions(file_, perms::none);
-  expect_denied(load);
-  expect_denied(save);
-  expect_denied([&] { SaveSlipSettings(folder_, SlipType::kThreeDigit, kValues); });
-  EXPECT_EQ(SlipSettings().top, 5);
-
-  // The file may be written although the folder takes no new one.
-  std::filesystem::permissions(file_, perms(0666));
-  Write(std::string(1000, 'x'));
-  ASSERT_EQ(seteuid(user == 0 ? 65534 : user), 0);
-  EXPECT_NO_THROW(save());
-  ASSERT_EQ(seteuid(user), 0);
-  EXPECT_EQ(Read(), SlipSettingsText(kValues));
-  std::filesystem::permissions(folder_, perms(0755));
+  SlipSettings().play = 5;
+  EXPECT_EQ(attempt(0, [&] { LoadSlipSettings(folder_, SlipType::kFourDigit); }), Fault::kDenied);
+  EXPECT_EQ(SlipSettings().play, 5);
+  EXPECT_EQ(attempt(0444, [&] { Save(); }), Fault::kDenied);
+  EXPECT_EQ(attempt(0666, [&] { SaveSlipSettings(folder_, SlipType::kThreeDigit, {}); }), Fault::kDenied);
+  EXPECT_EQ(attempt(0666, [&] { Save(); }), Fault::kOther);  // no fault
+  EXPECT_EQ(Read(), saved_);
 }
 
 TEST_F(SlipSettingsFile, SavesTheWholeFileOrLeavesTheOldOne) {
@@ -101,12 +91,11 @@ TEST_F(SlipSettingsFile, SavesTheWholeFileOrLeavesTheOldOne) {
   getrlimit(RLIMIT_FSIZE, &limit);
   const rlimit full = {20, limit.rlim_max};  // the disk is full after twenty bytes
   setrlimit(RLIMIT_FSIZE, &full);
-  EXPECT_THROW(SaveSlipSettings(folder_, SlipType::kFourDigit, kValues), FileError);
+  EXPECT_THROW(Save(), FileError);
   setrlimit(RLIMIT_FSIZE, &limit);
   EXPECT_EQ(Read(), "old");
-
-  SaveSlipSettings(folder_, SlipType::kFourDigit, kValues);
-  EXPECT_EQ(Read(), SlipSettingsText(kValues));
+  Save();
+  EXPECT_EQ(Read(), saved_);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_), {}), 1);
 }
 

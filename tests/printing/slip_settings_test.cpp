@@ -61,13 +61,5 @@ TEST(SlipSettingsText, KeepsTheBlanksOfEachKeyAndReadsBack) {
   EXPECT_EQ(Read(text), (SlipPrinterSettings{1270, 4300, 60, 60, 300, 240, 420, 530, -0.5, 0, 9050, 1520}));
 }
 
-TEST(StoreSlipField, FollowsTheOrderOfTheBoxes) {
-  SlipPrinterSettings settings;
-  for (int field = -1; field <= kSlipFields; ++field) {
-    StoreSlipField(settings, field, std::to_string(field + 1) + "mm");
-  }
-  EXPECT_EQ(settings, (SlipPrinterSettings{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
-}
-
 }  // namespace
 }  // namespace marlevo

@@ -13,7 +13,7 @@ bool PrintQueue::Installed() {
 }
 
 PrintQueue::PrintQueue() {
-  OutputOf(PRINT_QUEUE_SCRIPT, {"start", folder_.path()});
+  OutputOf(PRINT_QUEUE_SCRIPT, {"start", folder_.path(), "Letter"});
   qputenv("CUPS_SERVER", folder_.filePath("socket").toUtf8());
 }
 

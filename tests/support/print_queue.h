@@ -1,5 +1,5 @@
 // A real print queue for one test program: a private cupsd on a socket in a temporary folder, its queue the default
-// printer, every job kept as it was sent.
+// printer, every job kept as it was sent. Its paper is Letter, so that a program that takes A4 for granted is noticed.
 #pragma once
 
 #include <QTemporaryDir>

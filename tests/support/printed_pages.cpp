@@ -79,6 +79,16 @@ std::vector<PrintedPage> ReadPdf(const std::filesystem::path& pdf) {
   return pages;
 }
 
+void ExpectMarks(const PrintedPage& page, const std::vector<Mark>& expected, double tolerance) {
+  ASSERT_EQ(page.marks.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_NEAR(page.marks[i].x, expected[i].x, tolerance);
+    EXPECT_NEAR(page.marks[i].y, expected[i].y, tolerance);
+    EXPECT_NEAR(page.marks[i].width, expected[i].width, tolerance);
+    EXPECT_NEAR(page.marks[i].height, expected[i].height, tolerance);
+  }
+}
+
 std::vector<PageText> ReadPdfWords(const std::filesystem::path& pdf) {
   static const QRegularExpression word(R"re(<word xMin="([\d.]+)" yMin="([\d.]+)"[^>]*>([^<]*)</word>)re");
   const QString output = OutputOf("pdftotext", {"-bbox", QString::fromStdString(pdf.string()), "-"});

@@ -17,6 +17,9 @@ struct PrintedPage {
 
 std::vector<PrintedPage> ReadPdf(const std::filesystem::path& pdf);
 
+// The page has exactly these marks in this order, within `tolerance` twips.
+void ExpectMarks(const PrintedPage& page, const std::vector<Mark>& expected, double tolerance);
+
 // Words with their top left corners, in reading order (by pdftotext).
 std::vector<PageText> ReadPdfWords(const std::filesystem::path& pdf);
 

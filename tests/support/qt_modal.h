@@ -13,9 +13,9 @@ namespace marlevo {
 // What to do with one modal window. It may press a button that opens the next one.
 using ModalStep = std::function<void(QWidget& window)>;
 
-// Runs `action` and gives each modal window that it opens to the next step. Fails the test, and closes what is open,
-// when a window does not come within ten seconds, when one more comes than there are steps, or when a step leaves its
-// window open without opening another.
+// Runs `action` and gives each modal window that it opens, except progress windows, to the next step. Fails the test,
+// and closes what is open, when a window does not come within ten seconds, when one more comes than there are steps, or
+// when a step leaves its window open without opening another.
 void WithModals(const std::function<void()>& action, const std::vector<ModalStep>& steps);
 
 // Steps that are asked for often.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QPainter>
+#include <QPicture>
 #include <QTemporaryDir>
 #include <cmath>
 #include <limits>
@@ -18,27 +19,9 @@ class PrintJobIntoPdf : public testing::Test {
   std::filesystem::path file_ = folder_.filePath("job.pdf").toStdString();
 };
 
-void ExpectMarks(const test::PrintedPage& page, const std::vector<Mark>& expected) {
-  ASSERT_EQ(page.marks.size(), expected.size());
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    EXPECT_NEAR(page.marks[i].x, expected[i].x, 0.1);
-    EXPECT_NEAR(page.marks[i].y, expected[i].y, 0.1);
-    EXPECT_NEAR(page.marks[i].width, expected[i].width, 0.1);
-    EXPECT_NEAR(page.marks[i].height, expected[i].height, 0.1);
-  }
-}
-
-// What no paper holds is left out.
 TEST_F(PrintJobIntoPdf, PutsMarksAndTextsWhereTheyBelong) {
-  const double largest = std::numeric_limits<double>::max();
-  const PageDrawing page = {.marks = {{0, 0, 60, 60},
-                                      {largest, 0, 1, 1},
-                                      {4300.5, 1270.25, 180, 120},
-                                      {0, 0, -largest, 1},
-                                      {NAN, 0, 1, 1},
-                                      {9000, 16000, -100, -50},
-                                      {0, INFINITY, 1, 1}},
-                            .texts = {{5000, 3000, "12"}, {5000, 8000, "紙張"}, {largest, NAN, "1"}}};
+  const PageDrawing page = {.marks = {{0, 0, 60, 60}, {4300.5, 1270.25, 180, 120}, {9000, 16000, -100, -50}},
+                            .texts = {{5000, 3000, "12"}, {5000, 8000, "紙張"}}};
   PrintJob job("測試", file_);
   job.Draw(page);
   EXPECT_EQ(job.Paper().width, 11900);
@@ -49,7 +32,7 @@ TEST_F(PrintJobIntoPdf, PutsMarksAndTextsWhereTheyBelong) {
   ASSERT_EQ(pages.size(), 1U);
   EXPECT_EQ(pages[0].width, 11900);
   EXPECT_EQ(pages[0].height, 16840);
-  ExpectMarks(pages[0], {{0, 0, 60, 60}, {4300.5, 1270.25, 180, 120}, {8900, 15950, 100, 50}});
+  test::ExpectMarks(pages[0], {{0, 0, 60, 60}, {4300.5, 1270.25, 180, 120}, {8900, 15950, 100, 50}}, 0.1);
   const auto words = test::ReadPdfWords(file_);
   ASSERT_EQ(words.size(), 2U);
   for (std::size_t i = 0; i < words.size(); ++i) {
@@ -77,8 +60,25 @@ TEST_F(PrintJobIntoPdf, BeginsPagesOnlyWhenSomethingIsDrawn) {
   job.End();
   const auto pages = test::ReadPdf(file_);
   ASSERT_EQ(pages.size(), 2U);
-  ExpectMarks(pages[0], {mark.marks[0], mark.marks[0]});
-  ExpectMarks(pages[1], {{1000, 2000, 150, 400}});
+  test::ExpectMarks(pages[0], {mark.marks[0], mark.marks[0]}, 0.1);
+  test::ExpectMarks(pages[1], {{1000, 2000, 150, 400}}, 0.1);
+}
+
+TEST(DrawPage, LeavesOutWhatNoPaperHolds) {
+  const auto drawn = [](const PageDrawing& page) {
+    QPicture picture;
+    QPainter painter(&picture);
+    DrawPage(painter, page);
+    painter.end();
+    return QByteArray(picture.data(), picture.size());
+  };
+  PageDrawing page = {.marks = {{0, 0, 60, 60}}, .texts = {{5000, 3000, "12"}}};
+  const QByteArray clean = drawn(page);
+  for (const double far : {1e7, -1e7, std::numeric_limits<double>::max(), static_cast<double>(NAN)}) {
+    page.marks.insert(page.marks.end(), {{far, 0, 1, 1}, {0, far, 1, 1}, {0, 0, far, 1}, {0, 0, 1, far}});
+    page.texts.insert(page.texts.end(), {{far, 0, "1"}, {0, far, "1"}});
+  }
+  EXPECT_EQ(drawn(page), clean);
 }
 
 TEST(PrintJob, WithoutPrinterFailsAndMakesNoFile) {
