@@ -35,9 +35,7 @@ bool PrintProgress::NextPage() {
 }
 
 void PrintProgress::Finish() {
-  const bool cancelled = Cancelled();
-  window_.hide();
-  if (cancelled) {
+  if (Cancelled()) {
     ShowMessage(window_.parentWidget(), QString("列印已取消,共印出 %1 頁 !").arg(pages_));
   }
 }

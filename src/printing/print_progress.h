@@ -16,7 +16,8 @@ class PrintProgress {
   bool NextPage();
   bool Cancelled() const { return window_.wasCanceled(); }
 
-  // To be called after the last job: closes the window, and after a cancel tells the operator how many pages went out.
+  // To be called after the last job: after a cancel, which closes the window, tells the operator how many pages went
+  // out.
   void Finish();
 
  private:

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <istream>
-#include <ranges>
 
 #include "platform/text/text.h"
 
@@ -28,8 +27,9 @@ SlipPrinterSettings ReadSlipSettings(std::istream& file) {
   SlipPrinterSettings settings;
   bool in_section = false;
   for (std::string text; std::getline(file, text);) {
-    for (const auto part : std::views::split(text, '\r')) {
-      const std::string_view line(part.begin(), part.end());
+    for (std::string_view rest = text; !rest.empty();) {
+      const std::string_view line = rest.substr(0, rest.find('\r'));
+      rest.remove_prefix(std::min(line.size() + 1, rest.size()));
       in_section = in_section || line.find(kHeading) != std::string_view::npos;
       const std::size_t equals = line.find('=');
       if (!in_section || equals == std::string_view::npos || line.find('=', equals + 1) != std::string_view::npos) {

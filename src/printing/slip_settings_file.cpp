@@ -1,5 +1,6 @@
 #include "printing/slip_settings_file.h"
 
+#include <QFile>
 #include <QSaveFile>
 #include <cerrno>
 #include <fstream>

@@ -48,8 +48,8 @@ QPrinterInfo DefaultPrinter() {
   return printer;
 }
 
-// Full page comes before the margins: outside full-page mode the printer's own margins cannot be taken away, and the
-// origin would lie inside them.
+// Full page comes before the margins, because margins smaller than the printer's own are refused outside full-page
+// mode. Windows moves the origin by the margins even in full-page mode; elsewhere they then count for nothing.
 void SetUpPage(QPrinter& printer, const QPageSize& size, const std::string& name) {
   const auto require = [&](bool done, const char* reason) {
     if (!done) {
