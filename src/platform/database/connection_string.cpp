@@ -24,20 +24,51 @@ struct Setting {
   std::string value;
 };
 
+// Takes the value that `text` begins with off its front, up to the ";" that ends it. A value in quotes may hold any
+// character; a doubled quote in it stands for one.
+std::string TakeValue(std::string_view& text) {
+  std::string value;
+  const char quote = text.starts_with('"') || text.starts_with('\'') ? text.front() : '\0';
+  if (quote != '\0') {
+    text.remove_prefix(1);
+    while (!text.empty() && (text.front() != quote || text.substr(1).starts_with(quote))) {
+      text.remove_prefix(text.front() == quote ? 1 : 0);
+      value += text.front();
+      text.remove_prefix(1);
+    }
+    text.remove_prefix(text.empty() ? 0 : 1);
+  }
+  const std::size_t end = std::min(text.find(';'), text.size());
+  value.append(text.substr(0, end));
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return value;
+}
+
 std::vector<Setting> Split(std::string_view text) {
   std::vector<Setting> settings;
   while (!text.empty()) {
-    const std::size_t end = std::min(text.find(';'), text.size());
-    const std::string_view piece = text.substr(0, end);
-    const std::size_t sign = piece.find('=');
-    if (sign != std::string_view::npos) {
-      settings.push_back({piece.substr(0, sign), std::string(piece.substr(sign + 1))});
-    } else if (!settings.empty() && !piece.empty()) {
-      settings.back().value.append(";").append(piece);
+    if (text.front() == ';') {
+      text.remove_prefix(1);
+      continue;
     }
-    text.remove_prefix(std::min(end + 1, text.size()));
+    const std::size_t sign = std::min(text.find('='), text.size());
+    const std::string_view key = text.substr(0, sign);
+    text.remove_prefix(std::min(sign + 1, text.size()));
+    settings.push_back({key, TakeValue(text)});
   }
   return settings;
+}
+
+// A value as it stands, unless it would then end too early or lose its quotes.
+std::string InQuotesIfNeeded(const std::string& value) {
+  if (value.find(';') == std::string::npos && !value.starts_with('"') && !value.starts_with('\'')) {
+    return value;
+  }
+  std::string quoted = "\"";
+  for (const char character : value) {
+    quoted.append(character == '"' ? 2 : 1, character);
+  }
+  return quoted + '"';
 }
 
 }  // namespace
@@ -49,7 +80,7 @@ std::string ConnectionString(const std::filesystem::path& folder) {
 std::string FileConnectionString(const std::filesystem::path& file) {
   const std::u8string path = std::filesystem::path(file).make_preferred().u8string();
   return std::string("Provider=").append(kProvider) +
-         ";Persist Security Info=False;Data Source=" + std::string(path.begin(), path.end()) +
+         ";Persist Security Info=False;Data Source=" + InQuotesIfNeeded(std::string(path.begin(), path.end())) +
          ";Jet OLEDB:Database Password=" + std::string(kPassword);
 }
 

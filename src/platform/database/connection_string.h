@@ -9,7 +9,8 @@ namespace marlevo {
 
 // The string that opens `4star.mdb` in `folder` (the executable's folder), with the built-in password:
 // "Provider=...;Persist Security Info=False;Data Source=<folder><separator>4star.mdb;Jet OLEDB:Database Password=...".
-// The separator is the system's own and is not doubled when the folder ends in one (a drive root).
+// The separator is the system's own and is not doubled when the folder ends in one (a drive root). A path with a ";"
+// stands in double quotes, as connection strings have it.
 std::string ConnectionString(const std::filesystem::path& folder);
 
 // The same for any file.
@@ -23,9 +24,9 @@ struct DataSource {
 };
 
 // Reads a connection string. Besides the keys above it may have "Code Page=936" and the like, for an old file whose own
-// label of the code page is wrong. Keys in any order and letter case; a piece between two ";" without "=" still belongs
-// to the value before it, so that a folder's name may contain ";". DatabaseError when the provider is not ours, when
-// there is no data source, and for a key that means nothing to us.
+// label of the code page is wrong. Keys stand in any order and letter case; a value in single or double quotes may
+// contain ";". DatabaseError when the provider is not ours, when there is no data source, and for a key that means
+// nothing to us.
 DataSource ParseConnectionString(const std::string& connection_string);
 
 }  // namespace marlevo

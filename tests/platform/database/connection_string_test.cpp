@@ -21,7 +21,7 @@ TEST(ConnectionString, NamesTheFileInTheFolder) {
 }
 
 TEST(ParseConnectionString, TakesWhatConnectionStringGives) {
-  for (const std::string folder : {"x", "a b;c", "a;b;c", "a=b", "彩券"}) {
+  for (const std::string folder : {"x", "a b;c", "x;y=z", "a=b", "\"a\";'b", "'", "彩券"}) {
     const std::filesystem::path file = std::filesystem::path(std::u8string(folder.begin(), folder.end())) / "4star.mdb";
     const std::u8string expected = std::filesystem::path(file).make_preferred().u8string();
     const DataSource source = ParseConnectionString(FileConnectionString(file));
@@ -29,14 +29,16 @@ TEST(ParseConnectionString, TakesWhatConnectionStringGives) {
     EXPECT_EQ(source.password, "qorvat");
   }
   EXPECT_EQ(ParseConnectionString(FileConnectionString("x") + ";Code Page=936").code_page, 936);
-  EXPECT_EQ(ParseConnectionString("DATA SOURCE=x.mdb;provider=microsoft.jet.oledb.3.51;").file, "x.mdb");
+  EXPECT_EQ(ParseConnectionString("DATA SOURCE='x;.mdb';;provider=microsoft.jet.oledb.3.51;").file, "x;.mdb");
 }
 
 TEST(ParseConnectionString, RefusesWhatItCannotOpen) {
-  for (const char* text : {"", "x", "Provider=Microsoft.Jet.OLEDB.3.51", "Data Source=x.mdb",
-                           "Provider=SQLOLEDB;Data Source=x.mdb", "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=",
-                           "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x.mdb;Jet OLEDB:Database Pasword=secret",
-                           "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x.mdb;Code Page=big5"}) {
+  for (const char* text :
+       {"", "x", "Provider=Microsoft.Jet.OLEDB.3.51", "Provider=Microsoft.Jet.OLEDB.3.51;x;Data Source=x.mdb",
+        "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x;y.mdb", "Data Source=x.mdb",
+        "Provider=SQLOLEDB;Data Source=x.mdb", "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=",
+        "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x.mdb;Jet OLEDB:Database Pasword=secret",
+        "Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x.mdb;Code Page=big5"}) {
     EXPECT_THROW(ParseConnectionString(text), DatabaseError) << text;
   }
 }
