@@ -52,6 +52,9 @@ void Application::ReportError(const std::exception& error) {
     if (latest.sentence.isEmpty()) {
       latest.sentence.swap(latest.words);
     }
+    if (!operation->Outcome().empty()) {
+      latest.sentence += "\n" + QString::fromStdString(operation->Outcome());
+    }
   }
   waiting_.push_back(latest);
   if (reporting_) {
@@ -75,8 +78,9 @@ bool Application::Show(const Report& report) {
                   activeWindow());
   box.setObjectName("frmError");
   box.setTextFormat(Qt::PlainText);
-  box.setInformativeText("<p>" + report.sentence.toHtmlEscaped() + "</p><p>" + report.subject.toHtmlEscaped() +
-                         "</p><p><small>" + report.words.toHtmlEscaped() + "</small></p>");
+  box.setInformativeText("<p>" + report.sentence.toHtmlEscaped().replace("\n", "<br>") + "</p><p>" +
+                         report.subject.toHtmlEscaped() + "</p><p><small>" + report.words.toHtmlEscaped() +
+                         "</small></p>");
   QPushButton* const end = box.addButton("結束", QMessageBox::DestructiveRole);
   QPushButton* const proceed = box.addButton("繼續", QMessageBox::RejectRole);
   box.setDefaultButton(end);

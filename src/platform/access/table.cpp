@@ -100,6 +100,11 @@ bool Table::Delete(RowId row) {
   return InStatement(*state_, [&] { return state_->Delete(FromRowId(row)); });
 }
 
+std::optional<std::size_t> Table::LengthOf(std::size_t column, std::string_view text) const {
+  std::vector<std::byte> stored;
+  return state_->Text(column).Encode(text, false, stored);
+}
+
 const std::vector<IndexView>& Table::Indexes() const {
   return state_->IndexViews();
 }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -74,6 +75,9 @@ class Table {
 
   // False when there is no such row.
   bool Delete(RowId row);
+
+  // How long the text is as the column counts it (see Column::length); nothing when the file cannot store it.
+  std::optional<std::size_t> LengthOf(std::size_t column, std::string_view text) const;
 
   // Those whose order is known.
   const std::vector<IndexView>& Indexes() const;

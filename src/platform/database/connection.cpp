@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <exception>
 #include <set>
 #include <stdexcept>
@@ -12,7 +13,6 @@
 #include "platform/database/access_tables.h"
 #include "platform/database/recordset_rows.h"
 #include "platform/database/sqlite_setup.h"
-#include "platform/errors/operation_error.h"
 #include "platform/pager/pager_error.h"
 
 namespace marlevo {
@@ -120,7 +120,44 @@ class Connection::Session {
     OnDisk([&] { database_.Flush(); });
   }
 
+  // Whether the disk refused the last Execute or Flush, so that all that was not on the disk is undone.
+  bool Undone() const { return undone_; }
+
+  std::optional<std::size_t> MostCharacters(std::string_view table, std::string_view column) const {
+    const access::Table opened = database_.OpenTable(table);
+    const access::Column& of = opened.Columns()[ColumnPlace(opened, column)];
+    switch (of.type) {
+      case access::ColumnType::kText:
+        return of.length;
+      case access::ColumnType::kByte:
+        return 3;
+      case access::ColumnType::kInteger:
+        return 5;
+      case access::ColumnType::kLong:
+        return 10;
+      default:
+        return std::nullopt;
+    }
+  }
+
+  bool HasRoomFor(std::string_view table, std::string_view column, std::string_view text) const {
+    const access::Table opened = database_.OpenTable(table);
+    const std::size_t place = ColumnPlace(opened, column);
+    const access::Column& of = opened.Columns()[place];
+    return of.type != access::ColumnType::kText || opened.LengthOf(place, text) <= of.length;
+  }
+
  private:
+  static std::size_t ColumnPlace(const access::Table& table, std::string_view name) {
+    const auto found = std::ranges::find_if(table.Columns(), [&name](const access::Column& column) {
+      return sqlite3_stricmp(column.name.c_str(), std::string(name).c_str()) == 0;
+    });
+    if (found == table.Columns().end()) {
+      throw FaultError(Fault::kNoTable, "no such column: " + table.Name() + "." + std::string(name));
+    }
+    return static_cast<std::size_t>(found - table.Columns().begin());
+  }
+
   // Called for everything that a statement would do, while it is compiled.
   static int Authorize(void* self, int action, const char* first, const char*, const char*, const char*) {
     auto& session = *static_cast<Session*>(self);
@@ -202,10 +239,12 @@ class Connection::Session {
   // has been told that it is stored, and a later flush would store it beside the operator's next attempt.
   template <typename Work>
   void OnDisk(Work work) {
+    undone_ = false;
     try {
       work();
     } catch (const pager::PagerError&) {
       database_.Discard();
+      undone_ = true;
       throw;
     }
   }
@@ -230,6 +269,7 @@ class Connection::Session {
   std::exception_ptr failure_;
   SqlHandle sql_;  // uses database_ and failure_
   std::set<std::string, std::less<>> tables_;
+  bool undone_ = false;
   // Of the statement being compiled.
   bool changes_rows_ = false;
   std::string refusal_;
@@ -264,6 +304,46 @@ Recordset Connection::Open(std::string_view sql) {
 void Connection::Flush() {
   Session& session = Opened(kWriting);
   Reported(kWriting, session.Subject(), [&] { session.Flush(); });
+}
+
+void Connection::FlushAfter(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (...) {
+    Flush();
+    throw;
+  }
+  Flush();
+}
+
+RowChange Connection::Replace(std::string_view find, std::string_view remove,
+                              const std::function<std::string()>& make_insert) {
+  if (Open(find).AtEnd()) {
+    return {};
+  }
+  RowChange change{.found = true, .refusal = std::nullopt};
+  Execute(remove);
+  try {
+    Execute(make_insert());
+  } catch (const DatabaseError& error) {
+    if (Opened(kExecuting).Undone()) {
+      throw;
+    }
+    change.refusal.emplace(error.Attempted(), error.Subject(), error.what(), error.Kind(),
+                           "舊資料已刪除,新資料沒有存入。請改正後按「新增」。");
+  }
+  Flush();
+  return change;
+}
+
+std::optional<std::size_t> Connection::MostCharacters(std::string_view table, std::string_view column) {
+  Session& session = Opened(kReading);
+  return Reported(kReading, session.Subject(), [&] { return session.MostCharacters(table, column); });
+}
+
+bool Connection::HasRoomFor(std::string_view table, std::string_view column, std::string_view text) {
+  Session& session = Opened(kReading);
+  return Reported(kReading, session.Subject(), [&] { return session.HasRoomFor(table, column, text); });
 }
 
 void Connection::Close() {

@@ -15,14 +15,24 @@
 // stored twice.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/database/connection_string.h"
 #include "platform/database/recordset.h"
+#include "platform/errors/operation_error.h"
 
 namespace marlevo {
+
+// What came of a change.
+struct RowChange {
+  bool found = false;                    // false: there is no such row, and nothing was done
+  std::optional<DatabaseError> refusal;  // set: the old row is gone; to be thrown once the window shows that
+};
 
 class Connection {
  public:
@@ -42,6 +52,23 @@ class Connection {
   // When it returns, everything executed so far is on the disk and survives a power failure. Call it before telling the
   // operator that something is done.
   void Flush();
+
+  // Runs `action`, which executes statements, and flushes, also when one of them is refused: those before it are on the
+  // disk then.
+  void FlushAfter(const std::function<void()>& action);
+
+  // Changes the row that the SELECT `find` gives: runs the DELETE `remove`, then makes the INSERT and runs it, then
+  // flushes. When the INSERT cannot be made or is refused, the row stays deleted, which is on the disk. When the disk
+  // refuses, the row is as before, and the DatabaseError is thrown.
+  [[nodiscard]] RowChange Replace(std::string_view find, std::string_view remove,
+                                  const std::function<std::string()>& make_insert);
+
+  // How many characters a value of this column has at most: the length of a text column, the digits of an integer
+  // column. Nothing for columns of other kinds. DatabaseError when there is no such column.
+  std::optional<std::size_t> MostCharacters(std::string_view table, std::string_view column);
+  // Whether the text column has room for the text. An old file counts the bytes of its code page, two for a Chinese
+  // character, instead of characters.
+  bool HasRoomFor(std::string_view table, std::string_view column, std::string_view text);
 
   // Flush, then gives the file back. Every later call but Close is a DatabaseError.
   void Close();
