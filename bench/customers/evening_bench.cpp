@@ -125,7 +125,7 @@ int main(int argc, char** argv) {
   table.Row(
       "a customer's records", 200, [&] { Press(*custom, "mfgCustom_H", customer); },
       [&] { sqlite.Run(SelectRecords(kCustomerOfIt)); });
-  const int line = RowOf(*custom, "lstRecord", QString::fromStdString(RecordLine(kStampOfIt, "")).left(19));
+  const int line = RowOf(*custom, "lstRecord", QString::fromStdString(RecordLine({kStampOfIt, 0})).left(19));
   table.Row(
       "a record of 23,000 tickets", 300, [&] { Press(*custom, "lstRecord", line); },
       [&] { sqlite.Run(SelectRecord(kCustomerOfIt, kStampOfIt)); });

@@ -1,73 +1,84 @@
 #include "customers/customer_grid.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
-#include "customers/customer_statements.h"
 #include "ui/grid.h"
 
 namespace marlevo {
 
-namespace {
-
-constexpr std::array<const char*, 5> kFields = {"CUSTOM_NO", "CUSTOM_NAME", "TEL1", "TEL2", "MEMO1"};
-constexpr std::array<const char*, 5> kHeadings = {"客戶編號", "客戶姓名", "電話一", "電話二", "備註"};
-
-}  // namespace
-
-CustomerGrid::CustomerGrid(QWidget* parent, std::vector<double> least_widths)
-    : OperatorChoice(parent), least_widths_(std::move(least_widths)) {
+CustomerGrid::CustomerGrid(QWidget* parent, CustomerColumns columns)
+    : ChoosingView(parent, columns == CustomerColumns::kAll ? Moving::kOnly : Moving::kChooses), columns_(columns) {
   setObjectName("mfgCustom_H");
-  QStringList headings;
-  for (std::size_t column = 0; column < least_widths_.size(); ++column) {
-    headings += QString(kHeadings[column]);
+  QStringList headings = {"客戶編號", "客戶姓名", "電話一", "電話二", "備註"};
+  if (columns == CustomerColumns::kNumberAndName) {
+    headings.resize(2);
   }
-  customers_ = new TextModel(headings, Qt::AlignLeft, this);
+  texts_ = new TextModel(headings, Qt::AlignLeft, this);
   SetUpGrid(*this, GridSelection::kRow);
-  setModel(customers_);
+  setModel(texts_);
+  SetWidths();
 }
 
-void CustomerGrid::Fill(Connection& connection) {
+void CustomerGrid::Show(std::vector<Customer> customers) {
+  customers_ = std::move(customers);
   TextModel::Rows rows;
-  for (Recordset customers = connection.Open(kSelectCustomers); !customers.AtEnd(); customers.MoveNext()) {
-    QStringList& row = rows.emplace_back();
-    for (std::size_t column = 0; column < least_widths_.size(); ++column) {
-      row += QString::fromStdString(customers.Text(kFields[column]));
-    }
+  std::ranges::transform(customers_, std::back_inserter(rows), [this](const Customer& of) { return Texts(of); });
+  texts_->SetTexts(std::move(rows));
+  SetWidths();
+}
+
+int CustomerGrid::Find(std::string_view number) const {
+  const auto found = std::ranges::find(customers_, number, &Customer::number);
+  return found == customers_.end() ? -1 : static_cast<int>(found - customers_.begin());
+}
+
+void CustomerGrid::Append(const Customer& customer) {
+  customers_.push_back(customer);
+  texts_->Insert(texts_->rowCount(), Texts(customer));
+  SetWidths();
+  Highlight(texts_->rowCount() - 1);
+}
+
+void CustomerGrid::Replace(const Customer& customer) {
+  if (const int row = Find(customer.number); row != -1) {
+    customers_[static_cast<std::size_t>(row)] = customer;
+    texts_->Replace(row, Texts(customer));
+    SetWidths();
+    Highlight(row);
   }
-  customers_->SetTexts(std::move(rows));
-  FitColumns(*this, *customers_, least_widths_);
 }
 
-void CustomerGrid::Append(const QStringList& customer) {
-  customers_->Insert(customers_->rowCount(), customer);
-  FitColumns(*this, *customers_, least_widths_);
-  scrollToBottom();
-}
-
-void CustomerGrid::Replace(const QStringList& customer) {
-  if (const int row = Find(customer[0]); row != -1) {
-    customers_->Replace(row, customer);
-    FitColumns(*this, *customers_, least_widths_);
-  }
-}
-
-void CustomerGrid::Remove(const QString& number) {
+void CustomerGrid::Remove(std::string_view number) {
   if (const int row = Find(number); row != -1) {
-    customers_->Remove(row);
+    Highlight(-1);  // before the row goes: the view would highlight its neighbour
+    customers_.erase(customers_.begin() + row);
+    texts_->Remove(row);
+    Highlight(-1);
   }
 }
 
 void CustomerGrid::resizeEvent(QResizeEvent* event) {
-  OperatorChoice::resizeEvent(event);
-  FitColumns(*this, *customers_, least_widths_);
+  ChoosingView::resizeEvent(event);
+  SetWidths();
 }
 
-int CustomerGrid::Find(const QString& number) const {
-  const TextModel::Rows& rows = customers_->Texts();
-  const auto found = std::find_if(rows.begin(), rows.end(), [&](const QStringList& row) { return row[0] == number; });
-  return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
+QStringList CustomerGrid::Texts(const Customer& customer) const {
+  QStringList texts;
+  for (const std::string* text : {&customer.number, &customer.name, &customer.tel1, &customer.tel2, &customer.memo}) {
+    if (texts.size() < model()->columnCount()) {
+      texts += QString::fromStdString(*text);
+    }
+  }
+  return texts;
+}
+
+void CustomerGrid::SetWidths() {
+  if (columns_ == CustomerColumns::kAll) {
+    FitColumns(*this, *texts_, {8, 8, 9, 9, 12});
+  } else {
+    SetColumnWidths(*this, {15, 15});
+  }
 }
 
 }  // namespace marlevo

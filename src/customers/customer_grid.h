@@ -1,44 +1,51 @@
 // The grid mfgCustom_H: the customers, as every customer window shows them.
 #pragma once
 
-#include <QStringList>
+#include <QString>
 #include <QTableView>
+#include <string_view>
 #include <vector>
 
-#include "platform/database/connection.h"
-#include "ui/operator_choice.h"
+#include "customers/customer_statements.h"
+#include "ui/choosing_view.h"
 #include "ui/text_model.h"
 
 namespace marlevo {
 
-class CustomerGrid : public OperatorChoice<QTableView> {
+// What of the customers is shown.
+enum class CustomerColumns {
+  kAll,            // all five fields, each column wide enough for every text; only a press, Enter or Space chooses
+  kNumberAndName,  // two columns of fifteen "W" each; moving chooses
+};
+
+class CustomerGrid : public ChoosingView<QTableView> {
   Q_OBJECT
 
  public:
-  // Shows the first `least_widths.size()` of number, name, two telephones and remark, each column at least so many
-  // times as wide as "W" and wide enough for every text.
-  CustomerGrid(QWidget* parent, std::vector<double> least_widths);
+  CustomerGrid(QWidget* parent, CustomerColumns columns);
 
-  // Reads all customers in the order of their numbers.
-  void Fill(Connection& connection);
+  void Show(std::vector<Customer> customers);
 
-  const QStringList& Row(int row) const { return customers_->Texts()[static_cast<std::size_t>(row)]; }
+  const Customer& At(int row) const { return customers_[static_cast<std::size_t>(row)]; }
+  // The row of a customer, found by its number, letter for letter; -1 when there is none.
+  int Find(std::string_view number) const;
 
-  // These keep the grid in step with the table. The row is found by its number, letter for letter; nothing happens when
-  // it is not there.
-  void Append(const QStringList& customer);
-  void Replace(const QStringList& customer);
-  void Remove(const QString& number);
+  // These keep the grid in step with the table. What is added or replaced is highlighted; after a removal nothing is.
+  // Nothing happens when there is no such row.
+  void Append(const Customer& customer);
+  void Replace(const Customer& customer);
+  void Remove(std::string_view number);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  // -1 when there is none.
-  int Find(const QString& number) const;
+  QStringList Texts(const Customer& customer) const;
+  void SetWidths();
 
-  std::vector<double> least_widths_;
-  TextModel* customers_;
+  CustomerColumns columns_;
+  std::vector<Customer> customers_;
+  TextModel* texts_;
 };
 
 }  // namespace marlevo

@@ -40,7 +40,7 @@ std::string DeleteRecord(std::string_view number, std::string_view stamp) {
 std::string InsertTicket(std::string_view number, std::string_view stamp, const StoredTicket& ticket) {
   std::string sql = "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) VALUES (" +
                     SqlText(number) + "," + SqlText(stamp) + "," + std::to_string(ticket.mode) + "," +
-                    SqlNumber(ticket.amount) + "," + std::to_string(ticket.seq);
+                    std::to_string(ticket.amount) + "," + std::to_string(ticket.seq);
   for (const int digit : ticket.digits) {
     sql.append(",").append(std::to_string(digit));
   }

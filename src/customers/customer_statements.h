@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,10 @@
 
 namespace marlevo {
 
+// The fields of a customer, in the order in which windows show them.
+enum class CustomerField { kNumber, kName, kTel1, kTel2, kMemo };
+inline constexpr std::size_t kCustomerFields = 5;
+
 // A row of CUSTOM_H.
 struct Customer {
   std::string number;  // CUSTOM_NO
@@ -19,6 +24,8 @@ struct Customer {
   std::string tel1;    // TEL1
   std::string tel2;    // TEL2
   std::string memo;    // MEMO1
+
+  bool operator==(const Customer&) const = default;
 };
 
 inline constexpr std::string_view kSelectCustomers = "SELECT * FROM [CUSTOM_H] ORDER BY CUSTOM_NO";

@@ -5,7 +5,9 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScreen>
+#include <algorithm>
 
+#include "customers/box_limit.h"
 #include "customers/customer_grid.h"
 #include "customers/frmCustom_CHK.h"
 #include "customers/message_panel.h"
@@ -18,17 +20,55 @@
 
 namespace marlevo {
 
+namespace {
+
+// Whether a key types or edits, Ctrl combinations included; it does not when it only moves, marks or copies.
+bool Edits(const QKeyEvent& key) {
+  constexpr QKeySequence::StandardKey kEditing[] = {QKeySequence::Paste,
+                                                    QKeySequence::Cut,
+                                                    QKeySequence::Undo,
+                                                    QKeySequence::Redo,
+                                                    QKeySequence::Delete,
+                                                    QKeySequence::Backspace,
+                                                    QKeySequence::DeleteStartOfWord,
+                                                    QKeySequence::DeleteEndOfWord,
+                                                    QKeySequence::DeleteEndOfLine,
+                                                    QKeySequence::DeleteCompleteLine};
+  const auto is = [&key](QKeySequence::StandardKey standard) { return key.matches(standard); };
+  const bool moves = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab || key.key() == Qt::Key_Escape;
+  if (moves || is(QKeySequence::Copy) || is(QKeySequence::SelectAll)) {
+    return false;
+  }
+  return !key.text().isEmpty() || std::ranges::any_of(kEditing, is);
+}
+
+}  // namespace
+
 frmCustom::frmCustom(QWidget* parent, const std::string& connection_string)
-    : QDialog(parent), connection_string_(connection_string), connection_(connection_string) {
+    : QDialog(parent), connection_string_(connection_string), store_(connection_string) {
   setObjectName("frmCustom");
   setWindowTitle("客戶資料維護");
+  Form_Load();
+}
+
+void frmCustom::Form_Load() {
   SetUpWidgets();
-  mfgCustom_H_->Fill(connection_);
+  LimitBoxes();
+  mfgCustom_H_->Show(store_.Customers());
+}
+
+void frmCustom::Form_Unload() {
+  store_.Close();
+}
+
+void frmCustom::done(int result) {
+  QDialog::done(result);
+  Form_Unload();
 }
 
 // In the order of the Tab key: first the customers, then what they bought.
 void frmCustom::SetUpWidgets() {
-  mfgCustom_H_ = new CustomerGrid(this, {8, 8, 9, 9, 12});
+  mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kAll);
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
 
   auto* const entry = new QGridLayout;
@@ -61,7 +101,7 @@ void frmCustom::SetUpWidgets() {
   connect(check, &QPushButton::clicked, this, &frmCustom::Command1_Click);
 
   lstRecord_ = new RecordList(this);
-  lstRecord_->OnChosen([this](int) { lstRecord_MouseDown(); });
+  lstRecord_->OnPressed([this] { lstRecord_MouseDown(); });
   QLabel* const lblRecord = NewLabel(this, "lblRecord", "購買記錄");
   lblRecord->setBuddy(lstRecord_);
   SSTab1_ = new RecordTabs(this);
@@ -69,7 +109,7 @@ void frmCustom::SetUpWidgets() {
   QPushButton* const cmdDelRecord = NewButton(this, "cmdDelRecord", "刪除購買記錄");
   QPushButton* const cmdExit = NewButton(this, "cmdExit", "結束");
   connect(cmdDelRecord, &QPushButton::clicked, this, &frmCustom::cmdDelRecord_Click);
-  connect(cmdExit, &QPushButton::clicked, this, &QDialog::close);
+  connect(cmdExit, &QPushButton::clicked, this, &frmCustom::cmdExit_Click);
 
   auto* const customer_buttons = new QHBoxLayout;
   customer_buttons->setSpacing(8);
@@ -111,64 +151,83 @@ void frmCustom::SetUpWidgets() {
   txtCustom_No_->setFocus();
 }
 
+void frmCustom::LimitBoxes() {
+  const std::array<QLineEdit*, kCustomerFields> boxes = {txtCustom_No_, txtCustom_Name_, txtTEL1_, txtTEL2_, txtMemo1_};
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    const auto field = static_cast<CustomerField>(i);
+    LimitBox(*boxes[i], store_.MostCharacters(field),
+             [this, field](std::string_view text) { return store_.HasRoomFor(field, text); });
+  }
+}
+
+void frmCustom::UpdateCustomerGrid(Change change) {
+  switch (change) {
+    case Change::kAdded:
+      return mfgCustom_H_->Append(Entered());
+    case Change::kChanged:
+      return mfgCustom_H_->Replace(Entered());
+    case Change::kDeleted:
+      return mfgCustom_H_->Remove(Number());
+  }
+}
+
 void frmCustom::mfgCustom_H_Click(int row) {
-  const QStringList& customer = mfgCustom_H_->Row(row);
-  txtCustom_No_->setText(customer[0]);
-  txtCustom_Name_->setText(customer[1]);
-  txtTEL1_->setText(customer[2]);
-  txtTEL2_->setText(customer[3]);
-  txtMemo1_->setText(customer[4]);
-  lstRecord_->Clear();
-  lstRecord_->Fill(connection_, customer[0].toStdString());
+  const Customer& customer = mfgCustom_H_->At(row);
+  txtCustom_No_->setText(QString::fromStdString(customer.number));
+  txtCustom_Name_->setText(QString::fromStdString(customer.name));
+  txtTEL1_->setText(QString::fromStdString(customer.tel1));
+  txtTEL2_->setText(QString::fromStdString(customer.tel2));
+  txtMemo1_->setText(QString::fromStdString(customer.memo));
+  lstRecord_->Begin(customer.number);
+  lstRecord_->Show(store_.RecordsOf(customer.number));
 }
 
 void frmCustom::lstRecord_MouseDown() {
   const std::string line = lstRecord_->SelectedLine().toStdString();
-  MessagePanel::Work work(*picMsg_, TicketsOfLine(line));
+  MessagePanel::Work work(*picMsg_, lstRecord_->SelectedTickets());
   SSTab1_->Clear();
-  SSTab1_->Show(ReadRecord(connection_.Open(SelectRecord(lstRecord_->Number(), StampOfLine(line))),
-                           [&work](int read) { work.Advance(read); }));
+  if (!line.empty()) {
+    SSTab1_->Show(store_.Record(lstRecord_->Number(), StampOfLine(line), [&work](int read) { work.Advance(read); }));
+  }
 }
 
 void frmCustom::txtCustom_No_KeyPress() {
   lstRecord_->Clear();
+  mfgCustom_H_->Highlight(-1);  // what is entered is no longer that customer
 }
 
 void frmCustom::cmdAdd_Click() {
   if (!HasNumber()) {
     return;
   }
-  if (CustomerExists()) {
+  if (!store_.Add(Entered())) {
     ShowMessage(this, "客戶編號已經存在,\r\n不可新增 !!");
     return;
   }
-  connection_.Execute(InsertCustomer(Entered()));
-  connection_.Flush();
-  mfgCustom_H_->Append(EnteredTexts());
+  added_last_ = Number();
+  UpdateCustomerGrid(Change::kAdded);
 }
 
 void frmCustom::cmdEdit_Click() {
   if (!HasNumber()) {
     return;
   }
-  if (!CustomerExists()) {
+  const RowChange change = store_.Replace(Entered());
+  if (!change.found) {
     ShowMessage(this, "客戶編號不存在,\r\n不可修改 !!");
     return;
   }
-  const Customer customer = Entered();
-  // Made first, so that a text that cannot be a part of it does not cost the customer.
-  const std::string insert = InsertCustomer(customer);
-  connection_.Execute(DeleteCustomer(customer.number));
-  connection_.Execute(insert);
-  connection_.Flush();
-  mfgCustom_H_->Replace(EnteredTexts());
+  UpdateCustomerGrid(change.refusal ? Change::kDeleted : Change::kChanged);
+  if (change.refusal) {
+    throw DatabaseError(*change.refusal);
+  }
 }
 
 void frmCustom::cmdDel_Click() {
   if (!HasNumber()) {
     return;
   }
-  if (!CustomerExists()) {
+  if (!store_.Has(Number())) {
     ShowMessage(this, "客戶編號不存在,\r\n不可刪除 !!");
     return;
   }
@@ -176,10 +235,8 @@ void frmCustom::cmdDel_Click() {
   if (!Question(this, "注意 ! " + number + "客戶所有資料將會被刪除\r\n確定要將" + number + "客戶刪除 ?")) {
     return;
   }
-  connection_.Execute(DeleteCustomer(number.toStdString()));
-  connection_.Execute(DeletePurchases(number.toStdString()));
-  connection_.Flush();
-  mfgCustom_H_->Remove(number);
+  store_.Remove(Number());
+  UpdateCustomerGrid(Change::kDeleted);
 }
 
 void frmCustom::cmdDelRecord_Click() {
@@ -187,9 +244,8 @@ void frmCustom::cmdDelRecord_Click() {
   if (line.trimmed().isEmpty() || !Question(this, "要將 " + line + " 資料移除 ?")) {
     return;
   }
-  connection_.Execute(DeleteRecord(lstRecord_->Number(), StampOfLine(line.toStdString())));
-  connection_.Flush();
   SSTab1_->Clear();
+  store_.RemoveRecord(lstRecord_->Number(), StampOfLine(line.toStdString()));
   lstRecord_->RemoveSelectedLine();
 }
 
@@ -198,14 +254,14 @@ void frmCustom::Command1_Click() {
   window.exec();
 }
 
+void frmCustom::cmdExit_Click() {
+  close();
+}
+
 bool frmCustom::eventFilter(QObject* watched, QEvent* event) {
-  // Keys that type or would type; what an input method or the clipboard brings is told by the box itself.
-  if (event->type() == QEvent::KeyPress) {
-    const auto& key = *static_cast<QKeyEvent*>(event);
-    const bool moves = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
-    if (!key.text().isEmpty() && !moves && !(key.modifiers() & Qt::ControlModifier)) {
-      txtCustom_No_KeyPress();
-    }
+  // What an input method, the mouse or the box's menu brings is told by the box itself.
+  if (event->type() == QEvent::KeyPress && Edits(*static_cast<QKeyEvent*>(event))) {
+    txtCustom_No_KeyPress();
   }
   return QDialog::eventFilter(watched, event);
 }
@@ -218,17 +274,13 @@ bool frmCustom::HasNumber() {
   return true;
 }
 
-bool frmCustom::CustomerExists() {
-  return !connection_.Open(SelectCustomer(txtCustom_No_->text().toStdString())).AtEnd();
+std::string frmCustom::Number() const {
+  return txtCustom_No_->text().toStdString();
 }
 
 Customer frmCustom::Entered() const {
-  return {txtCustom_No_->text().toStdString(), txtCustom_Name_->text().toStdString(), txtTEL1_->text().toStdString(),
+  return {Number(), txtCustom_Name_->text().toStdString(), txtTEL1_->text().toStdString(),
           txtTEL2_->text().toStdString(), txtMemo1_->text().toStdString()};
-}
-
-QStringList frmCustom::EnteredTexts() const {
-  return {txtCustom_No_->text(), txtCustom_Name_->text(), txtTEL1_->text(), txtTEL2_->text(), txtMemo1_->text()};
 }
 
 }  // namespace marlevo

@@ -3,10 +3,11 @@
 #pragma once
 
 #include <QDialog>
+#include <array>
+#include <optional>
 #include <string>
 
-#include "customers/customer_statements.h"
-#include "platform/database/connection.h"
+#include "customers/customer_store.h"
 
 class QLineEdit;
 
@@ -24,11 +25,24 @@ class frmCustom : public QDialog {
   // Opens its own connection and keeps it as long as it lives. DatabaseError when the customers cannot be read.
   frmCustom(QWidget* parent, const std::string& connection_string);
 
+  // The number of the customer that was added last, if one was.
+  const std::optional<std::string>& AddedLast() const { return added_last_; }
+
+  void done(int result) override;
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  enum class Change { kAdded = 1, kChanged = 2, kDeleted = 3 };
+
+  void Form_Load();
+  void Form_Unload();
   void SetUpWidgets();
+  // Every text box takes no more than the file has room for.
+  void LimitBoxes();
+  // Mirrors a change of the customer in the text boxes.
+  void UpdateCustomerGrid(Change change);
 
   void mfgCustom_H_Click(int row);
   void lstRecord_MouseDown();
@@ -38,16 +52,17 @@ class frmCustom : public QDialog {
   void cmdDel_Click();
   void cmdDelRecord_Click();
   void Command1_Click();
+  void cmdExit_Click();
 
   // True when a customer number is entered; otherwise it is asked for.
   bool HasNumber();
-  bool CustomerExists();
+  std::string Number() const;
   // The five text boxes.
   Customer Entered() const;
-  QStringList EnteredTexts() const;
 
   std::string connection_string_;
-  Connection connection_;
+  CustomerStore store_;
+  std::optional<std::string> added_last_;
   CustomerGrid* mfgCustom_H_;
   QLineEdit* txtCustom_No_;
   QLineEdit* txtCustom_Name_;

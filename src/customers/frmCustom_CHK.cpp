@@ -26,21 +26,31 @@ constexpr std::array<const char*, 3> kScopes = {"單一客戶指定記錄", "單
 }  // namespace
 
 frmCustom_CHK::frmCustom_CHK(QWidget* parent, const std::string& connection_string)
-    : QDialog(parent), connection_(connection_string) {
+    : QDialog(parent), store_(connection_string) {
   setObjectName("frmCustom_CHK");
   setWindowTitle("客戶資料對獎");
+  Form_Load();
+}
+
+void frmCustom_CHK::Form_Load() {
   SetUpWidgets();
-  mfgCustom_H_->Fill(connection_);
+  mfgCustom_H_->Show(store_.Customers());
+}
+
+void frmCustom_CHK::Form_Unload() {
+  store_.Close();
+}
+
+void frmCustom_CHK::done(int result) {
+  QDialog::done(result);
+  Form_Unload();
 }
 
 void frmCustom_CHK::SetUpWidgets() {
-  mfgCustom_H_ = new CustomerGrid(this, {8, 8, 9, 9, 12});
+  mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kAll);
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
 
-  // Shows whose records are listed; another number is chosen in the grid.
   txtCustom_No_ = Named(new QLineEdit(this), "txtCustom_No");
-  txtCustom_No_->setReadOnly(true);
-  txtCustom_No_->setFocusPolicy(Qt::ClickFocus);
   lstRecord_ = new RecordList(this);
   QLabel* const lblRecord = NewLabel(this, "lblRecord", "購買記錄");
   lblRecord->setBuddy(lstRecord_);
@@ -68,7 +78,7 @@ void frmCustom_CHK::SetUpWidgets() {
   QPushButton* const cmdCheck2 = NewButton(this, "cmdCheck2", "比對", Emphasis::kMain);
   QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開");
   connect(cmdCheck2, &QPushButton::clicked, this, &frmCustom_CHK::cmdCheck2_Click);
-  connect(cmdExit, &QPushButton::clicked, this, &QDialog::close);
+  connect(cmdExit, &QPushButton::clicked, this, &frmCustom_CHK::cmdExit_Click);
 
   // A model of its own: a draw can have thousands of winners.
   auto* const lstCheck = Named(new QListView(this), "lstCheck");
@@ -79,7 +89,9 @@ void frmCustom_CHK::SetUpWidgets() {
 
   auto* const customer = new QHBoxLayout;
   customer->setSpacing(12);
-  customer->addWidget(NewLabel(this, "lblCustom_No", "客戶代號"));
+  QLabel* const lblCustom_No = NewLabel(this, "lblCustom_No", "客戶代號");
+  lblCustom_No->setBuddy(txtCustom_No_);
+  customer->addWidget(lblCustom_No);
   customer->addWidget(txtCustom_No_, 1);
 
   auto* const records = new QVBoxLayout;
@@ -117,10 +129,10 @@ void frmCustom_CHK::SetUpWidgets() {
 }
 
 void frmCustom_CHK::mfgCustom_H_Click(int row) {
-  const QString number = mfgCustom_H_->Row(row)[0];
-  txtCustom_No_->setText(number);
-  lstRecord_->Clear();
-  lstRecord_->Fill(connection_, number.toStdString());
+  const std::string& number = mfgCustom_H_->At(row).number;
+  txtCustom_No_->setText(QString::fromStdString(number));
+  lstRecord_->Begin(number);
+  lstRecord_->Show(store_.RecordsOf(number));
 }
 
 void frmCustom_CHK::cmdCheck2_Click() {
@@ -134,13 +146,14 @@ void frmCustom_CHK::cmdCheck2_Click() {
     drawn[i] = cboCheck_[i]->currentText().toStdString();
   }
   QStringList lines;
-  for (std::size_t mode = 0; mode < kPrizeClasses.size(); ++mode) {
-    Recordset rows = connection_.Open(SelectWinners(static_cast<int>(mode), drawn, *scope));
-    for (; !rows.AtEnd(); rows.MoveNext()) {
-      lines += QString::fromStdString(PrizeLine(rows.Text("CUSTOM_NO"), kPrizeClasses[mode], rows.Text("PLAY_AMT")));
-    }
+  for (const Winner& winner : store_.Winners(drawn, *scope)) {
+    lines += QString::fromStdString(PrizeLine(winner));
   }
   winners_->setStringList(lines);
+}
+
+void frmCustom_CHK::cmdExit_Click() {
+  close();
 }
 
 std::optional<CheckScope> frmCustom_CHK::ChosenScope() {

@@ -7,8 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "customers/customer_statements.h"
-#include "platform/database/connection.h"
+#include "customers/customer_store.h"
 
 class QLineEdit;
 class QRadioButton;
@@ -27,16 +26,21 @@ class frmCustom_CHK : public QDialog {
   // Opens its own connection and keeps it as long as it lives. DatabaseError when the customers cannot be read.
   frmCustom_CHK(QWidget* parent, const std::string& connection_string);
 
+  void done(int result) override;
+
  private:
+  void Form_Load();
+  void Form_Unload();
   void SetUpWidgets();
 
   void mfgCustom_H_Click(int row);
   void cmdCheck2_Click();
+  void cmdExit_Click();
 
   // What is to be checked; nothing when the operator has first to choose something, which is then said.
   std::optional<CheckScope> ChosenScope();
 
-  Connection connection_;
+  CustomerStore store_;
   CustomerGrid* mfgCustom_H_;
   QLineEdit* txtCustom_No_;
   RecordList* lstRecord_;

@@ -5,10 +5,8 @@
 #include <vector>
 
 #include "customers/customer_grid.h"
-#include "customers/customer_statements.h"
 #include "customers/frmCustom.h"
 #include "customers/message_panel.h"
-#include "platform/clock/clock.h"
 #include "ui/frmMessage.h"
 #include "ui/question.h"
 #include "ui/widgets.h"
@@ -16,15 +14,28 @@
 namespace marlevo {
 
 frmSave::frmSave(QWidget* parent, const std::string& connection_string, const CurrentList& list)
-    : QDialog(parent), connection_string_(connection_string), connection_(connection_string), list_(list) {
+    : QDialog(parent), connection_string_(connection_string), store_(connection_string), list_(list) {
   setObjectName("frmSave");
   setWindowTitle("存  檔");
+  Form_Load();
+}
+
+void frmSave::Form_Load() {
   SetUpWidgets();
-  LoadCustomers();
+  LoadCustomers({});
+}
+
+void frmSave::Form_Unload() {
+  store_.Close();
+}
+
+void frmSave::done(int result) {
+  QDialog::done(result);
+  Form_Unload();
 }
 
 void frmSave::SetUpWidgets() {
-  mfgCustom_H_ = new CustomerGrid(this, {15, 15});
+  mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kNumberAndName);
   mfgCustom_H_->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 30 + fontMetrics().height() * 2);
 
   QPushButton* const save = NewButton(this, "cmdPrint", "存  檔", Emphasis::kMain);
@@ -32,7 +43,7 @@ void frmSave::SetUpWidgets() {
   QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
   connect(save, &QPushButton::clicked, this, &frmSave::cmdPrint_Click);
   connect(cmdCustom, &QPushButton::clicked, this, &frmSave::cmdCustom_Click);
-  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::close);
+  connect(cmdCancel, &QPushButton::clicked, this, &frmSave::cmdCancel_Click);
 
   auto* const buttons = new QHBoxLayout;
   buttons->setSpacing(8);
@@ -52,37 +63,44 @@ void frmSave::SetUpWidgets() {
   mfgCustom_H_->setFocus();
 }
 
-void frmSave::LoadCustomers() {
-  mfgCustom_H_->Fill(connection_);
-  mfgCustom_H_->selectRow(0);
+void frmSave::LoadCustomers(const std::vector<std::string>& wanted) {
+  mfgCustom_H_->Show(store_.Customers());
+  int current = mfgCustom_H_->model()->rowCount() > 0 ? 0 : -1;
+  for (auto number = wanted.rbegin(); number != wanted.rend(); ++number) {
+    const int row = mfgCustom_H_->Find(*number);
+    current = row == -1 ? current : row;
+  }
+  mfgCustom_H_->Highlight(current);
 }
 
 void frmSave::cmdPrint_Click() {
-  // With no customer at all the heading row is the current one, and its first text is what the list is saved under.
-  const int row = mfgCustom_H_->SelectedRow();
-  const QString number = row == -1 ? QString("客戶編號") : mfgCustom_H_->Row(row)[0];
-  if (!Question(this, "確定要將號碼組合資料存檔到 [" + number + "] ?")) {
+  const std::string number = CurrentNumber();
+  if (!Question(this, "確定要將號碼組合資料存檔到 [" + QString::fromStdString(number) + "] ?")) {
     return;
   }
   {
     const std::vector<StoredTicket> tickets = TicketsToStore(list_);
     MessagePanel::Work work(*picMsg_, static_cast<int>(tickets.size()));
-    const std::string stamp = LocalStamp();
-    int stored = 0;
-    for (const StoredTicket& ticket : tickets) {
-      connection_.Execute(InsertTicket(number.toStdString(), stamp, ticket));
-      work.Advance(++stored);
-    }
-    connection_.Flush();
+    store_.Save(number, tickets, [&work](int stored) { work.Advance(stored); });
   }
   ShowMessage(this, "存檔完畢 !");
 }
 
 void frmSave::cmdCustom_Click() {
-  frmCustom(this, connection_string_).exec();
-  connection_.Close();
-  connection_ = Connection(connection_string_);
-  LoadCustomers();
+  const std::string current = CurrentNumber();
+  frmCustom maintenance(this, connection_string_);
+  maintenance.exec();
+  store_ = CustomerStore(connection_string_);
+  LoadCustomers({maintenance.AddedLast().value_or(current), current});
+}
+
+void frmSave::cmdCancel_Click() {
+  close();
+}
+
+std::string frmSave::CurrentNumber() const {
+  const int row = mfgCustom_H_->ChosenRow();
+  return row == -1 ? "客戶編號" : mfgCustom_H_->At(row).number;
 }
 
 }  // namespace marlevo

@@ -4,8 +4,9 @@
 
 #include <QDialog>
 #include <string>
+#include <vector>
 
-#include "platform/database/connection.h"
+#include "customers/customer_store.h"
 #include "tickets/tickets.h"
 
 namespace marlevo {
@@ -21,15 +22,24 @@ class frmSave : public QDialog {
   // when the customers cannot be read. `list` outlives the window.
   frmSave(QWidget* parent, const std::string& connection_string, const CurrentList& list);
 
+  void done(int result) override;
+
  private:
+  void Form_Load();
+  void Form_Unload();
   void SetUpWidgets();
-  void LoadCustomers();
+  // Reads the customers. The first of `wanted` that is among them becomes the current one, else the first customer.
+  void LoadCustomers(const std::vector<std::string>& wanted);
 
   void cmdPrint_Click();
   void cmdCustom_Click();
+  void cmdCancel_Click();
+
+  // The first text of the current row: with no customer at all the heading row is the current one.
+  std::string CurrentNumber() const;
 
   std::string connection_string_;
-  Connection connection_;
+  CustomerStore store_;
   const CurrentList& list_;
   CustomerGrid* mfgCustom_H_;
   MessagePanel* picMsg_;

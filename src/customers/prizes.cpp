@@ -4,10 +4,10 @@
 
 namespace marlevo {
 
-std::string PrizeLine(std::string_view customer_no, const PrizeClass& prize, std::string_view stake) {
-  std::string line(customer_no);
-  line.append(" ").append(prize.name).append("中獎 ");
-  return line + NumberText(LenientNumber(stake) * prize.multiplier) + " 元 !!";
+std::string PrizeLine(const Winner& winner) {
+  const PrizeClass& prize = kPrizeClasses[static_cast<std::size_t>(winner.mode)];
+  return winner.customer_no + " " + std::string(prize.name) + "中獎 " + NumberText(winner.stake * prize.multiplier) +
+         " 元 !!";
 }
 
 }  // namespace marlevo

@@ -22,7 +22,14 @@ struct PrizeClass {
 inline constexpr std::array<PrizeClass, kPlayModes> kPrizeClasses = {
     {{"正彩", 4, 0, 5000}, {"前三彩", 3, 0, 500}, {"後三彩", 3, 1, 500}, {"前對彩", 2, 0, 40}, {"後對彩", 2, 2, 40}}};
 
-// The line of one winning ticket, e.g. "A01 正彩中獎 125000 元 !!". `stake` is the stored amount; empty is 0.
-std::string PrizeLine(std::string_view customer_no, const PrizeClass& prize, std::string_view stake);
+// A stored ticket that wins in the prize class of its play mode.
+struct Winner {
+  std::string customer_no;
+  int mode;
+  double stake;  // yuan, as stored
+};
+
+// The line of a winner, e.g. "A01 正彩中獎 125000 元 !!".
+std::string PrizeLine(const Winner& winner);
 
 }  // namespace marlevo

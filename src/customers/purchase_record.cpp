@@ -31,9 +31,10 @@ std::vector<StoredTicket> TicketsToStore(const CurrentList& list) {
     if (!of_kind.ticked) {
       continue;
     }
+    const int amount = LenientInteger(of_kind.amount);
     int seq = 0;
     for (const Ticket& ticket : of_kind.tickets) {
-      StoredTicket& row = stored.emplace_back(StoredTicket{kind, of_kind.amount, ++seq, {}});
+      StoredTicket& row = stored.emplace_back(StoredTicket{kind, amount, ++seq, {}});
       for (std::size_t column = 0; column < static_cast<std::size_t>(DigitColumns(kind)); ++column) {
         row.digits[column] = DigitValue(ticket.cells[column]);
       }
@@ -42,7 +43,8 @@ std::vector<StoredTicket> TicketsToStore(const CurrentList& list) {
   return stored;
 }
 
-std::string RecordLine(std::string_view stamp, std::string_view ticket_count) {
+std::string RecordLine(const RecordSummary& record) {
+  std::string_view stamp = record.stamp;
   std::string shown(stamp);
   if (stamp.find_first_not_of("0123456789") == std::string_view::npos) {
     // The pattern is filled from its right end: a short stamp gets zeros on the left, a long one keeps its extra
@@ -56,7 +58,7 @@ std::string RecordLine(std::string_view stamp, std::string_view ticket_count) {
       shown.insert(month + static_cast<std::size_t>(place), 1, mark);
     }
   }
-  return shown + " " + WidthMask(ticket_count, 5) + "張";
+  return shown + " " + WidthMask(std::to_string(record.tickets), 5) + "張";
 }
 
 std::string StampOfLine(std::string_view line) {
@@ -67,12 +69,8 @@ std::string StampOfLine(std::string_view line) {
   return stamp;
 }
 
-int TicketsOfLine(std::string_view line) {
-  return LenientInteger(line.substr(BytesOf(line, 20)));
-}
-
-std::string StakeText(std::string_view amount) {
-  return WidthMask(amount, 3).append("\r\n元");
+std::string StakeText(const std::optional<std::string>& stake) {
+  return WidthMask(stake.value_or("0"), 3).append("\r\n元");
 }
 
 }  // namespace marlevo

@@ -1,11 +1,12 @@
 #include "customers/record_list.h"
 
-#include "customers/customer_statements.h"
+#include <utility>
+
 #include "ui/appearance.h"
 
 namespace marlevo {
 
-RecordList::RecordList(QWidget* parent) : OperatorChoice(parent) {
+RecordList::RecordList(QWidget* parent) : ChoosingView(parent, Moving::kOnly) {
   setObjectName("lstRecord");
   setFont(AlignedFont());
   setUniformItemSizes(true);
@@ -13,32 +14,49 @@ RecordList::RecordList(QWidget* parent) : OperatorChoice(parent) {
   setMinimumWidth(fontMetrics().horizontalAdvance("0000/00/00-00:00:00 00000張") + fontMetrics().height() * 2);
 }
 
-void RecordList::Fill(Connection& connection, const std::string& number) {
-  QStringList lines;
-  for (Recordset records = connection.Open(SelectRecords(number)); !records.AtEnd(); records.MoveNext()) {
-    if (const std::string stamp = records.Text("SAL_DATE"); !stamp.empty()) {
-      lines += QString::fromStdString(RecordLine(stamp, records.Text("SAL_NUM")));
-    }
-  }
+void RecordList::OnPressed(const std::function<void()>& pressed) {
+  pressed_ = pressed;
+  OnChosen([pressed](int) { pressed(); });
+}
+
+void RecordList::Begin(const std::string& number) {
   clear();
-  addItems(lines);
+  records_.clear();
   number_ = number;
 }
 
-void RecordList::Clear() {
-  clear();
-  number_.clear();
+void RecordList::Show(std::vector<RecordSummary> records) {
+  records_ = std::move(records);
+  QStringList lines;
+  for (const RecordSummary& record : records_) {
+    lines += QString::fromStdString(RecordLine(record));
+  }
+  addItems(lines);
 }
 
 QString RecordList::SelectedLine() const {
-  const int row = SelectedRow();
+  const int row = ChosenRow();
   return row == -1 ? QString() : item(row)->text();
 }
 
+int RecordList::SelectedTickets() const {
+  const int row = ChosenRow();
+  return row == -1 ? 0 : records_[static_cast<std::size_t>(row)].tickets;
+}
+
 void RecordList::RemoveSelectedLine() {
-  delete takeItem(SelectedRow());
-  setCurrentRow(-1);
-  clearSelection();
+  const int row = ChosenRow();
+  Highlight(-1);  // before the line goes: the list would select its neighbour
+  delete takeItem(row);
+  records_.erase(records_.begin() + row);
+  Highlight(-1);
+}
+
+void RecordList::mousePressEvent(QMouseEvent* event) {
+  ChoosingView::mousePressEvent(event);
+  if (event->button() == Qt::LeftButton && !indexAt(event->pos()).isValid()) {
+    pressed_();
+  }
 }
 
 }  // namespace marlevo

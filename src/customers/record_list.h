@@ -2,35 +2,46 @@
 #pragma once
 
 #include <QListWidget>
-#include <QString>
+#include <functional>
 #include <string>
+#include <vector>
 
-#include "platform/database/connection.h"
-#include "ui/operator_choice.h"
+#include "customers/purchase_record.h"
+#include "ui/choosing_view.h"
 
 namespace marlevo {
 
-class RecordList : public OperatorChoice<QListWidget> {
+class RecordList : public ChoosingView<QListWidget> {
   Q_OBJECT
 
  public:
   explicit RecordList(QWidget* parent);
 
-  // Reads the records of a customer, in the order in which the database gives them, and remembers the customer number.
-  // Records without a stamp are not listed.
-  void Fill(Connection& connection, const std::string& number);
-  // Forgets the customer number too.
-  void Clear();
+  // `pressed` is called when a record is chosen and at a left press beside the lines.
+  void OnPressed(const std::function<void()>& pressed);
 
-  // The customer number that the list was filled for.
+  // Empties the list and remembers the customer number that it is for.
+  void Begin(const std::string& number);
+  void Show(std::vector<RecordSummary> records);
+  // Forgets the customer number too.
+  void Clear() { Begin({}); }
+
+  // The customer number that the list is for.
   const std::string& Number() const { return number_; }
   // Empty when no line is selected.
   QString SelectedLine() const;
+  // How many tickets the selected record has.
+  int SelectedTickets() const;
   // No line is selected afterwards.
   void RemoveSelectedLine();
 
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+
  private:
   std::string number_;
+  std::vector<RecordSummary> records_;
+  std::function<void()> pressed_ = [] {};
 };
 
 }  // namespace marlevo

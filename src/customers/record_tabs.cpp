@@ -4,10 +4,9 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QTableView>
-#include <cmath>
 #include <utility>
 
-#include "customers/purchase_record.h"
+#include "customers/prizes.h"
 #include "ui/appearance.h"
 #include "ui/grid.h"
 #include "ui/widgets.h"
@@ -16,7 +15,6 @@ namespace marlevo {
 
 namespace {
 
-constexpr std::array<const char*, 4> kDigitFields = {"NO1", "NO2", "NO3", "NO4"};
 constexpr std::array<const char*, 4> kDigitHeadings = {"第一柱", "第二柱", "第三柱", "第四柱"};
 
 QString Shown(std::string_view text) {
@@ -24,23 +22,6 @@ QString Shown(std::string_view text) {
 }
 
 }  // namespace
-
-PurchaseRecord ReadRecord(Recordset rows, const std::function<void(int)>& step) {
-  PurchaseRecord record;
-  for (int read = 1; !rows.AtEnd(); rows.MoveNext(), ++read) {
-    const double code = rows.Number("PLAY_MODE");
-    if (!rows.IsNull("PLAY_MODE") && code >= 0 && code < kPlayModes && code == std::floor(code)) {
-      const auto mode = static_cast<std::size_t>(code);
-      record.stakes[mode] = rows.Text("PLAY_AMT");
-      QStringList& row = record.tickets[mode].emplace_back(Shown(rows.Text("PLAY_SEQ")));
-      for (std::size_t column = 0; column < static_cast<std::size_t>(kPrizeClasses[mode].digits); ++column) {
-        row += Shown(rows.Text(kDigitFields[column]));
-      }
-    }
-    step(read);
-  }
-  return record;
-}
 
 RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
   setObjectName("SSTab1");
@@ -76,15 +57,21 @@ RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
   Clear();
 }
 
-void RecordTabs::Show(PurchaseRecord record) {
+void RecordTabs::Show(const PurchaseRecord& record) {
   int first = -1;
   for (std::size_t mode = 0; mode < tickets_.size(); ++mode) {
-    const std::string& stake = record.stakes[mode];
-    lblAmt_[mode]->setText(Shown(StakeText(stake.empty() ? "0" : stake)).replace("\r\n", "\n"));
-    if (first == -1 && !record.tickets[mode].empty()) {
+    lblAmt_[mode]->setText(Shown(StakeText(record.stakes[mode])).replace("\r\n", "\n"));
+    TextModel::Rows rows;
+    for (const RecordTicket& ticket : record.tickets[mode]) {
+      QStringList& row = rows.emplace_back(Shown(ticket.seq));
+      for (std::size_t column = 0; column < static_cast<std::size_t>(kPrizeClasses[mode].digits); ++column) {
+        row += Shown(ticket.digits[column]);
+      }
+    }
+    if (first == -1 && !rows.empty()) {
       first = static_cast<int>(mode);
     }
-    tickets_[mode]->SetTexts(std::move(record.tickets[mode]));
+    tickets_[mode]->SetTexts(std::move(rows));
   }
   if (first != -1 && tickets_[static_cast<std::size_t>(currentIndex())]->rowCount() == 0) {
     setCurrentIndex(first);

@@ -4,26 +4,13 @@
 
 #include <QTabWidget>
 #include <array>
-#include <functional>
-#include <string>
 
-#include "customers/prizes.h"
-#include "platform/database/recordset.h"
+#include "customers/purchase_record.h"
 #include "ui/text_model.h"
 
 class QLabel;
 
 namespace marlevo {
-
-// The tickets of one record by play mode: grid rows (sequence, then the digits that the mode shows) and the stake.
-struct PurchaseRecord {
-  std::array<TextModel::Rows, kPlayModes> tickets;
-  std::array<std::string, kPlayModes> stakes;
-};
-
-// Reads all rows of a result of SelectRecord. Rows with a play mode other than 0 to 4 are skipped. `step` is called
-// after every row with the number of rows read so far.
-PurchaseRecord ReadRecord(Recordset rows, const std::function<void(int)>& step);
 
 class RecordTabs : public QTabWidget {
   Q_OBJECT
@@ -32,7 +19,7 @@ class RecordTabs : public QTabWidget {
   explicit RecordTabs(QWidget* parent);
 
   // Shows the page of the first mode with tickets unless the page in front has some.
-  void Show(PurchaseRecord record);
+  void Show(const PurchaseRecord& record);
   void Clear() { Show({}); }
 
  private:

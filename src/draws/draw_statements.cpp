@@ -8,9 +8,9 @@ std::string SelectDraw(std::string_view number) {
   return "SELECT * FROM [NUMERIC] WHERE VOU_NO=" + SqlNumber(number);
 }
 
-std::string InsertDraw(std::string_view number, const DrawnDigits& digits) {
-  std::string values = SqlNumber(number);
-  for (const std::string& digit : digits) {
+std::string InsertDraw(const Draw& draw) {
+  std::string values = SqlNumber(draw.number);
+  for (const std::string& digit : draw.digits) {
     values.append(",").append(SqlNumber(digit));
   }
   return "INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3,NO4) VALUES (" + values + ")";

@@ -8,13 +8,18 @@
 
 namespace marlevo {
 
-// The drawn digits of positions 1 to 4 as text.
-using DrawnDigits = std::array<std::string, 4>;
+// A row of NUMERIC, as text.
+struct Draw {
+  std::string number;                 // VOU_NO
+  std::array<std::string, 4> digits;  // NO1 to NO4
+
+  bool operator==(const Draw&) const = default;
+};
 
 inline constexpr std::string_view kSelectDraws = "SELECT * FROM [NUMERIC] ORDER BY VOU_NO";
 
 std::string SelectDraw(std::string_view number);
-std::string InsertDraw(std::string_view number, const DrawnDigits& digits);
+std::string InsertDraw(const Draw& draw);
 std::string DeleteDraw(std::string_view number);
 
 }  // namespace marlevo

@@ -10,12 +10,11 @@
 #include <algorithm>
 
 #include "platform/text/text.h"
+#include "ui/choosing_view.h"
 #include "ui/digit_list.h"
 #include "ui/frmMessage.h"
 #include "ui/grid.h"
-#include "ui/operator_choice.h"
 #include "ui/scrolling.h"
-#include "ui/select_all_edit.h"
 #include "ui/text_model.h"
 #include "ui/widgets.h"
 
@@ -27,19 +26,34 @@ constexpr std::array<const char*, 4> kPositions = {"一", "二", "三", "四"};
 
 }  // namespace
 
-frmInput::frmInput(QWidget* parent, const std::string& connection_string)
-    : QDialog(parent), connection_(connection_string) {
+frmInput::frmInput(QWidget* parent, const std::string& connection_string) : QDialog(parent), store_(connection_string) {
   setObjectName("frmInput");
   setWindowTitle("輸入開獎號碼");
+  Form_Load();
+}
+
+void frmInput::Form_Load() {
   SetUpWidgets();
   SetupDrawGrid();
   LoadDrawResults();
+  if (const std::optional<std::size_t> digits = store_.MostDigits()) {
+    txtVou_No_->setMaxLength(static_cast<int>(*digits));
+  }
   const QWidget& page = *mfgNumeric_->parentWidget();
   resize(QSize(page.sizeHint().width(), fontMetrics().height() * 26).boundedTo(screen()->availableSize()));
 }
 
+void frmInput::Form_Unload() {
+  store_.Close();
+}
+
+void frmInput::done(int result) {
+  QDialog::done(result);
+  Form_Unload();
+}
+
 void frmInput::SetUpWidgets() {
-  txtVou_No_ = Named(new SelectAllEdit(this), "txtVou_No");
+  txtVou_No_ = Named(new QLineEdit(this), "txtVou_No");
   // Only digits are typed here: an input method in Chinese mode would swallow them.
   txtVou_No_->setAttribute(Qt::WA_InputMethodEnabled, false);
   txtVou_No_->installEventFilter(this);
@@ -67,7 +81,7 @@ void frmInput::SetUpWidgets() {
   connect(cmdAdd, &QPushButton::clicked, this, &frmInput::cmdAdd_Click);
   connect(cmdEdit, &QPushButton::clicked, this, &frmInput::cmdEdit_Click);
   connect(cmdDel, &QPushButton::clicked, this, &frmInput::cmdDel_Click);
-  connect(cmdExit, &QPushButton::clicked, this, &QDialog::close);
+  connect(cmdExit, &QPushButton::clicked, this, &frmInput::cmdExit_Click);
 
   auto* const buttons = new QHBoxLayout;
   buttons->setSpacing(8);
@@ -82,7 +96,7 @@ void frmInput::SetUpWidgets() {
   left->addStretch();
   left->addWidget(cmdExit);
 
-  mfgNumeric_ = Named(new OperatorChoice<QTableView>(this), "mfgNumeric");
+  mfgNumeric_ = Named(new ChoosingView<QTableView>(this, Moving::kChooses), "mfgNumeric");
   mfgNumeric_->OnChosen([this](int row) { mfgNumeric_RowChosen(row); });
 
   auto* const page = new QWidget(this);
@@ -112,10 +126,10 @@ void frmInput::SetupDrawGrid() {
 
 void frmInput::LoadDrawResults() {
   TextModel::Rows rows;
-  for (Recordset draws = connection_.Open(kSelectDraws); !draws.AtEnd(); draws.MoveNext()) {
-    QStringList& row = rows.emplace_back();
-    for (const char* field : {"VOU_NO", "NO1", "NO2", "NO3", "NO4"}) {
-      row += QString::fromStdString(draws.Text(field));
+  for (const Draw& draw : store_.Draws()) {
+    QStringList& row = rows.emplace_back(QString::fromStdString(draw.number));
+    for (const std::string& digit : draw.digits) {
+      row += QString::fromStdString(digit);
     }
   }
   rows.emplace_back(5);
@@ -129,6 +143,7 @@ void frmInput::UpdateDrawGrid(Change change) {
   }
   if (change == Change::kAdded) {
     draws_->Insert(draws_->rowCount() - 1, row);
+    mfgNumeric_->Highlight(draws_->rowCount() - 2);
     mfgNumeric_->scrollToBottom();
     return;
   }
@@ -141,9 +156,12 @@ void frmInput::UpdateDrawGrid(Change change) {
   }
   const int place = static_cast<int>(found - rows.begin());
   if (change == Change::kDeleted) {
+    mfgNumeric_->Highlight(-1);  // before the row goes: the grid would highlight its neighbour
     draws_->Remove(place);
+    mfgNumeric_->Highlight(-1);
   } else {
     draws_->Replace(place, row);
+    mfgNumeric_->Highlight(place);
   }
 }
 
@@ -151,12 +169,10 @@ void frmInput::cmdAdd_Click() {
   if (!HasNumber()) {
     return;
   }
-  if (DrawExists()) {
+  if (!store_.Add(Entered())) {
     ShowMessage(this, "開獎期數已經存在,不可新增 !!");
     return;
   }
-  connection_.Execute(InsertDraw(Number(), Digits()));
-  connection_.Flush();
   UpdateDrawGrid(Change::kAdded);
 }
 
@@ -164,29 +180,30 @@ void frmInput::cmdEdit_Click() {
   if (!HasNumber()) {
     return;
   }
-  if (!DrawExists()) {
+  const RowChange change = store_.Replace(Entered());
+  if (!change.found) {
     ShowMessage(this, "開獎期數不存在,不可修改 !!");
     return;
   }
-  // Made first, so that digits that are no numbers do not cost the draw.
-  const std::string insert = InsertDraw(Number(), Digits());
-  connection_.Execute(DeleteDraw(Number()));
-  connection_.Execute(insert);
-  connection_.Flush();
-  UpdateDrawGrid(Change::kChanged);
+  UpdateDrawGrid(change.refusal ? Change::kDeleted : Change::kChanged);
+  if (change.refusal) {
+    throw DatabaseError(*change.refusal);
+  }
 }
 
 void frmInput::cmdDel_Click() {
   if (!HasNumber()) {
     return;
   }
-  if (!DrawExists()) {
+  if (!store_.Remove(Entered().number)) {
     ShowMessage(this, "開獎期數不存在,不可刪除 !!");
     return;
   }
-  connection_.Execute(DeleteDraw(Number()));
-  connection_.Flush();
   UpdateDrawGrid(Change::kDeleted);
+}
+
+void frmInput::cmdExit_Click() {
+  close();
 }
 
 void frmInput::mfgNumeric_RowChosen(int row) {
@@ -198,16 +215,28 @@ void frmInput::mfgNumeric_RowChosen(int row) {
   }
 }
 
+void frmInput::txtVou_No_GotFocus() {
+  txtVou_No_->setSelection(0, static_cast<int>(txtVou_No_->text().length()));
+}
+
 bool frmInput::txtVou_No_KeyPress(const QKeyEvent& event) {
+  // These two combinations never type anything; Ctrl with Alt is how some keyboards type.
+  const bool command =
+      event.modifiers() == Qt::ControlModifier || event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+  const auto allowed = [](QChar character) {
+    return (character >= u'0' && character <= u'9') || character.category() == QChar::Other_Control;
+  };
   const QString typed = event.text();
-  const bool shortcut = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  const bool printable = !typed.isEmpty() && typed[0].isPrint();
-  return printable && !shortcut && !(typed[0] >= u'0' && typed[0] <= u'9');
+  return !command && !std::all_of(typed.begin(), typed.end(), allowed);
 }
 
 bool frmInput::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress && txtVou_No_KeyPress(*static_cast<QKeyEvent*>(event))) {
     return true;
+  }
+  if (event->type() == QEvent::FocusIn) {
+    // After the mouse press that brought the focus, which would put the cursor where it hit.
+    QMetaObject::invokeMethod(this, &frmInput::txtVou_No_GotFocus, Qt::QueuedConnection);
   }
   return QDialog::eventFilter(watched, event);
 }
@@ -220,20 +249,12 @@ bool frmInput::HasNumber() {
   return true;
 }
 
-bool frmInput::DrawExists() {
-  return !connection_.Open(SelectDraw(Number())).AtEnd();
-}
-
-std::string frmInput::Number() const {
-  return txtVou_No_->text().toStdString();
-}
-
-DrawnDigits frmInput::Digits() const {
-  DrawnDigits digits;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    digits[i] = cboCheck_[i]->currentText().toStdString();
+Draw frmInput::Entered() const {
+  Draw draw{txtVou_No_->text().toStdString(), {}};
+  for (std::size_t i = 0; i < draw.digits.size(); ++i) {
+    draw.digits[i] = cboCheck_[i]->currentText().toStdString();
   }
-  return digits;
+  return draw;
 }
 
 }  // namespace marlevo

@@ -6,8 +6,7 @@
 #include <array>
 #include <string>
 
-#include "draws/draw_statements.h"
-#include "platform/database/connection.h"
+#include "draws/draw_store.h"
 
 class QKeyEvent;
 class QLineEdit;
@@ -18,7 +17,7 @@ namespace marlevo {
 class DigitList;
 class TextModel;
 template <typename View>
-class OperatorChoice;
+class ChoosingView;
 
 class frmInput : public QDialog {
   Q_OBJECT
@@ -27,12 +26,16 @@ class frmInput : public QDialog {
   // Opens its own connection and keeps it as long as it lives. DatabaseError when the register cannot be read.
   frmInput(QWidget* parent, const std::string& connection_string);
 
+  void done(int result) override;
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   enum class Change { kAdded = 1, kChanged = 2, kDeleted = 3 };
 
+  void Form_Load();
+  void Form_Unload();
   void SetUpWidgets();
   void SetupDrawGrid();
   void LoadDrawResults();
@@ -41,20 +44,21 @@ class frmInput : public QDialog {
   void cmdAdd_Click();
   void cmdEdit_Click();
   void cmdDel_Click();
+  void cmdExit_Click();
   void mfgNumeric_RowChosen(int row);
+  void txtVou_No_GotFocus();
   // True when the key is to be discarded.
   static bool txtVou_No_KeyPress(const QKeyEvent& event);
 
   // True when a draw number is entered; otherwise it is asked for.
   bool HasNumber();
-  bool DrawExists();
-  std::string Number() const;
-  DrawnDigits Digits() const;
+  // What the box and the lists hold.
+  Draw Entered() const;
 
-  Connection connection_;
+  DrawStore store_;
   QLineEdit* txtVou_No_;
   std::array<DigitList*, 4> cboCheck_{};
-  OperatorChoice<QTableView>* mfgNumeric_;
+  ChoosingView<QTableView>* mfgNumeric_;
   TextModel* draws_;
 };
 

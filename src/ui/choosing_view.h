@@ -10,20 +10,34 @@
 
 namespace marlevo {
 
-// View is a QAbstractItemView class whose rows are selected one at a time. The selected row is always the current one.
-template <typename View>
-class OperatorChoice : public View {
- public:
-  using View::View;
+// What moving the current line by keys or by dragging does.
+enum class Moving {
+  kChooses,  // every line on the way is chosen
+  kOnly,     // nothing is chosen before a press of the mouse, Enter or Space
+};
 
-  // `chosen` gets the row (from 0) that the operator pressed with the left button, dragged to or went to by keys.
-  // Pressing the selected row again counts as choosing it.
+// View is a QAbstractItemView class whose rows are selected one at a time. The chosen row is the highlighted one; the
+// current line, which the frame of the focus shows, may be another one when moving does not choose.
+template <typename View>
+class ChoosingView : public View {
+ public:
+  ChoosingView(QWidget* parent, Moving moving) : View(parent), moving_(moving) {}
+
+  // `chosen` gets the row (from 0) that the operator chooses. Pressing the chosen row again counts as choosing it.
   void OnChosen(std::function<void(int row)> chosen) { chosen_ = std::move(chosen); }
 
-  // -1 when no row is selected.
-  int SelectedRow() const {
+  // -1 when no row is chosen.
+  int ChosenRow() const {
     const QModelIndexList rows = View::selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.first().row();
+  }
+
+  // Highlights a row without telling; -1: none.
+  void Highlight(int row) {
+    View::selectionModel()->clear();
+    if (row != -1) {
+      View::selectionModel()->setCurrentIndex(View::model()->index(row, 0), kTheRow);
+    }
   }
 
  protected:
@@ -34,42 +48,57 @@ class OperatorChoice : public View {
     }
     View::mousePressEvent(event);
     if (View::indexAt(event->pos()).isValid()) {
-      chosen_(SelectedRow());
+      chosen_(ChosenRow());
     }
   }
 
   void mouseMoveEvent(QMouseEvent* event) override {
-    const int before = SelectedRow();
+    if (moving_ == Moving::kOnly && event->buttons() != Qt::NoButton) {
+      return;
+    }
+    const int before = ChosenRow();
     View::mouseMoveEvent(event);
     TellWhenOther(before);
   }
 
   void keyPressEvent(QKeyEvent* event) override {
-    const int before = SelectedRow();
+    const int before = ChosenRow();
     const QModelIndex current = View::currentIndex();
-    if (before == -1 && current.isValid() && event->key() == Qt::Key_Down) {
+    const bool chooses =
+        event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (moving_ == Moving::kOnly && chooses) {
+      if (current.isValid()) {
+        View::selectionModel()->setCurrentIndex(current, kTheRow);
+        chosen_(current.row());
+      }
+    } else if (moving_ == Moving::kChooses && before == -1 && current.isValid() && event->key() == Qt::Key_Down) {
       // The focus came to this row without choosing it.
-      View::selectionModel()->select(current, selectionCommand(current, event));
+      View::selectionModel()->select(current, kTheRow);
+      TellWhenOther(before);
     } else {
       View::keyPressEvent(event);
+      TellWhenOther(before);
     }
-    TellWhenOther(before);
   }
 
   // Modifier keys neither add to the selection nor take from it.
-  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent*) const override {
-    return index.isValid() ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
-                           : QItemSelectionModel::NoUpdate;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override {
+    const bool pressed = event != nullptr && event->type() == QEvent::MouseButtonPress;
+    return index.isValid() && (moving_ == Moving::kChooses || pressed) ? kTheRow : QItemSelectionModel::NoUpdate;
   }
 
  private:
+  static constexpr QItemSelectionModel::SelectionFlags kTheRow =
+      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
+
   void TellWhenOther(int before) {
-    const int now = SelectedRow();
+    const int now = ChosenRow();
     if (now != -1 && now != before) {
       chosen_(now);
     }
   }
 
+  Moving moving_;
   std::function<void(int)> chosen_ = [](int) {};
 };
 

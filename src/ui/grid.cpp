@@ -1,11 +1,34 @@
 #include "ui/grid.h"
 
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QHeaderView>
+#include <QHelpEvent>
+#include <QStyledItemDelegate>
 #include <QTableView>
+#include <QToolTip>
 #include <cmath>
 
 namespace marlevo {
+
+namespace {
+
+// Shows a text that is cut off in its cell whole while the mouse rests on it.
+class CellDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) override {
+    if (event->type() != QEvent::ToolTip) {
+      return QStyledItemDelegate::helpEvent(event, view, option, index);
+    }
+    const bool cut = index.isValid() && sizeHint(option, index).width() > view->visualRect(index).width();
+    QToolTip::showText(event->globalPos(), cut ? index.data().toString() : QString(), view);
+    return true;
+  }
+};
+
+}  // namespace
 
 void SetUpGrid(QTableView& grid, GridSelection selection) {
   QHeaderView* const rows = grid.verticalHeader();
@@ -26,10 +49,11 @@ void SetUpGrid(QTableView& grid, GridSelection selection) {
   grid.setWordWrap(false);
   grid.setCornerButtonEnabled(false);
   grid.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  grid.setItemDelegate(new CellDelegate(&grid));
 }
 
 void SetColumnWidths(QTableView& grid, const std::vector<double>& widths) {
-  const int unit = grid.fontMetrics().horizontalAdvance('W');
+  const double unit = QFontMetricsF(grid.font()).horizontalAdvance('W');
   for (std::size_t column = 0; column < widths.size(); ++column) {
     grid.setColumnWidth(static_cast<int>(column), static_cast<int>(std::lround(widths[column] * unit)));
   }

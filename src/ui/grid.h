@@ -1,5 +1,6 @@
 // How every grid of the system looks: rows of one fixed height that comes from the font, column widths in widths of the
-// text "W", whole rows selected, nothing edited in place.
+// text "W", whole rows selected, nothing edited in place. A text wider than its cell ends in "…"; a tooltip shows it
+// whole.
 #pragma once
 
 #include <vector>

@@ -17,7 +17,7 @@ bool Question(QWidget* parent, const QString& text, const QString& title) {
 }
 
 void Notice(QWidget* parent, const QString& text, const QString& title) {
-  QMessageBox box(QMessageBox::Information, title, text, QMessageBox::Ok, parent);
+  QMessageBox box(QMessageBox::NoIcon, title, text, QMessageBox::Ok, parent);
   box.setTextFormat(Qt::PlainText);
   box.exec();
 }

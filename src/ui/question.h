@@ -11,7 +11,7 @@ namespace marlevo {
 // Enter on a fresh box count as 否, so that nothing is deleted by a key pressed too often.
 bool Question(QWidget* parent, const QString& text, const QString& title = QStringLiteral("提示訊息"));
 
-// A plain message box with one button.
+// A plain message box with one button and no icon.
 void Notice(QWidget* parent, const QString& text, const QString& title = QStringLiteral("提示訊息"));
 
 }  // namespace marlevo

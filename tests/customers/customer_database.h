@@ -1,18 +1,16 @@
-// A database with customers, and the windows of the customers opened on it.
+// A database with customers and what they bought. What is read from it is what is on the disk.
 #pragma once
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "customers/customer_statements.h"
 #include "platform/database/database_fixture.h"
-#include "support/window_driver.h"
 
 namespace marlevo {
 
-class CustomerWindowsTest : public DatabaseFixture {
+class CustomerDatabaseTest : public DatabaseFixture {
  protected:
   void AddCustomer(const Customer& customer) { Run(InsertCustomer(customer)); }
 
@@ -23,9 +21,14 @@ class CustomerWindowsTest : public DatabaseFixture {
     for (const std::string& text : tickets) {
       const int mode = text[0] - '0';
       const std::size_t blank = text.find(' ', 2);
-      const auto digit = [&](std::size_t place) { return text[blank + place] - '0'; };
-      connection.Execute(InsertTicket(
-          number, stamp, {mode, text.substr(2, blank - 2), ++seq[mode], {digit(1), digit(2), digit(3), digit(4)}}));
+      std::string values = "'" + number + "','" + stamp + "'," + text[0] + "," + text.substr(2, blank - 2) + "," +
+                           std::to_string(++seq[mode]);
+      for (const char digit : text.substr(blank + 1)) {
+        values.append(",").append(1, digit);
+      }
+      connection.Execute(
+          "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) VALUES (" + values +
+          ")");
     }
     connection.Flush();
   }
@@ -37,20 +40,16 @@ class CustomerWindowsTest : public DatabaseFixture {
   }
 
   std::string Customers() const {
-    Connection connection(Opening());
+    Connection connection = OnDisk();
     return Rows(connection, std::string(kSelectCustomers), {"CUSTOM_NO", "CUSTOM_NAME", "TEL1", "TEL2", "MEMO1"});
   }
   std::string Tickets(const std::string& number) const {
-    Connection connection(Opening());
+    Connection connection = OnDisk();
     return Rows(connection,
                 "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='" + number + "' ORDER BY SAL_DATE,PLAY_MODE,PLAY_SEQ",
                 {"SAL_DATE", "PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"});
   }
 
-  static std::vector<ModalStep> YesToSaving(const QString& number,
-                                            const ModalStep& then = ExpectMessage("存檔完畢 !")) {
-    return {ExpectQuestion("確定要將號碼組合資料存檔到 [" + number + "] ?", QMessageBox::Yes), then};
-  }
   // The number of tickets that are stored for a customer. Fails the test unless they are whole and the first ones of a
   // save of `list`, all under one stamp.
   std::size_t StoredOfSave(const std::string& number, const CurrentList& list) const {
@@ -59,9 +58,10 @@ class CustomerWindowsTest : public DatabaseFixture {
     EXPECT_TRUE(stored.empty() || stamp.size() == 14) << stamp;
     std::string saved;
     for (const StoredTicket& ticket : TicketsToStore(list)) {
-      saved += stamp + "|" + std::to_string(ticket.mode) + "|" + ticket.amount + "|" + std::to_string(ticket.seq);
-      for (const int digit : ticket.digits) {
-        saved.append("|").append(std::to_string(digit));
+      saved += stamp;
+      for (const int value : {ticket.mode, ticket.amount, ticket.seq, ticket.digits[0], ticket.digits[1],
+                              ticket.digits[2], ticket.digits[3]}) {
+        saved.append("|").append(std::to_string(value));
       }
       saved += "\n";
     }

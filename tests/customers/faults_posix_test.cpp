@@ -5,16 +5,17 @@
 
 #include <fstream>
 
-#include "customer_windows.h"
+#include "customer_database.h"
 #include "customers/frmCustom.h"
 #include "customers/frmSave.h"
 #include "platform/access/database.h"
+#include "save_steps.h"
 #include "support/largest_list.h"
 
 namespace marlevo {
 namespace {
 
-class ReadOnlyFolderTest : public CustomerWindowsTest {
+class ReadOnlyFolderTest : public CustomerDatabaseTest {
  protected:
   // Takes the right to write to the folder and what is in it from this process, root or not.
   void MakeReadOnly() const {
@@ -41,7 +42,7 @@ class ReadOnlyFolderTest : public CustomerWindowsTest {
 };
 
 // With the database on a disk of 8 MB that this process alone sees.
-class FullDiskTest : public CustomerWindowsTest {
+class FullDiskTest : public CustomerDatabaseTest {
  protected:
   void SetUp() override {
     std::filesystem::create_directory(disk_);
@@ -83,6 +84,12 @@ TEST_F(ReadOnlyFolderTest, CanBeLookedAtButNotChanged) {
     EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
     Enter(window, "txtCustom_No", "A01");
     Press(window, "cmdEdit", {ExpectErrorReport("唯讀", "繼續")});
+    PressRow(window, "lstRecord", 0);
+    EXPECT_EQ(RowsText(window, "mfgData(0)"), "1|1|2|3|4\n");
+    const ModalStep yes = ExpectQuestion("要將 2002/10/05-14:30:12     1張 資料移除 ?", QMessageBox::Yes);
+    Press(window, "cmdDelRecord", {yes, ExpectErrorReport("唯讀", "繼續")});
+    EXPECT_EQ(RowsText(window, "mfgData(0)"), "") << "the grids are cleared first";
+    EXPECT_EQ(RowsText(window, "lstRecord"), "2002/10/05-14:30:12     1張\n");
   }
   MakeWritable();
   EXPECT_EQ(Customers(), "A01|王小明|||\n");

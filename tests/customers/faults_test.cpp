@@ -6,12 +6,13 @@
 #include <cstdio>
 #include <fstream>
 
-#include "customer_windows.h"
+#include "customer_database.h"
 #include "customers/frmCustom.h"
 #include "customers/frmCustom_CHK.h"
 #include "customers/frmSave.h"
 #include "draws/frmInput.h"
 #include "platform/access/database.h"
+#include "save_steps.h"
 #include "support/largest_list.h"
 #include "support/ticket_text.h"
 
@@ -68,7 +69,7 @@ class HelperProcess {
   QByteArray said_;
 };
 
-class FaultsTest : public CustomerWindowsTest {
+class FaultsTest : public CustomerDatabaseTest {
  protected:
   // Opens every window with a database in turn. Each opening is one step.
   static void OpenEachWindow(const std::string& connection_string, const ModalStep& step) {
@@ -113,71 +114,13 @@ TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
   ASSERT_GT(std::filesystem::file_size(file_), healthy + 65536);
   Overwrite(healthy + 32768, 32768, '\xAA');
   const Shown<frmCustom> window(Opening());
-  auto& customers = Find<QWidget>(window, "mfgCustom_H");
-  customers.setFocus();
-  WithModals([&] { QTest::keyClick(&customers, Qt::Key_Down); }, {ExpectErrorReport("檔案已經損壞", "繼續")});
+  WithModals([&] { PressRow(window, "mfgCustom_H", 0); }, {ExpectErrorReport("檔案已經損壞", "繼續")});
   EXPECT_EQ(RowsText(window, "lstRecord"), "");
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
   const Shown<frmCustom_CHK> check(Opening());
   Click(check, "Option1(2)");
   Press(check, "cmdCheck2", {ExpectErrorReport("4star.mdb", "繼續")});
   EXPECT_EQ(RowsText(check, "lstCheck"), "");
-}
-
-TEST_F(FaultsTest, AQuoteIsRefusedAndMeansNobody) {
-  AddCustomer({"A01", "王小明", "", "", ""});
-  AddCustomer({"A02", "陳大文", "", "", ""});
-  AddRecord("A01", "20021005143012", {"0 25 1234"});
-  const std::string before = Customers() + Tickets("A01");
-  const CurrentList list = test::Lists({{0, "1234"}});
-  const ModalStep report = ExpectErrorReport("單引號", "繼續");
-
-  const Shown<frmCustom> window(Opening());
-  Enter(window, "txtCustom_No", "x' OR 'a'='a");
-  for (const char* button : {"cmdAdd", "cmdEdit", "cmdDel"}) {
-    Press(window, button, {report});
-  }
-  Enter(window, "txtCustom_No", "A01");
-  Enter(window, "txtMemo1", "it's");
-  Press(window, "cmdEdit", {report});
-  Enter(window, "txtCustom_No", "A03");
-  Press(window, "cmdAdd", {report});
-  EXPECT_EQ(Customers() + Tickets("A01"), before);
-  Enter(window, "txtMemo1", "it is");
-  Press(window, "cmdAdd");
-  EXPECT_EQ(Customers(), "A01|王小明|||\nA02|陳大文|||\nA03||||it is\n");
-
-  // Another program may have stored such a number.
-  Run("INSERT INTO [CUSTOM_H] (CUSTOM_NO,CUSTOM_NAME,TEL1,TEL2,MEMO1) VALUES ('0''0','','','','')");
-  const Shown<frmSave> save(Opening(), list);
-  Press(save, "cmdPrint", YesToSaving("0'0", report));
-  EXPECT_TRUE(Find<QWidget>(save, "picMsg").isHidden());
-  PressRow(save, "mfgCustom_H", 2);
-  Press(save, "cmdPrint", YesToSaving("A02"));
-}
-
-TEST_F(FaultsTest, ATextThatIsTooLongIsRefusedAndCanBeShortened) {
-  AddCustomer({"A01", "王小明", "", "", ""});
-  const Shown<frmCustom> window(Opening());
-  const ModalStep report = ExpectErrorReport("文字太長", "繼續");
-  for (const auto& [box, length] : {std::pair{"txtCustom_No", 51}, {"txtCustom_Name", 101}, {"txtMemo1", 256}}) {
-    Enter(window, "txtCustom_No", "A02");
-    Enter(window, "txtCustom_Name", "");
-    Enter(window, box, QString(length, u'長'));
-    Press(window, "cmdAdd", {report});
-    EXPECT_EQ(Customers(), "A01|王小明|||\n") << box;
-    EXPECT_EQ(RowsText(window, "mfgCustom_H"), Customers()) << box;
-  }
-  // A change deletes the customer first. What was typed is still there, and one key less makes it fit.
-  PressRow(window, "mfgCustom_H", 0);
-  Enter(window, "txtMemo1", QString(256, u'長'));
-  Press(window, "cmdEdit", {report});
-  EXPECT_EQ(Customers(), "");
-  auto& memo = Find<QLineEdit>(window, "txtMemo1");
-  QTest::keyClick(&memo, Qt::Key_End);
-  QTest::keyClick(&memo, Qt::Key_Backspace);
-  Press(window, "cmdAdd");
-  EXPECT_EQ(Customers(), "A01|王小明|||" + QString(255, u'長').toStdString() + "\n");
 }
 
 TEST_F(FaultsTest, AFileThatAnotherProcessWritesToCanBeReadUntilItIsFree) {

@@ -2,15 +2,18 @@
 
 #include <QAbstractItemModelTester>
 #include <QInputMethodEvent>
+#include <QListWidget>
 #include <QTabWidget>
+#include <optional>
 
-#include "customer_windows.h"
+#include "customer_database.h"
 #include "customers/prizes.h"
+#include "support/window_driver.h"
 
 namespace marlevo {
 namespace {
 
-class FrmCustomTest : public CustomerWindowsTest {
+class FrmCustomTest : public CustomerDatabaseTest {
  protected:
   frmCustom& Window() { return window_.emplace(Opening()); }
   void EnterCustomer(const std::vector<const char*>& texts) {
@@ -18,6 +21,10 @@ class FrmCustomTest : public CustomerWindowsTest {
     for (std::size_t i = 0; i < texts.size(); ++i) {
       Enter(*window_, boxes[i], texts[i]);
     }
+  }
+  // The customers' rows and which of them is highlighted.
+  std::string Grid() const {
+    return RowsText(*window_, "mfgCustom_H") + std::to_string(Highlighted(*window_, "mfgCustom_H"));
   }
   std::string Grids() const {
     std::string text;
@@ -34,92 +41,87 @@ class FrmCustomTest : public CustomerWindowsTest {
 
 constexpr char kNoTickets[] = "=   0\n=   0\n=   0\n=   0\n=   0\n";
 
-TEST_F(FrmCustomTest, KeepsGridAndTableInStep) {
+TEST_F(FrmCustomTest, KeepsGridAndTableInStepAndHighlightsWhatIsEntered) {
   frmCustom& window = Window();
   const QAbstractItemModelTester tester(Find<QAbstractItemView>(window, "mfgCustom_H").model());
-  const std::string other = "B01|歐陽娜娜|02-2345-6789|0912-345-678|每週三；說「老樣子」\n";
-  EnterCustomer({"B01", "歐陽娜娜", "02-2345-6789", "0912-345-678", "每週三；說「老樣子」"});
-  Press(window, "cmdAdd");
-  EnterCustomer({"A01", "王小明", "", "", ""});
-  Press(window, "cmdAdd");
-  EXPECT_EQ(RowsText(window, "mfgCustom_H"), other + "A01|王小明|||\n");
-
-  // A number that was typed, not chosen; another row is the current one.
-  PressRow(window, "mfgCustom_H", 0);
-  EnterCustomer({"A01", "王大明", "1", "2", "3"});
-  Press(window, "cmdEdit");
-  EXPECT_EQ(RowsText(window, "mfgCustom_H"), other + "A01|王大明|1|2|3\n");
-  EXPECT_EQ(Customers(), "A01|王大明|1|2|3\n" + other);
-  EXPECT_EQ(RowsText(Window(), "mfgCustom_H"), Customers());
-}
-
-TEST_F(FrmCustomTest, ChangesNothingWhenANumberIsMissingTakenOrUnknown) {
-  AddCustomer({"A01", "王小明", "", "", ""});
-  frmCustom& window = Window();
   for (const char* button : {"cmdAdd", "cmdEdit", "cmdDel"}) {
     Press(window, button, {ExpectMessage("請先輸入客戶編號 !!")});
   }
-  // The database takes both cases of a letter as one.
-  EnterCustomer({"a01", "別人", "", "", ""});
-  Press(window, "cmdAdd", {ExpectMessage("客戶編號已經存在,\n不可新增 !!")});
-  EnterCustomer({"A02"});
+  EnterCustomer({"B01", "歐陽娜娜", "02-2345-6789", "0912-345-678", "每週三"});
   Press(window, "cmdEdit", {ExpectMessage("客戶編號不存在,\n不可修改 !!")});
   Press(window, "cmdDel", {ExpectMessage("客戶編號不存在,\n不可刪除 !!")});
-  EXPECT_EQ(Customers(), "A01|王小明|||\n");
-  EXPECT_EQ(RowsText(window, "mfgCustom_H"), Customers());
+  Press(window, "cmdAdd");
+  Press(window, "cmdAdd", {ExpectMessage("客戶編號已經存在,\n不可新增 !!")});
+  EnterCustomer({"A01", "王小明", "", "", ""});
+  Press(window, "cmdAdd");
+  const std::string other = "B01|歐陽娜娜|02-2345-6789|0912-345-678|每週三\n";
+  EXPECT_EQ(Grid(), other + "A01|王小明|||\n1");
+  PressRow(window, "mfgCustom_H", 0);
+  EnterCustomer({"A01", "王大明", "1", "2", "3"});  // typed, not chosen
+  Press(window, "cmdEdit");
+  EXPECT_EQ(Grid(), other + "A01|王大明|1|2|3\n1");
+
+  // The change has deleted the old row; what was typed is still there to be added again.
+  Enter(window, "txtMemo1", "it's");
+  Press(window, "cmdEdit", {ExpectErrorReport("舊資料已刪除,新資料沒有存入", "繼續")});
+  EXPECT_EQ(Grid(), other + "-1");
+  EXPECT_EQ(Customers(), other);
+  Enter(window, "txtMemo1", "it is");
+  Press(window, "cmdAdd");
+  EXPECT_EQ(Grid(), other + "A01|王大明|1|2|it is\n1");
+  EXPECT_EQ(Customers(), "A01|王大明|1|2|it is\n" + other);
+
+  const QString question = "注意 ! B01客戶所有資料將會被刪除\r\n確定要將B01客戶刪除 ?";
+  PressRow(window, "mfgCustom_H", 0);
+  Press(window, "cmdDel", {ExpectQuestion(question, QMessageBox::No)});
+  EXPECT_NE(Customers().find(other), std::string::npos);
+  Press(window, "cmdDel", {ExpectQuestion(question, QMessageBox::Yes)});
+  EXPECT_EQ(Customers(), "A01|王大明|1|2|it is\n");
+  EXPECT_EQ(Grid(), Customers() + "-1") << "no neighbour is highlighted";
+  EXPECT_EQ(BoxText(window, "txtCustom_No"), "B01");
 }
 
-TEST_F(FrmCustomTest, DeletesACustomerWithAllPurchasesAfterAYes) {
+TEST_F(FrmCustomTest, MovingLoadsNothingAndChoosingShowsCustomerAndRecord) {
   for (const char* number : {"A01", "A02", "A03"}) {
     AddCustomer({number, "王小明", "", "", ""});
-    AddRecord(number, "20021005143012", {"0 25 1234"});
   }
+  AddRecord("A02", "20021005143012", {"0 25 1234", "1 1250 1110"});
+  AddRecord("A02", "20021006090000", {"4 NULL 1200"});
+  Run("INSERT INTO [CUSTOM_H] (CUSTOM_NO) VALUES ('0''0')");
   frmCustom& window = Window();
-  PressRow(window, "mfgCustom_H", 1);
-  const QString question = "注意 ! A02客戶所有資料將會被刪除\r\n確定要將A02客戶刪除 ?";
-  Press(window, "cmdDel", {ExpectQuestion(question, QMessageBox::No)});
-  EXPECT_NE(Tickets("A02"), "");
-  Press(window, "cmdDel", {ExpectQuestion(question, QMessageBox::Yes)});
-  EXPECT_EQ(Customers(), "A01|王小明|||\nA03|王小明|||\n");
-  EXPECT_EQ(RowsText(window, "mfgCustom_H"), Customers());
-  EXPECT_EQ(Tickets("A02"), "");
-  EXPECT_NE(Tickets("A01") + Tickets("A03"), "");
-  EXPECT_EQ(BoxText(window, "txtCustom_No"), "A02") << "no other customer was chosen";
-}
-
-TEST_F(FrmCustomTest, ShowsTheRecordThatIsPressed) {
-  AddCustomer({"A01", "王小明", "", "", ""});
-  AddCustomer({"A02", "陳大文", "", "", ""});
-  AddRecord("A01", "20021005143012",
-            {"2 50 1230", "0 25 1234", "0 25 5678", "1 1250 1110", "3 75 4560", "4 0.5 7890", "9 25 9999"});
-  AddRecord("A01", "20021006090000", {"4 25 1200"});
-  AddRecord("A01", "", {"0 25 0000"});
-  frmCustom& window = Window();
-  PressRow(window, "mfgCustom_H", 0);
-  EXPECT_EQ(BoxText(window, "txtCustom_Name"), "王小明");
-  EXPECT_EQ(RowsText(window, "lstRecord"), "2002/10/05-14:30:12     7張\n2002/10/06-09:00:00     1張\n");
-  EXPECT_EQ(Grids(), kNoTickets);
+  auto& customers = Find<QAbstractItemView>(window, "mfgCustom_H");
+  auto& records = Find<QListWidget>(window, "lstRecord");
+  customers.setCurrentIndex(customers.model()->index(1, 0));
+  QTest::keyClick(&customers, Qt::Key_Down);
+  EXPECT_EQ(BoxText(window, "txtCustom_No"), "");
+  EXPECT_EQ(Highlighted(window, "mfgCustom_H"), -1);
+  QTest::keyClick(&customers, Qt::Key_Return);
+  EXPECT_EQ(BoxText(window, "txtCustom_No"), "A02");
+  EXPECT_EQ(Highlighted(window, "mfgCustom_H"), 2);
+  EXPECT_EQ(RowsText(window, "lstRecord"), "2002/10/05-14:30:12     2張\n2002/10/06-09:00:00     1張\n");
 
   PressRow(window, "lstRecord", 0, Qt::RightButton);
   EXPECT_EQ(Grids(), kNoTickets);
   PressRow(window, "lstRecord", 0);
-  const std::string shown =
-      "1|1|2|3|4\n2|5|6|7|8\n=  25\n"
-      "1|1|1|1\n= 1250\n"
-      "1|1|2|3\n=  50\n"
-      "1|4|5\n=  75\n"
-      "1|7|8\n= 0.5\n";
+  const std::string shown = "1|1|2|3|4\n=  25\n1|1|1|1\n= 1250\n=   0\n=   0\n=   0\n";
   EXPECT_EQ(Grids(), shown);
   EXPECT_EQ(LabelText(window, "lblAmt(0)"), " 25\n元");
+  QTest::keyClick(&records, Qt::Key_Down);
+  EXPECT_EQ(Grids(), shown);
+  EXPECT_EQ(Highlighted(window, "lstRecord"), 0);
+  Run("DELETE FROM CUSTOM_D WHERE PLAY_MODE=0");
+  QTest::mouseClick(records.viewport(), Qt::LeftButton, {}, records.viewport()->rect().bottomLeft() + QPoint(9, -9));
+  EXPECT_EQ(Grids(), "=   0\n1|1|1|1\n= 1250\n=   0\n=   0\n=   0\n") << "a press beside the lines reads again";
+  // A record whose tickets are all on a page behind brings that page to the front.
+  records.setCurrentRow(1, QItemSelectionModel::NoUpdate);
+  QTest::keyClick(&records, Qt::Key_Space);
+  EXPECT_EQ(Grids(), "=   0\n=   0\n=   0\n=   0\n1|1|2\n=    \n") << "no stake is not a stake of 0";
+  EXPECT_EQ(Find<QTabWidget>(window, "SSTab1").currentIndex(), 4);
   EXPECT_TRUE(Find<QWidget>(window, "picMsg").isHidden());
 
-  // A record whose tickets are all on a page behind brings that page to the front.
-  PressRow(window, "lstRecord", 1);
-  EXPECT_EQ(Grids(), "=   0\n=   0\n=   0\n=   0\n1|1|2\n=  25\n");
-  EXPECT_EQ(Find<QTabWidget>(window, "SSTab1").currentIndex(), 4);
-
-  PressRow(window, "mfgCustom_H", 1);
-  EXPECT_EQ(RowsText(window, "lstRecord"), "");
+  WithModals([&] { PressRow(window, "mfgCustom_H", 0); }, {ExpectErrorReport("單引號", "繼續")});
+  EXPECT_EQ(BoxText(window, "txtCustom_No"), "0'0");
+  EXPECT_EQ(RowsText(window, "lstRecord"), "") << "those of the customer before are gone";
 }
 
 TEST_F(FrmCustomTest, DeletesTheSelectedRecordOnly) {
@@ -128,7 +130,6 @@ TEST_F(FrmCustomTest, DeletesTheSelectedRecordOnly) {
   AddRecord("A01", "20021006090000", {"1 25 1200"});
   AddRecord("A01", "20021007090000", {"2 25 1200"});
   frmCustom& window = Window();
-  Press(window, "cmdDelRecord");
   PressRow(window, "mfgCustom_H", 0);
   Press(window, "cmdDelRecord");
   EXPECT_EQ(Find<QAbstractItemView>(window, "lstRecord").model()->rowCount(), 3) << "nothing is selected";
@@ -140,10 +141,9 @@ TEST_F(FrmCustomTest, DeletesTheSelectedRecordOnly) {
   Press(window, "cmdDelRecord", {ExpectQuestion(question, QMessageBox::Yes)});
   EXPECT_EQ(Grids(), kNoTickets);
   EXPECT_EQ(RowsText(window, "lstRecord"), "2002/10/05-14:30:12     2張\n2002/10/07-09:00:00     1張\n");
-  EXPECT_EQ(Tickets("A01"),
-            "20021005143012|0|25|1|1|2|3|4\n20021005143012|0|25|2|5|6|7|8\n20021007090000|2|25|1|1|2|0|0\n");
-  // No neighbour was selected in its place.
-  Press(window, "cmdDelRecord");
+  EXPECT_EQ(Highlighted(window, "lstRecord"), -1);
+  const std::string stored = Tickets("A01");
+  EXPECT_TRUE(stored.find("20021006") == std::string::npos && stored.size() > 60) << stored;
 }
 
 TEST_F(FrmCustomTest, ForgetsTheRecordsWhenANumberIsTyped) {
@@ -153,17 +153,31 @@ TEST_F(FrmCustomTest, ForgetsTheRecordsWhenANumberIsTyped) {
   auto& box = Find<QLineEdit>(window, "txtCustom_No");
   QInputMethodEvent chinese;
   chinese.setCommitString("王");
-  const std::vector<std::function<void()>> ways = {
-      [&] { QTest::keyClicks(&box, "A"); }, [&] { QTest::keyClick(&box, Qt::Key_Backspace); },
-      [&] { QTest::keyClick(&box, Qt::Key_Return); }, [&] { QCoreApplication::sendEvent(&box, &chinese); }};
+  const auto key = [&box](int code, Qt::KeyboardModifiers modifiers = {}) {
+    return [&box, code, modifiers] { QTest::keyClick(&box, static_cast<Qt::Key>(code), modifiers); };
+  };
+  const std::vector<std::function<void()>> ways = {key(Qt::Key_A),
+                                                   key(Qt::Key_Backspace),
+                                                   key(Qt::Key_Delete),
+                                                   key(Qt::Key_Return),
+                                                   key(Qt::Key_V, Qt::ControlModifier),
+                                                   key(Qt::Key_X, Qt::ControlModifier),
+                                                   key(Qt::Key_Z, Qt::ControlModifier),
+                                                   [&] { QCoreApplication::sendEvent(&box, &chinese); }};
   for (const auto& type : ways) {
     PressRow(window, "mfgCustom_H", 0);
-    EXPECT_NE(RowsText(window, "lstRecord"), "");
-    QTest::keyClick(&box, Qt::Key_Left);
-    QTest::keyClick(&box, Qt::Key_Tab);
+    for (const auto& move :
+         {key(Qt::Key_Left), key(Qt::Key_Tab), key(Qt::Key_F5), key(Qt::Key_C, Qt::ControlModifier)}) {
+      move();
+    }
     EXPECT_NE(RowsText(window, "lstRecord"), "") << "moving about is not typing";
     type();
-    EXPECT_EQ(RowsText(window, "lstRecord"), "");
+    EXPECT_EQ(RowsText(window, "lstRecord"), "") << &type - ways.data();
+    EXPECT_EQ(Highlighted(window, "mfgCustom_H"), -1);
+  }
+  for (const auto& [name, most] : {std::pair{"txtCustom_No", 50}, {"txtTEL2", 50}, {"txtMemo1", 255}}) {
+    Type(window, name, QString(most + 1, u'x'));
+    EXPECT_EQ(BoxText(window, name).size(), static_cast<std::size_t>(most)) << name;
   }
 }
 

@@ -107,6 +107,12 @@ inline std::string LabelText(const QWidget& window, const QString& label) {
   return Find<QLabel>(window, label).text().toStdString();
 }
 
+// The row of a grid or list that is highlighted; -1 when none is.
+inline int Highlighted(const QWidget& window, const QString& view) {
+  const QModelIndexList rows = Find<QAbstractItemView>(window, view).selectionModel()->selectedRows();
+  return rows.isEmpty() ? -1 : rows.first().row();
+}
+
 // The rows of a grid or list, each ending in a line break, the cells joined by "|".
 inline std::string RowsText(const QWidget& window, const QString& view) {
   const QAbstractItemModel& model = *Find<QAbstractItemView>(window, view).model();

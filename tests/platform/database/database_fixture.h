@@ -50,6 +50,19 @@ class DatabaseFixture : public testing::Test {
   DatabaseFixture() { MakeDatabase(file_); }
 
   std::string Opening() const { return FileConnectionString(file_); }
+  // A copy of the file as it is on the disk, without what this process only keeps in memory.
+  Connection OnDisk() const {
+    const std::filesystem::path copy = folder_.Path() / "copy.mdb";
+    for (const char* journal : {"", "-journal"}) {
+      const std::filesystem::path from = file_.string() + journal;
+      const std::filesystem::path to = copy.string() + journal;
+      std::filesystem::remove(to);
+      if (std::filesystem::exists(from)) {
+        std::filesystem::copy_file(from, to);
+      }
+    }
+    return Connection(FileConnectionString(copy));
+  }
   int Count(Connection& connection, const std::string& table) const {
     return static_cast<int>(connection.Open("SELECT COUNT(*) AS N FROM " + table).Number("N"));
   }

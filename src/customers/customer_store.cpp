@@ -1,0 +1,121 @@
+#include "customers/customer_store.h"
+
+#include <cmath>
+#include <utility>
+
+#include "platform/clock/clock.h"
+
+namespace marlevo {
+
+namespace {
+
+// By CustomerField.
+constexpr std::array<std::string_view, kCustomerFields> kFields = {"CUSTOM_NO", "CUSTOM_NAME", "TEL1", "TEL2", "MEMO1"};
+constexpr std::array<std::string_view, 4> kDigits = {"NO1", "NO2", "NO3", "NO4"};
+
+// Nothing unless the play mode is one of 0 to 4.
+std::optional<std::size_t> PlayMode(const Recordset& ticket) {
+  const double mode = ticket.Number("PLAY_MODE");
+  if (ticket.IsNull("PLAY_MODE") || mode < 0 || mode >= kPlayModes || mode != std::floor(mode)) {
+    return std::nullopt;
+  }
+  return static_cast<std::size_t>(mode);
+}
+
+}  // namespace
+
+std::vector<Customer> CustomerStore::Customers() {
+  std::vector<Customer> customers;
+  for (Recordset rows = connection_.Open(kSelectCustomers); !rows.AtEnd(); rows.MoveNext()) {
+    customers.push_back(
+        {rows.Text("CUSTOM_NO"), rows.Text("CUSTOM_NAME"), rows.Text("TEL1"), rows.Text("TEL2"), rows.Text("MEMO1")});
+  }
+  return customers;
+}
+
+bool CustomerStore::Has(std::string_view number) {
+  return !connection_.Open(SelectCustomer(number)).AtEnd();
+}
+
+bool CustomerStore::Add(const Customer& customer) {
+  if (Has(customer.number)) {
+    return false;
+  }
+  connection_.FlushAfter([&] { connection_.Execute(InsertCustomer(customer)); });
+  return true;
+}
+
+RowChange CustomerStore::Replace(const Customer& customer) {
+  return connection_.Replace(SelectCustomer(customer.number), DeleteCustomer(customer.number),
+                             [&customer] { return InsertCustomer(customer); });
+}
+
+void CustomerStore::Remove(std::string_view number) {
+  connection_.FlushAfter([&] {
+    connection_.Execute(DeleteCustomer(number));
+    connection_.Execute(DeletePurchases(number));
+  });
+}
+
+std::optional<std::size_t> CustomerStore::MostCharacters(CustomerField field) {
+  return connection_.MostCharacters("CUSTOM_H", kFields[static_cast<std::size_t>(field)]);
+}
+
+bool CustomerStore::HasRoomFor(CustomerField field, std::string_view text) {
+  return connection_.HasRoomFor("CUSTOM_H", kFields[static_cast<std::size_t>(field)], text);
+}
+
+std::vector<RecordSummary> CustomerStore::RecordsOf(std::string_view number) {
+  std::vector<RecordSummary> records;
+  for (Recordset rows = connection_.Open(SelectRecords(number)); !rows.AtEnd(); rows.MoveNext()) {
+    if (std::string stamp = rows.Text("SAL_DATE"); !stamp.empty()) {
+      records.push_back({std::move(stamp), static_cast<int>(rows.Number("SAL_NUM"))});
+    }
+  }
+  return records;
+}
+
+PurchaseRecord CustomerStore::Record(std::string_view number, std::string_view stamp,
+                                     const std::function<void(int)>& step) {
+  PurchaseRecord record;
+  Recordset rows = connection_.Open(SelectRecord(number, stamp));
+  for (int read = 1; !rows.AtEnd(); rows.MoveNext(), ++read) {
+    if (const std::optional<std::size_t> mode = PlayMode(rows)) {
+      record.stakes[*mode] = rows.Text("PLAY_AMT");
+      RecordTicket& ticket = record.tickets[*mode].emplace_back(RecordTicket{rows.Text("PLAY_SEQ"), {}});
+      for (std::size_t i = 0; i < static_cast<std::size_t>(kPrizeClasses[*mode].digits); ++i) {
+        ticket.digits[i] = rows.Text(kDigits[i]);
+      }
+    }
+    step(read);
+  }
+  return record;
+}
+
+void CustomerStore::RemoveRecord(std::string_view number, std::string_view stamp) {
+  connection_.FlushAfter([&] { connection_.Execute(DeleteRecord(number, stamp)); });
+}
+
+void CustomerStore::Save(std::string_view number, const std::vector<StoredTicket>& tickets,
+                         const std::function<void(int)>& step) {
+  connection_.FlushAfter([&] {
+    const std::string stamp = LocalStamp();
+    int stored = 0;
+    for (const StoredTicket& ticket : tickets) {
+      connection_.Execute(InsertTicket(number, stamp, ticket));
+      step(++stored);
+    }
+  });
+}
+
+std::vector<Winner> CustomerStore::Winners(const std::array<std::string, 4>& drawn, const CheckScope& scope) {
+  std::vector<Winner> winners;
+  for (int mode = 0; mode < kPlayModes; ++mode) {
+    for (Recordset rows = connection_.Open(SelectWinners(mode, drawn, scope)); !rows.AtEnd(); rows.MoveNext()) {
+      winners.push_back({rows.Text("CUSTOM_NO"), mode, rows.Number("PLAY_AMT")});
+    }
+  }
+  return winners;
+}
+
+}  // namespace marlevo

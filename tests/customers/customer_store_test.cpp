@@ -1,0 +1,209 @@
+#include "customers/customer_store.h"
+
+#include "customer_database.h"
+#include "platform/access/database.h"
+#include "support/ticket_text.h"
+
+namespace marlevo {
+namespace {
+
+class CustomerStoreTest : public CustomerDatabaseTest {
+ protected:
+  CustomerStore store_{Opening()};
+  const std::function<void(int)> no_step_ = [](int) {};
+};
+
+TEST_F(CustomerStoreTest, AddsChangesAndRemovesByNumber) {
+  EXPECT_TRUE(store_.Add({"B01", "歐陽娜娜", "02-2345-6789", "0912-345-678", "每週三；說「老樣子」"}));
+  EXPECT_TRUE(store_.Add({"A01", "王小明", "", "", ""}));
+  const std::string other = "B01|歐陽娜娜|02-2345-6789|0912-345-678|每週三；說「老樣子」\n";
+  EXPECT_EQ(Customers(), "A01|王小明|||\n" + other);
+  // The database takes both cases of a letter as one.
+  EXPECT_FALSE(store_.Add({"a01", "別人", "", "", ""}));
+  EXPECT_FALSE(store_.Replace({"A02", "別人", "", "", ""}).found);
+  EXPECT_TRUE(store_.Replace({"A01", "王大明", "1", "2", "3"}).found);
+  EXPECT_EQ(Customers(), "A01|王大明|1|2|3\n" + other);
+  EXPECT_EQ(store_.Customers().front(), (Customer{"A01", "王大明", "1", "2", "3"}));
+
+  AddRecord("A01", "20021005143012", {"0 25 1234"});
+  AddRecord("B01", "20021005143012", {"0 25 1234"});
+  store_.Remove("A01");
+  EXPECT_FALSE(store_.Has("A01"));
+  EXPECT_EQ(Customers(), other);
+  EXPECT_EQ(Tickets("A01"), "");
+  EXPECT_NE(Tickets("B01"), "");
+}
+
+TEST_F(CustomerStoreTest, ARefusedChangeHasDeletedTheCustomer) {
+  const std::string long_text(256, 'x');
+  for (const std::string& memo : {std::string("it's"), long_text}) {
+    EXPECT_TRUE(store_.Add({"A01", "王小明", "", "", ""}));
+    const RowChange change = store_.Replace({"A01", "王小明", "", "", memo});
+    ASSERT_TRUE(change.found && change.refusal);
+    EXPECT_TRUE(change.refusal->Outcome().starts_with("舊資料已刪除,新資料沒有存入"));
+    EXPECT_EQ(change.refusal->Kind(), memo == long_text ? Fault::kTextTooLong : Fault::kExplained);
+    EXPECT_EQ(Customers(), "");
+  }
+}
+
+TEST_F(CustomerStoreTest, AQuoteIsRefusedAndMeansNobody) {
+  AddCustomer({"A01", "王小明", "", "", ""});
+  AddRecord("A01", "20021005143012", {"0 25 1234"});
+  const std::string before = Customers() + Tickets("A01");
+  const std::string quote = "x' OR 'a'='a";
+  const std::array<std::string, 4> drawn = {"1", "2", "3", "4"};
+  const std::vector<std::function<void()>> calls = {[&] { store_.Has(quote); },
+                                                    [&] {
+                                                      store_.Add({"A02", "", "", "", quote});
+                                                    },
+                                                    [&] {
+                                                      static_cast<void>(store_.Replace({quote, "", "", "", ""}));
+                                                    },
+                                                    [&] { store_.Remove(quote); },
+                                                    [&] { store_.RecordsOf(quote); },
+                                                    [&] { store_.Record("A01", quote, no_step_); },
+                                                    [&] { store_.RemoveRecord(quote, "20021005143012"); },
+                                                    [&] { store_.RemoveRecord("A01", quote); },
+                                                    [&] {
+                                                      store_.Save(quote, {{0, 25, 1, {}}}, no_step_);
+                                                    },
+                                                    [&] {
+                                                      store_.Winners(drawn, {quote, {}});
+                                                    },
+                                                    [&] {
+                                                      store_.Winners(drawn, {"A01", quote});
+                                                    },
+                                                    [&] {
+                                                      store_.Winners({"1", "", "3", "4"}, {});
+                                                    },
+                                                    [&] {
+                                                      store_.Winners({"1", "2", "3", "4 OR 1=1"}, {});
+                                                    }};
+  for (const auto& call : calls) {
+    EXPECT_EQ(Refusal("組成資料庫指令", call), Fault::kExplained) << &call - calls.data();
+  }
+  EXPECT_EQ(Customers() + Tickets("A01"), before);
+}
+
+TEST_F(CustomerStoreTest, SavesEveryTicketOfTheTickedKindsUnderOneStamp) {
+  // A three-digit list has no fourth column, whatever its cell holds; an empty cell is 0.
+  CurrentList list = test::Lists({{0, "1234 5678"}, {3, "1126 1_3"}, {4, ""}});
+  list.kinds[1].tickets = test::Tickets("9999");
+  list.kinds[3].amount = "1250";
+  std::vector<int> steps;
+  store_.Save("A02", TicketsToStore(list), [&steps](int stored) { steps.push_back(stored); });
+  EXPECT_EQ(steps, (std::vector<int>{1, 2, 3, 4}));
+  const std::string stamp = Tickets("A02").substr(0, 14);
+  std::string expected;
+  for (const char* ticket : {"0|25|1|1|2|3|4", "0|25|2|5|6|7|8", "3|1250|1|1|1|2|0", "3|1250|2|1|0|3|0"}) {
+    expected += stamp + "|" + ticket + "\n";
+  }
+  EXPECT_EQ(Tickets("A02"), expected);
+  EXPECT_EQ(StoredOfSave("A02", list), 4U);
+}
+
+TEST_F(CustomerStoreTest, ARefusedTicketLeavesThoseBeforeIt) {
+  // A file of another maker, in which sequence numbers go to 255.
+  std::vector<access::TableSchema> tables = NewTables();
+  tables[2].columns[4].type = access::ColumnType::kByte;
+  store_.Close();
+  std::filesystem::remove(file_);
+  access::Database::Create(file_, "qorvat", tables);
+  CustomerStore store(Opening());
+  const auto save = [&] { store.Save("A01", {{0, 25, 1, {}}, {0, 25, 255, {}}, {0, 25, 256, {}}}, no_step_); };
+  EXPECT_EQ(Refusal("執行資料庫指令", save), Fault::kNumber);
+  EXPECT_EQ(std::ranges::count(Tickets("A01"), '\n'), 2);
+}
+
+TEST_F(CustomerStoreTest, ListsReadsAndRemovesRecords) {
+  AddRecord("A01", "20021005143012",
+            {"2 50 1230", "0 25 1234", "0 25 5678", "1 NULL 1110", "3 75 4560", "4 0.5 7890", "9 25 9999"});
+  AddRecord("A01", "20021006090000", {"4 25 1200"});
+  AddRecord("A01", "", {"0 25 0000"});
+  AddRecord("A02", "20021006090000", {"0 25 1234"});
+  const std::vector<RecordSummary> both = {{"20021005143012", 7}, {"20021006090000", 1}};
+  EXPECT_EQ(store_.RecordsOf("A01"), both);
+
+  int read = 0;
+  const PurchaseRecord record = store_.Record("A01", "20021005143012", [&read](int count) { read = count; });
+  EXPECT_EQ(read, 7);
+  const std::array<std::vector<RecordTicket>, kPlayModes> tickets = {
+      {{{"1", {"1", "2", "3", "4"}}, {"2", {"5", "6", "7", "8"}}},
+       {{"1", {"1", "1", "1"}}},
+       {{"1", {"1", "2", "3"}}},
+       {{"1", {"4", "5"}}},
+       {{"1", {"7", "8"}}}}};
+  EXPECT_EQ(record.tickets, tickets);
+  const std::array<std::optional<std::string>, kPlayModes> stakes = {{"25", "", "50", "75", "0.5"}};
+  EXPECT_EQ(record.stakes, stakes);
+
+  store_.RemoveRecord("A01", "20021006090000");
+  EXPECT_EQ(store_.RecordsOf("A01"), std::vector(1, both[0]));
+  EXPECT_EQ(Tickets("A01").find("20021006"), std::string::npos);
+  EXPECT_NE(Tickets("A02"), "");
+}
+
+TEST_F(CustomerStoreTest, FindsWinnersOfARecordACustomerOrAll) {
+  // Against 1234: what wins stands first in each pair; the last digit that counts makes the other one lose.
+  AddRecord("A02", "20021005143012", {"0 50 1234", "0 50 1235", "1 25 1239", "1 25 1249"});
+  AddRecord("A02", "20021006090000", {"2 0.5 2340", "2 25 2350", "3 25 1299", "3 25 1399"});
+  AddRecord("A01", "20021006090000", {"4 NULL 3499", "4 25 3599", "0 25 1234", "0 25 1234"});
+  const auto winners = [this](const CheckScope& scope) {
+    std::string lines;
+    for (const Winner& winner : store_.Winners({"1", "2", "3", "4"}, scope)) {
+      lines += PrizeLine(winner) + "\n";
+    }
+    return lines;
+  };
+  const std::string of_record = "A02 後三彩中獎 250 元 !!\nA02 前對彩中獎 1000 元 !!\n";
+  const std::string of_customer = "A02 正彩中獎 250000 元 !!\nA02 前三彩中獎 12500 元 !!\n" + of_record;
+  EXPECT_EQ(winners({"A02", "20021006090000"}), of_record) << "another customer has one of the same stamp";
+  EXPECT_EQ(winners({"A02", {}}), of_customer);
+  const std::string straight = "A01 正彩中獎 125000 元 !!\n";
+  EXPECT_EQ(winners({}), straight + straight + of_customer + "A01 後對彩中獎 0 元 !!\n");
+}
+
+TEST_F(CustomerStoreTest, KnowsHowMuchTheFileTakes) {
+  EXPECT_EQ(store_.MostCharacters(CustomerField::kNumber), 50U);
+  EXPECT_EQ(store_.MostCharacters(CustomerField::kMemo), 255U);
+  const std::filesystem::path old_file = folder_.Path() / "jet3.mdb";
+  MakeDatabase(old_file, {.version = 3, .code_page = 950});
+  CustomerStore old(FileConnectionString(old_file));
+  std::string name;
+  for (int i = 0; i < 50; ++i) {
+    name += "王";
+  }
+  for (CustomerStore* store : {&store_, &old}) {
+    EXPECT_TRUE(store->HasRoomFor(CustomerField::kName, name));
+    EXPECT_EQ(store->HasRoomFor(CustomerField::kName, name + "x"), store == &store_);
+    EXPECT_TRUE(store->Add({"A01", name, "", "", ""}));
+  }
+}
+
+TEST(RecordLine, IsReadBackAsItsStamp) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"20021005143012", "2002/10/05-14:30:12    12張"},
+      {"021005143012", "0002/10/05-14:30:12    12張"},      // filled from the right
+      {"0020021005143012", "2002/10/05-14:30:12    12張"},  // as a number it has no leading zeros
+      {"120021005143012", "12002/10/05-14:30:12    12張"},
+      {"", "0000/00/00-00:00:00    12張"},
+      {"afternoon", "afternoon    12張"}};
+  for (const auto& [stamp, line] : cases) {
+    EXPECT_EQ(RecordLine({stamp, 12}), line) << stamp;
+  }
+  EXPECT_EQ(RecordLine({"20021005143012", 123456}), "2002/10/05-14:30:12 123456張");
+
+  const std::pair<const char*, const char*> ways_back[] = {
+      {"2002/10/05-14:30:12    12張", "20021005143012"},
+      {"12002/10/05-14:30:12    12張", "120021005143012"},
+      {"  早上的記錄  ", "早上的記錄"},
+      {"一二三四五六七八九十一二三四五六七八九十張", "一二三四五六七八九十一二三四五六七八九十"},
+      {"", ""},
+      {"   ", ""}};
+  for (const auto& [line, stamp] : ways_back) {
+    EXPECT_EQ(StampOfLine(line), stamp) << line;
+  }
+}
+
+}  // namespace
+}  // namespace marlevo
