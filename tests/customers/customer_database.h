@@ -1,7 +1,6 @@
 // A database with customers and what they bought. What is read from it is what is on the disk.
 #pragma once
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -48,25 +47,6 @@ class CustomerDatabaseTest : public DatabaseFixture {
     return Rows(connection,
                 "SELECT * FROM CUSTOM_D WHERE CUSTOM_NO='" + number + "' ORDER BY SAL_DATE,PLAY_MODE,PLAY_SEQ",
                 {"SAL_DATE", "PLAY_MODE", "PLAY_AMT", "PLAY_SEQ", "NO1", "NO2", "NO3", "NO4"});
-  }
-
-  // The number of tickets that are stored for a customer. Fails the test unless they are whole and the first ones of a
-  // save of `list`, all under one stamp.
-  std::size_t StoredOfSave(const std::string& number, const CurrentList& list) const {
-    const std::string stored = Tickets(number);
-    const std::string stamp = stored.substr(0, stored.find('|'));
-    EXPECT_TRUE(stored.empty() || stamp.size() == 14) << stamp;
-    std::string saved;
-    for (const StoredTicket& ticket : TicketsToStore(list)) {
-      saved += stamp;
-      for (const int value : {ticket.mode, ticket.amount, ticket.seq, ticket.digits[0], ticket.digits[1],
-                              ticket.digits[2], ticket.digits[3]}) {
-        saved.append("|").append(std::to_string(value));
-      }
-      saved += "\n";
-    }
-    EXPECT_TRUE(saved.starts_with(stored)) << "the save of " << number << " is another";
-    return static_cast<std::size_t>(std::ranges::count(stored, '\n'));
   }
 };
 

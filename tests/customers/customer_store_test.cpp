@@ -1,5 +1,7 @@
 #include "customers/customer_store.h"
 
+#include <algorithm>
+
 #include "customer_database.h"
 #include "platform/access/database.h"
 #include "support/ticket_text.h"
@@ -99,7 +101,6 @@ TEST_F(CustomerStoreTest, SavesEveryTicketOfTheTickedKindsUnderOneStamp) {
     expected += stamp + "|" + ticket + "\n";
   }
   EXPECT_EQ(Tickets("A02"), expected);
-  EXPECT_EQ(StoredOfSave("A02", list), 4U);
 }
 
 TEST_F(CustomerStoreTest, ARefusedTicketLeavesThoseBeforeIt) {

@@ -1,9 +1,5 @@
-// What goes wrong with the database while the customer windows are open: each fault gives one error report, changes
-// nothing that it should not, and the window goes on working.
-#include <QDeadlineTimer>
-#include <QElapsedTimer>
-#include <QProcess>
-#include <cstdio>
+// What goes wrong with the database when the customer windows read it: each fault gives one error report, and the
+// window goes on working.
 #include <fstream>
 
 #include "customer_database.h"
@@ -12,62 +8,10 @@
 #include "customers/frmSave.h"
 #include "draws/frmInput.h"
 #include "platform/access/database.h"
-#include "save_steps.h"
-#include "support/largest_list.h"
-#include "support/ticket_text.h"
+#include "support/window_driver.h"
 
 namespace marlevo {
 namespace {
-
-// This test program once more, as another process that runs one of its disabled tests on the same database file.
-class HelperProcess {
- public:
-  // `test`: the name of a test Helper.DISABLED_<test>.
-  HelperProcess(const QString& test, const std::filesystem::path& file) {
-    // Not by qputenv, which takes bytes: on Windows Chinese names need more.
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(kFile, QString::fromStdString(FileConnectionString(file)));
-    process_.setProcessEnvironment(environment);
-    process_.setProcessChannelMode(QProcess::MergedChannels);
-    process_.start(QCoreApplication::applicationFilePath(),
-                   {"--gtest_also_run_disabled_tests", "--gtest_filter=Helper.DISABLED_" + test});
-  }
-  ~HelperProcess() { Kill(); }
-
-  // Fails the test when the process does not say so within a minute.
-  void WaitFor(const char* word) {
-    const QDeadlineTimer end(60'000);
-    while (!said_.contains(Line(word)) && !end.hasExpired() && process_.state() != QProcess::NotRunning) {
-      process_.waitForReadyRead(1000);
-      said_ += process_.readAll();
-    }
-    EXPECT_TRUE(said_.contains(Line(word))) << said_.toStdString();
-  }
-
-  // Ends the process where it stands. All that it has said.
-  QByteArray Kill() {
-    process_.kill();
-    process_.waitForFinished();
-    return said_ += process_.readAll();
-  }
-
-  // For the helper itself.
-  static std::string ConnectionString() { return qEnvironmentVariable(kFile).toStdString(); }
-  static void Say(const char* word) {
-    std::puts(Line(word).constData());
-    std::fflush(stdout);
-  }
-  // Until the other process kills this one or is gone itself.
-  static void WaitForTheEnd() { std::getchar(); }
-
- private:
-  static constexpr const char* kFile = "MARLEVO_TEST_DATABASE";
-
-  static QByteArray Line(const char* word) { return QByteArray("helper: ") + word; }
-
-  QProcess process_;
-  QByteArray said_;
-};
 
 class FaultsTest : public CustomerDatabaseTest {
  protected:
@@ -121,73 +65,6 @@ TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
   Click(check, "Option1(2)");
   Press(check, "cmdCheck2", {ExpectErrorReport("4star.mdb", "繼續")});
   EXPECT_EQ(RowsText(check, "lstCheck"), "");
-}
-
-TEST_F(FaultsTest, AFileThatAnotherProcessWritesToCanBeReadUntilItIsFree) {
-  AddCustomer({"A01", "王小明", "", "", ""});
-  const CurrentList list = test::Lists({{0, "1234"}});
-  auto other = std::make_unique<HelperProcess>("HoldsTheFile", file_);
-  other->WaitFor("held");
-  const Shown<frmSave> save(Opening(), list);
-  EXPECT_EQ(RowsText(save, "mfgCustom_H"), "A01|王小明\n");
-  Press(save, "cmdPrint", YesToSaving("A01", ExpectErrorReport("另一個程式", "繼續")));
-  EXPECT_EQ(Tickets("A01"), "");
-  other.reset();
-  Press(save, "cmdPrint", YesToSaving("A01"));
-  EXPECT_EQ(StoredOfSave("A01", list), 1U);
-}
-
-TEST_F(FaultsTest, AKillInTheMiddleOfASaveLeavesItsFirstRows) {
-  const CurrentList list = LargestList();
-  const int rounds = 8;
-  qint64 whole_save = 0;  // milliseconds
-  std::size_t cut_off = 0;
-  for (int round = 0; round <= rounds; ++round) {
-    const std::string number = QString("K%1").arg(round).toStdString();
-    AddCustomer({number, "", "", "", ""});
-    QElapsedTimer clock;
-    HelperProcess saving("SavesTheLargestList", file_);
-    saving.WaitFor("saving");
-    clock.start();
-    if (round == 0) {
-      saving.WaitFor("saved");
-      whole_save = clock.elapsed();
-    } else {
-      QTest::qWait(static_cast<int>(whole_save * round / rounds));
-    }
-    const bool reported = saving.Kill().contains("saved");
-
-    const std::size_t stored = StoredOfSave(number, list);
-    if (reported) {
-      EXPECT_EQ(stored, 23000U) << "round " << round;
-    }
-    cut_off += stored < 23000U ? 1 : 0;
-    Run(DeleteCustomer(number));  // so that the next round's customer is the first again
-  }
-  EXPECT_GT(cut_off, 0U) << "no kill came in the middle of a save";
-}
-
-// What the helper processes do. They are this program once more, with a test that does not run by itself.
-
-TEST(Helper, DISABLED_HoldsTheFile) {
-  Connection connection(HelperProcess::ConnectionString());
-  connection.Execute("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3,NO4) VALUES (1,1,2,3,4)");
-  HelperProcess::Say("held");
-  HelperProcess::WaitForTheEnd();
-}
-
-TEST(Helper, DISABLED_SavesTheLargestList) {
-  const CurrentList list = LargestList();
-  const Shown<frmSave> window(HelperProcess::ConnectionString(), list);
-  Press(window, "cmdPrint",
-        {[](QWidget& question) {
-           HelperProcess::Say("saving");
-           dynamic_cast<QMessageBox&>(question).button(QMessageBox::Yes)->click();
-         },
-         [](QWidget&) {
-           HelperProcess::Say("saved");
-           HelperProcess::WaitForTheEnd();
-         }});
 }
 
 }  // namespace

@@ -1,31 +1,10 @@
 // A disk that fills up in the middle of one statement.
-#include <sys/resource.h>
-
-#include <csignal>
-
 #include "platform/access/database.h"
 #include "platform/database/database_fixture.h"
+#include "support/file_size_limit.h"
 
 namespace marlevo {
 namespace {
-
-// No file of this process grows beyond a size while this lives.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &before_);
-    rlimit limit = before_;
-    limit.rlim_cur = bytes;
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-
- private:
-  rlimit before_{};
-};
 
 using DiskFullTest = DatabaseFixture;
 
