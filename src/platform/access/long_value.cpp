@@ -1,6 +1,7 @@
 #include "platform/access/long_value.h"
 
 #include <algorithm>
+#include <bit>
 #include <string>
 
 #include "platform/access/access_error.h"
@@ -38,12 +39,15 @@ Field ParseField(const File& file, std::uint32_t page, Bytes field) {
   return parsed;
 }
 
-// Calls `visit` with each row of a value that is not inline and what it holds of the value. Loops in the chain end when
-// the value is complete.
+// Calls `visit` with each row of a value that is not inline and what it holds of the value. A chain that leads back
+// into itself meets the row that was marked last, the first, second, fourth, eighth and so on, at the latest after as
+// many rows again.
 template <typename Visit>
 void ForEachPart(const File& file, const Field& field, Visit visit) {
   const bool chain = (field.flags & kSingleRow) == 0;
   std::size_t rest = field.length;
+  std::size_t rows = 0;
+  RowPointer marked = field.first;
   for (RowPointer at = field.first; rest > 0;) {
     const pager::PageRef page = file.Read(at.page);
     const DataPage data(file.Layout(), at.page, page.Bytes());
@@ -57,6 +61,12 @@ void ForEachPart(const File& file, const Field& field, Visit visit) {
     rest -= taken.size();
     if (rest > 0 && next == RowPointer{}) {
       throw AccessError(at.page, "a long value ends " + std::to_string(rest) + " bytes too early");
+    }
+    if (rest > 0 && next == marked) {
+      throw AccessError(at.page, "a long value leads back into itself with " + std::to_string(rest) + " bytes to come");
+    }
+    if (std::has_single_bit(++rows)) {
+      marked = next;
     }
     visit(at, taken);
     at = next;

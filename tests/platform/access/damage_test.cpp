@@ -49,7 +49,8 @@ TEST_P(AccessDamage, IsReadAroundOrRefused) {
       byte = static_cast<std::uint8_t>(random());
     }
     std::vector<std::byte> damaged = good_;
-    FuzzInput(input.data(), input.size()).Damage(damaged);
+    FuzzInput fuzz(input.data(), input.size());
+    Damage(fuzz, damaged);
     pager::FaultFiles files;
     files.Put(kAnyFile, std::move(damaged));
     const bool read = ReadAnyFile(files);
@@ -63,21 +64,26 @@ INSTANTIATE_TEST_SUITE_P(Files, AccessDamage,
                          testing::Values("new 3", "new 4", "indexTestV1997.mdb", "test2V1997.mdb",
                                          "overflowTestV2000.mdb", "indexTestV2003.mdb", "test2V2000.mdb"));
 
-// Inputs of the fuzz programs: damage that was taken for sound, or worse.
+// Damage that was taken for sound, or worse.
 TEST(AccessDamageFound, IsNoticed) {
-  using Input = std::vector<std::uint8_t>;
-  Input endless = {1, 0xd1, 0x0e, 0x94, 0x94, 0xc1, 0xf6, 0xf6, 0xf6, 0xf6, 0x9a, 0xf6};
-  endless.resize(30, 0xff);
-  for (const Input& bytes : {
-           Input{0, 0x90, 0x4e},  // two columns in the same place of a row
-           endless,               // a usage map with the last of all page numbers
+  struct Found {
+    int version;
+    std::size_t page;
+    std::size_t at;
+    std::string bytes;
+  };
+  using namespace std::string_literals;
+  for (const Found& found : {
+           Found{4, 20, 0x4e, "\0"s},                       // two columns in the same place of a row
+           Found{3, 14, 0x6f6, "\0\xf8\xff\xff\xff\xff"s},  // a usage map with the last of all page numbers
+           Found{4, 26, 0x14, "\0\x1a\0\0"s},               // a long value that leads back into itself
        }) {
-    FuzzInput input(bytes.data(), bytes.size());
-    std::vector<std::byte> damaged = SmallFile(input.Take<std::uint8_t>() % 2 == 0 ? 4 : 3);
-    input.Damage(damaged);
+    std::vector<std::byte> damaged = SmallFile(found.version);
+    const Bytes bytes = std::as_bytes(std::span(found.bytes));
+    std::ranges::copy(bytes, &damaged[found.page * (found.version == 3 ? 2048 : 4096) + found.at]);
     pager::FaultFiles files;
     files.Put(kAnyFile, std::move(damaged));
-    EXPECT_FALSE(ReadAnyFile(files));
+    EXPECT_FALSE(ReadAnyFile(files)) << found.page;
   }
 }
 
