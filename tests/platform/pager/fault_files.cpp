@@ -18,8 +18,9 @@ class FaultFile final : public File {
 
   void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
     const bool fails = files_.Step(offset + bytes.size() > node_->now.size());
-    // A write that fails has got half-way.
-    Do({false, offset, {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(bytes.size() / (fails ? 2 : 1))}});
+    // A write that fails has done nothing, some of its work, or all of it.
+    const auto written = static_cast<std::ptrdiff_t>(fails ? bytes.size() * (files_.Steps() % 3) / 2 : bytes.size());
+    Do({false, offset, {bytes.begin(), bytes.begin() + written}});
     if (fails) throw PagerError(path_, "planned trouble while writing");
   }
 
@@ -30,7 +31,7 @@ class FaultFile final : public File {
 
   void Sync() override {
     files_.Check(path_, false);
-    node_->durable = node_->now;
+    for (const FaultFiles::Change& change : node_->unsynced) FaultFiles::Apply(node_->durable, change);
     node_->unsynced.clear();
   }
 
@@ -142,6 +143,7 @@ std::vector<std::byte> FaultFiles::Survivor(const Node& node, std::mt19937& rand
   static constexpr std::uint32_t kKeptPercent[] = {0, 50, 90, 100};
   const std::uint32_t kept = kKeptPercent[random() % std::size(kKeptPercent)];
   const bool by_sector = random() % 2 == 0;
+  bool tears = random() % 2 == 0;  // one sector, the one that the disk is at when the power goes
   const auto keeps = [&] { return random() % 100 < kept; };
   std::vector<std::byte> content = node.durable;
   for (const Change& change : node.unsynced) {
@@ -154,7 +156,10 @@ std::vector<std::byte> FaultFiles::Survivor(const Node& node, std::mt19937& rand
       const std::size_t n =
           std::min(change.bytes.size() - at, static_cast<std::size_t>(sector_end - change.offset - at));
       const auto from = change.bytes.begin() + static_cast<std::ptrdiff_t>(at);
-      if (keeps()) Apply(content, {false, change.offset + at, {from, from + static_cast<std::ptrdiff_t>(n)}});
+      const bool torn = tears && random() % 16 == 0;
+      tears = tears && !torn;
+      const auto got = static_cast<std::ptrdiff_t>(torn ? random() % n : n);
+      if (torn || keeps()) Apply(content, {false, change.offset + at, {from, from + got}});
       at += n;
     }
   }

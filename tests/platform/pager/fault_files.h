@@ -20,7 +20,7 @@ namespace marlevo::pager {
 class FaultFiles final : public FileSystem {
  public:
   enum class Trouble {
-    kError,  // as many steps as `count` says fail, a write after a part of it
+    kError,  // as many steps as `count` says fail, a write after nothing, a part or all of it
     kFull,   // from this step on nothing grows, until MakeRoom
     kEnd,    // this step and all after it fail: the machine stops here
   };
@@ -34,8 +34,8 @@ class FaultFiles final : public FileSystem {
 
   // What the system has been told, synchronised or not.
   std::unique_ptr<FaultFiles> Killed() const;
-  // Of what was not synchronised any part is lost: whole writes, single sectors, names. Names are made and lost in
-  // order.
+  // Of what was not synchronised any part is lost: whole writes, single sectors, the end of one sector, names. Names
+  // are made and lost in order.
   std::unique_ptr<FaultFiles> AfterPowerFailure(std::uint32_t seed) const;
 
   bool Exists(const std::string& name) const { return names_.contains(name); }
