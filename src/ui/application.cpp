@@ -24,6 +24,9 @@ Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {
+  if (gestures_.Refuses(*receiver, *event)) {
+    return true;
+  }
   try {
     return QApplication::notify(receiver, event);
   } catch (const std::exception& error) {

@@ -1,5 +1,6 @@
-// The program's QApplication and its one guard: an exception that leaves any handler of any window, in whatever nested
-// event loop, ends here and is shown as the error report. Windows catch nothing.
+// The program's QApplication and its two guards. Of errors: an exception that leaves any handler of any window, in
+// whatever nested event loop, ends here and is shown as the error report; windows catch nothing. Of gestures: what is
+// left of a gesture that has acted already is not delivered.
 #pragma once
 
 #include <QApplication>
@@ -8,6 +9,8 @@
 #include <deque>
 #include <exception>
 #include <functional>
+
+#include "ui/gesture_guard.h"
 
 namespace marlevo {
 
@@ -38,6 +41,7 @@ class Application : public QApplication {
   static bool Show(const Report& report);
 
   QTranslator words_;
+  GestureGuard gestures_;
   std::deque<Report> waiting_;
   bool reporting_ = false;
   bool ended_ = false;

@@ -29,11 +29,7 @@ DropDownList::DropDownList(QWidget* parent, const QString& name) : QComboBox(par
 }
 
 void DropDownList::wheelEvent(QWheelEvent* event) {
-  if (hasFocus()) {
-    QComboBox::wheelEvent(event);
-  } else {
-    event->ignore();
-  }
+  event->ignore();
 }
 
 }  // namespace marlevo

@@ -26,8 +26,8 @@ QPushButton* NewButton(QWidget* parent, const QString& name, const QString& capt
 
 QLabel* NewLabel(QWidget* parent, const QString& name, const QString& text);
 
-// A closed drop-down list. The wheel changes it only while it has the focus, so that scrolling a window never changes
-// an amount in passing.
+// A closed drop-down list. The wheel never changes it, so that scrolling a window changes no amount in passing; the
+// open list scrolls as usual.
 class DropDownList : public QComboBox {
   Q_OBJECT
 
