@@ -1,4 +1,5 @@
 // Builds the services, shows the board and ends the program.
+#include <QScopeGuard>
 #include <QScreen>
 #include <filesystem>
 
@@ -13,21 +14,8 @@
 #include "printing/slip_settings_file.h"
 #include "ui/application.h"
 
-#ifdef Q_OS_LINUX
-#include <fontconfig/fontconfig.h>
-
-#include <thread>
-#endif
-
 int main(int argc, char** argv) {
-#ifdef Q_OS_LINUX
-  // Reading the settings of the fonts takes about as long as connecting to the screen: both at once.
-  std::jthread fonts(FcInit);
   marlevo::Application application(argc, argv);
-  fonts.join();
-#else
-  marlevo::Application application(argc, argv);
-#endif
 
   // Everything that lasts is kept beside the program.
   const std::filesystem::path folder = QCoreApplication::applicationDirPath().toStdU16String();
@@ -48,14 +36,17 @@ int main(int argc, char** argv) {
   marlevo::frmMarlevo board(windows);
   QObject::connect(&board, &marlevo::frmMarlevo::Unloaded, [] { QCoreApplication::exit(0); });
   return application.Run([&board] {
-    constexpr QSize kComfortable(1304, 800);
-    const QSize available = QGuiApplication::primaryScreen()->availableSize();
-    board.resize(kComfortable.boundedTo(available));
-    if (available.width() <= kComfortable.width() || available.height() <= kComfortable.height()) {
-      board.showMaximized();
-    } else {
-      board.show();
-    }
+    // Also when the settings cannot be loaded: the error report then stands over a board that can be used.
+    const auto show = qScopeGuard([&board] {
+      constexpr QSize kComfortable(1304, 800);
+      const QSize available = QGuiApplication::primaryScreen()->availableSize();
+      board.resize(kComfortable.boundedTo(available));
+      if (available.width() <= kComfortable.width() || available.height() <= kComfortable.height()) {
+        board.showMaximized();
+      } else {
+        board.show();
+      }
+    });
     board.Form_Load();
   });
 }

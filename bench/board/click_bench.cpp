@@ -65,9 +65,9 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   marlevo::Application application(argc, argv);
   frmMarlevo board({});
+  board.Form_Load();
   board.resize(1366, 768);
   board.show();
-  board.Form_Load();
   QApplication::processEvents();
   Tick(board);
 

@@ -1,6 +1,7 @@
 #include "board/button_bar.h"
 
 #include <QGridLayout>
+#include <QShortcut>
 
 #include "ui/appearance.h"
 
@@ -9,17 +10,22 @@ namespace marlevo {
 namespace {
 constexpr int kColumns = 4;
 constexpr int kMainButtonHeight = 48;
+constexpr int kPanelMargin = 10;
 }  // namespace
 
-ButtonBar::ButtonBar(QWidget* parent, const QString& name) : QFrame(parent), grid_(new QGridLayout(this)) {
+ButtonBar::ButtonBar(QWidget* parent, const QString& name, Shape shape)
+    : QFrame(parent), shape_(shape), grid_(new QGridLayout(this)) {
   setObjectName(name);
-  setFrameStyle(QFrame::StyledPanel);
-  setBackgroundRole(QPalette::Base);
-  setAutoFillBackground(true);
-  grid_->setContentsMargins(10, 10, 10, 10);
+  grid_->setContentsMargins(0, 0, 0, 0);
   grid_->setSpacing(8);
-  for (int column = 0; column < kColumns; ++column) {
-    grid_->setColumnStretch(column, 1);
+  if (shape == Shape::kPanel) {
+    setFrameStyle(QFrame::StyledPanel);
+    setBackgroundRole(QPalette::Base);
+    setAutoFillBackground(true);
+    grid_->setContentsMargins(kPanelMargin, kPanelMargin, kPanelMargin, kPanelMargin);
+    for (int column = 0; column < kColumns; ++column) {
+      grid_->setColumnStretch(column, 1);
+    }
   }
 }
 
@@ -29,8 +35,13 @@ QPushButton* ButtonBar::Add(const QString& name, const QString& caption, const Q
   button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   QStringList tips{tip};
   if (!key.isEmpty()) {
-    button->setShortcut(key);
-    tips.append("按鍵 " + key.toString(QKeySequence::NativeText));
+    // Not the button's own shortcut: that presses it a tenth of a second later, when another window may be in front.
+    auto* const shortcut = new QShortcut(key, button);
+    shortcut->setAutoRepeat(false);
+    connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+    const QString text = key.toString(QKeySequence::NativeText);
+    keys_.append({text, button});
+    tips.append("按鍵 " + text);
   }
   tips.removeAll({});
   button->setToolTip(tips.join('\n'));
@@ -38,10 +49,9 @@ QPushButton* ButtonBar::Add(const QString& name, const QString& caption, const Q
     button->setMinimumHeight(kMainButtonHeight);
     button->setFont(LargeFont());
   }
-  buttons_.append(button);
 
-  const int span = static_cast<int>(width);
-  if (column_ + span > kColumns) {
+  const int span = shape_ == Shape::kPanel ? static_cast<int>(width) : 1;
+  if (shape_ == Shape::kPanel && column_ + span > kColumns) {
     ++row_;
     column_ = 0;
   }
@@ -56,19 +66,10 @@ void ButtonBar::AddNote(QLabel* note) {
   column_ = kColumns;
 }
 
-void ButtonBar::SetCaption(QPushButton& button, const QString& caption) {
-  // A new text takes a button's key away.
-  const QKeySequence key = button.shortcut();
-  button.setText(caption);
-  button.setShortcut(key);
-}
-
 QString ButtonBar::Hint() const {
   QStringList keys;
-  for (const QPushButton* const button : buttons_) {
-    if (!button->shortcut().isEmpty()) {
-      keys.append(button->shortcut().toString(QKeySequence::NativeText) + ' ' + button->text().trimmed());
-    }
+  for (const Key& key : keys_) {
+    keys.append(key.text + ' ' + key.button->text().trimmed());
   }
   return keys.join("   ");
 }

@@ -1,5 +1,5 @@
-// A bar of the board: a panel of buttons in rows, each with its key. Keys show in tooltips and in the hint line,
-// never in a caption.
+// A bar of the board: buttons in rows, each with its key. Keys show in tooltips and in the hint line, never in a
+// caption. A key acts at once and, held down, once.
 #pragma once
 
 #include <QFrame>
@@ -15,28 +15,35 @@ class ButtonBar : public QFrame {
   Q_OBJECT
 
  public:
-  // Of the bar's width; a button that does not fit into the row begins the next one.
+  enum class Shape {
+    kPanel,  // rows of four quarters on a panel
+    kLine    // one row without a panel; widths mean nothing
+  };
+  // Of a panel's width; a button that does not fit into the row begins the next one.
   enum class Width { kQuarter = 1, kHalf = 2, kFull = 4 };
 
-  ButtonBar(QWidget* parent, const QString& name);
+  ButtonBar(QWidget* parent, const QString& name, Shape shape);
 
   // Adds a button after the ones that are there. `key` and `tip` may be empty.
   QPushButton* Add(const QString& name, const QString& caption, const QKeySequence& key, const QString& tip,
                    Width width = Width::kHalf, Emphasis emphasis = Emphasis::kNormal);
-  // Adds a label over the whole width.
+  // Adds a label over the whole width of a panel.
   void AddNote(QLabel* note);
-
-  // Changes a caption; the button keeps its key.
-  static void SetCaption(QPushButton& button, const QString& caption);
 
   // "F2 組合   F3 重覆選號碼組合 ..."
   QString Hint() const;
 
  private:
+  struct Key {
+    QString text;  // "F2"
+    const QPushButton* button;
+  };
+
+  Shape shape_;
   QGridLayout* grid_;
   int row_ = 0;
   int column_ = 0;
-  QList<QPushButton*> buttons_;
+  QList<Key> keys_;
 };
 
 }  // namespace marlevo

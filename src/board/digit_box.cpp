@@ -1,5 +1,6 @@
 #include "board/digit_box.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 #include "ui/appearance.h"
@@ -40,6 +41,19 @@ void DigitBox::nextCheckState() {
   if (kind_ == Kind::kDigit) {
     QCheckBox::nextCheckState();
   }
+}
+
+void DigitBox::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Space) {
+    QCheckBox::keyPressEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+void DigitBox::focusInEvent(QFocusEvent* event) {
+  QCheckBox::focusInEvent(event);
+  Q_EMIT GotFocus();
 }
 
 void DigitBox::paintEvent(QPaintEvent*) {

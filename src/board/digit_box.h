@@ -1,5 +1,5 @@
 // A tick box drawn as one cell of the digit panel: the whole cell is the target. A ticked digit shows by colour, by
-// weight and by a check mark.
+// weight and by a check mark. Arrow and digit keys are left to the panel.
 #pragma once
 
 #include <QCheckBox>
@@ -20,10 +20,16 @@ class DigitBox : public QCheckBox {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
+ Q_SIGNALS:
+  // The focus has come.
+  void GotFocus();
+
  protected:
   bool hitButton(const QPoint& position) const override;
   void nextCheckState() override;
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
 
  private:
   Kind kind_;

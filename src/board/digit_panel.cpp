@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <algorithm>
 
 #include "ui/appearance.h"
 #include "ui/widgets.h"
@@ -11,7 +12,7 @@ namespace marlevo {
 
 namespace {
 
-constexpr int kSpacing = 4;
+constexpr int kSpacing = 3;
 // The extra columns are narrow: their titles are short.
 constexpr std::array<const char*, kPickColumns> kTitles = {"第一柱", "第二柱", "第三柱", "第四柱", "五柱",
                                                            "六柱",   "七柱",   "八柱",   "九柱",   "十柱"};
@@ -38,41 +39,14 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(
   setBackgroundRole(QPalette::Base);
   setAutoFillBackground(true);
 
-  grid_->setContentsMargins(8, 8, 12, 12);
+  grid_->setContentsMargins(6, 8, 8, 8);
   grid_->setSpacing(kSpacing);
-  for (int digit = 0; digit < kDigits; ++digit) {
-    QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), QString::number(digit));
-    title->setForegroundRole(QPalette::PlaceholderText);
-    grid_->addWidget(title, digit + 1, 0);
-    grid_->setRowStretch(digit + 1, 1);
-    for (int column = 1; column <= kShownColumns; ++column) {
-      AddDigit(column, digit, column - 1);
-    }
-    auto* const on = new DigitBox(this, ElementName("chkAll_X1", digit), "全", DigitBox::Kind::kAction);
-    on->setToolTip(QString("四柱都選 %1").arg(digit));
-    connect(on, &QCheckBox::clicked, this, [this, digit] { chkAll_X1_Click(digit); });
-    AddCell(on, digit, kShownColumns);
-    auto* const off = new DigitBox(this, ElementName("chkAll_X2", digit), "清", DigitBox::Kind::kAction);
-    off->setToolTip(QString("四柱都不選 %1").arg(digit));
-    connect(off, &QCheckBox::clicked, this, [this, digit] { chkAll_X2_Click(digit); });
-    AddCell(off, digit, kShownColumns + 1);
-  }
-  for (int column = 0; column < kShownColumns; ++column) {
-    const QString title = kTitles[static_cast<std::size_t>(column)];
-    grid_->addWidget(NewTitle(this, ElementName("lblTitle2", column), title), 0, GridColumn(column));
-    auto* const on = new DigitBox(this, ElementName("chkAll_Y1", column), "全", DigitBox::Kind::kAction);
-    on->setToolTip(title + "全選 0 到 9");
-    connect(on, &QCheckBox::clicked, this, [this, column] { chkAll_Y1_Click(column); });
-    AddCell(on, kDigits, column);
-    auto* const off = new DigitBox(this, ElementName("chkAll_Y2", column), "清", DigitBox::Kind::kAction);
-    off->setToolTip(title + "全部不選");
-    connect(off, &QCheckBox::clicked, this, [this, column] { chkAll_Y2_Click(column); });
-    AddCell(off, kDigits + 1, column);
-  }
+  AddShownColumns();
+  AddExtraColumns();
   for (int column = 0; column < kCellColumns; ++column) {
     grid_->setColumnStretch(GridColumn(column), column < kShownColumns ? 3 : 2);
   }
-  grid_->setColumnMinimumWidth(0, 22);
+  grid_->setColumnMinimumWidth(0, 18);
   grid_->setColumnMinimumWidth(kGapColumn, 6);
 
   reserved_ = NewTitle(this, "lblExtra", {});
@@ -81,9 +55,32 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(
   reserved_->setFrameStyle(QFrame::StyledPanel);
   reserved_->setBackgroundRole(QPalette::AlternateBase);
   reserved_->setAutoFillBackground(true);
-  reserved_->setMargin(16);
   grid_->addWidget(reserved_, 0, GridColumn(kFirstExtraCell), kCellRows + 1, kPickColumns - kShownColumns);
   WriteHiddenPicks();
+}
+
+void DigitPanel::AddShownColumns() {
+  for (int digit = 0; digit < kDigits; ++digit) {
+    QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), QString::number(digit));
+    title->setForegroundRole(QPalette::PlaceholderText);
+    grid_->addWidget(title, digit + 1, 0);
+    grid_->setRowStretch(digit + 1, 1);
+    for (int column = 1; column <= kShownColumns; ++column) {
+      AddDigit(column, digit, column - 1);
+    }
+    connect(AddAction("chkAll_X1", digit, "全", QString("四柱都選 %1").arg(digit), digit, kShownColumns),
+            &QCheckBox::clicked, this, [this, digit] { chkAll_X1_Click(digit); });
+    connect(AddAction("chkAll_X2", digit, "清", QString("四柱都不選 %1").arg(digit), digit, kShownColumns + 1),
+            &QCheckBox::clicked, this, [this, digit] { chkAll_X2_Click(digit); });
+  }
+  for (int column = 0; column < kShownColumns; ++column) {
+    const QString title = kTitles[static_cast<std::size_t>(column)];
+    grid_->addWidget(NewTitle(this, ElementName("lblTitle2", column), title), 0, GridColumn(column));
+    connect(AddAction("chkAll_Y1", column, "全", title + "全選 0 到 9", kDigits, column), &QCheckBox::clicked, this,
+            [this, column] { chkAll_Y1_Click(column); });
+    connect(AddAction("chkAll_Y2", column, "清", title + "全部不選", kDigits + 1, column), &QCheckBox::clicked, this,
+            [this, column] { chkAll_Y2_Click(column); });
+  }
 }
 
 void DigitPanel::AddExtraColumns() {
@@ -98,7 +95,6 @@ void DigitPanel::AddExtraColumns() {
       AddDigit(column, digit, cell_column)->hide();
     }
   }
-  columns_made_ = kPickColumns;
 }
 
 DigitBox* DigitPanel::AddDigit(int column, int digit, int cell_column) {
@@ -111,6 +107,14 @@ DigitBox* DigitPanel::AddDigit(int column, int digit, int cell_column) {
   return box;
 }
 
+DigitBox* DigitPanel::AddAction(const char* name, int index, const QString& caption, const QString& tip, int row,
+                                int column) {
+  auto* const box = new DigitBox(this, ElementName(name, index), caption, DigitBox::Kind::kAction);
+  box->setToolTip(tip);
+  AddCell(box, row, column);
+  return box;
+}
+
 void DigitPanel::AddCell(DigitBox* box, int row, int column) {
   grid_->addWidget(box, row + 1, GridColumn(column));
   cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = box;
@@ -118,11 +122,11 @@ void DigitPanel::AddCell(DigitBox* box, int row, int column) {
   if (tab_stop_ == nullptr) {
     tab_stop_ = box;
   }
-  box->installEventFilter(this);
+  connect(box, &DigitBox::GotFocus, this, [this, box] { chkNum_GotFocus(box); });
 }
 
 void DigitPanel::ReadInto(Selection& picks) const {
-  for (int column = 1; column <= columns_made_; ++column) {
+  for (int column = 1; column <= kPickColumns; ++column) {
     for (const DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
       if (box->isChecked()) {
         picks.Pick(column, box->text().toInt());
@@ -132,7 +136,7 @@ void DigitPanel::ReadInto(Selection& picks) const {
 }
 
 void DigitPanel::UntickAll() {
-  for (int column = 1; column <= columns_made_; ++column) {
+  for (int column = 1; column <= kPickColumns; ++column) {
     TickColumn(column, false);
   }
   WriteHiddenPicks();
@@ -185,17 +189,8 @@ void DigitPanel::TickColumn(int column, bool ticked) {
   }
 }
 
-bool DigitPanel::eventFilter(QObject* watched, QEvent* event) {
-  auto* const box = static_cast<DigitBox*>(watched);
-  if (event->type() == QEvent::KeyPress) {
-    const auto* const key = static_cast<QKeyEvent*>(event);
-    const bool plain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    return plain && HandleKey(box, key->key());
-  }
-  if (event->type() == QEvent::FocusIn) {
-    SetTabStop(box);
-  }
-  return false;
+void DigitPanel::chkNum_GotFocus(DigitBox* box) {
+  SetTabStop(box);
 }
 
 void DigitPanel::SetTabStop(DigitBox* box) {
@@ -204,37 +199,35 @@ void DigitPanel::SetTabStop(DigitBox* box) {
   tab_stop_ = box;
 }
 
-bool DigitPanel::HandleKey(DigitBox* box, int key) {
-  for (int row = 0; row < kCellRows; ++row) {
-    for (int column = 0; column < kCellColumns; ++column) {
-      if (cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] != box) {
-        continue;
-      }
-      switch (key) {
-        case Qt::Key_Up:
-          MoveFocus(row, column, -1, 0);
-          return true;
-        case Qt::Key_Down:
-          MoveFocus(row, column, 1, 0);
-          return true;
-        case Qt::Key_Left:
-          MoveFocus(row, column, 0, -1);
-          return true;
-        case Qt::Key_Right:
-          MoveFocus(row, column, 0, 1);
-          return true;
-        default:
-          if (key < Qt::Key_0 || key > Qt::Key_9) {
-            return false;
-          }
-          DigitBox* const target = cells_[static_cast<std::size_t>(key - Qt::Key_0)][static_cast<std::size_t>(column)];
-          target->setFocus();
-          target->click();
-          return true;
-      }
-    }
+void DigitPanel::keyPressEvent(QKeyEvent* event) {
+  event->ignore();
+  if ((event->modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) {
+    return;
   }
-  return false;
+  // The cell with the focus is the tab stop.
+  const auto row = std::ranges::find_if(
+      cells_, [this](const auto& cells) { return std::ranges::find(cells, tab_stop_) != cells.end(); });
+  const int at_row = static_cast<int>(row - cells_.begin());
+  const int at_column = static_cast<int>(std::ranges::find(*row, tab_stop_) - row->begin());
+  event->accept();
+  switch (event->key()) {
+    case Qt::Key_Up:
+      return MoveFocus(at_row, at_column, -1, 0);
+    case Qt::Key_Down:
+      return MoveFocus(at_row, at_column, 1, 0);
+    case Qt::Key_Left:
+      return MoveFocus(at_row, at_column, 0, -1);
+    case Qt::Key_Right:
+      return MoveFocus(at_row, at_column, 0, 1);
+    default:
+      if (event->key() < Qt::Key_0 || event->key() > Qt::Key_9) {
+        return event->ignore();
+      }
+      DigitBox* const digit =
+          cells_[static_cast<std::size_t>(event->key() - Qt::Key_0)][static_cast<std::size_t>(at_column)];
+      digit->setFocus();
+      digit->click();
+  }
 }
 
 // To the next cell in a direction that is there and shown; at the edge the focus stays.
@@ -252,7 +245,7 @@ void DigitPanel::MoveFocus(int row, int column, int down, int right) {
 // Picks that cannot be seen take part all the same: their place says how many there are.
 void DigitPanel::WriteHiddenPicks() {
   int hidden = 0;
-  for (int column = kShownColumns + 1; column <= columns_made_; ++column) {
+  for (int column = kShownColumns + 1; column <= kPickColumns; ++column) {
     for (const DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
       hidden += box->isChecked() ? 1 : 0;
     }

@@ -25,16 +25,15 @@ class DigitPanel : public QFrame {
   // Takes the ticked digits of all ten columns; a box stands for the digit of its caption.
   void ReadInto(Selection& picks) const;
   void UntickAll();
-  // Makes columns 5 to 10, hidden. To be called once, before they are toggled; the panel can be used without them.
-  void AddExtraColumns();
   // Inverts the visibility of the boxes of columns 5 to 10.
   void ToggleExtraColumns();
 
   // The cell that the Tab key reaches.
-  QWidget* TabStop() const { return tab_stop_; }
+  DigitBox* TabStop() const { return tab_stop_; }
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  // Of the cell that has the focus.
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   static constexpr int kDigits = 10;
@@ -45,27 +44,29 @@ class DigitPanel : public QFrame {
   static constexpr int kCellColumns = kPickColumns + 2;
   using Column = std::array<DigitBox*, kDigits>;
 
+  void AddShownColumns();
+  void AddExtraColumns();
   // `column` counts from 1, `cell_column` from 0.
   DigitBox* AddDigit(int column, int digit, int cell_column);
   void AddCell(DigitBox* box, int row, int column);
+  DigitBox* AddAction(const char* name, int index, const QString& caption, const QString& tip, int row, int column);
   void chkAll_X1_Click(int digit);
   void chkAll_X2_Click(int digit);
   void chkAll_Y1_Click(int column);
   void chkAll_Y2_Click(int column);
   void TickRow(int digit, bool ticked);
   void TickColumn(int column, bool ticked);
-  bool HandleKey(DigitBox* box, int key);
+  void chkNum_GotFocus(DigitBox* box);
   void SetTabStop(DigitBox* box);
   void MoveFocus(int row, int column, int down, int right);
   void WriteHiddenPicks();
 
   std::array<Column, kPickColumns + 1> columns_{};  // from 1, as the columns are counted
-  int columns_made_ = kShownColumns;
   std::array<std::array<DigitBox*, kCellColumns>, kCellRows> cells_{};
   std::array<QLabel*, kPickColumns - kShownColumns> extra_titles_{};
   QGridLayout* grid_;
   QLabel* reserved_;  // stands in the place of the hidden columns
-  QWidget* tab_stop_ = nullptr;
+  DigitBox* tab_stop_ = nullptr;
 };
 
 }  // namespace marlevo

@@ -3,7 +3,7 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QLabel>
-#include <QTimer>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "board/button_bar.h"
@@ -23,7 +23,6 @@ namespace marlevo {
 namespace {
 
 constexpr int kMargin = 12;
-constexpr int kStageRow = 1;               // of the board's layout: panels and bars
 constexpr int kSideWidth = 392;            // kinds, totals and bars: the widest bar caption and totals line fit
 constexpr QSize kLargestBoard(1200, 800);  // beyond this the columns only drift apart
 constexpr const char* kCheckCaption = "即時對獎";
@@ -36,122 +35,112 @@ frmMarlevo::frmMarlevo(BoardWindows windows) : windows_(std::move(windows)) {
   setWindowTitle("3、4 星   彩");
 }
 
+void frmMarlevo::Form_Load() {
+  InitBoard();
+  if (windows_.load_slip_settings) {
+    windows_.load_slip_settings();
+  }
+}
+
+// The bars of the first and the last stage stand at the bottom of the left column, that of the stage between them in
+// the line of the title: no button of a stage stands where one of the next stage will.
 void frmMarlevo::InitBoard() {
   picMain_ = Named(new QWidget, "picMain");
   picMain_->setMaximumSize(kLargestBoard);
-  picMain_->installEventFilter(this);
-
   QLabel* const caption = NewLabel(picMain_, "lblCaption", "3、4 星   彩");
   caption->setFont(LargeFont());
   caption->setForegroundRole(QPalette::Link);
+
+  // In the order of the Tab key: panels before their bars.
+  picBox1_ = Named(new QWidget(picMain_), "picBox1");
+  kinds_ = new KindRows(picBox1_);
+  kinds_->setFixedWidth(kSideWidth);
+  digits_ = new DigitPanel(picBox1_);
+  picMenu1_ = NewSelectionBar();
+  picBox2_ = Named(new ResultPanel(picMain_, list_, kSideWidth), "picBox2");
+  picBox2_->hide();
+  connect(picBox2_->CheckButton(), &QPushButton::clicked, this, &frmMarlevo::cmdCheck2_Click);
+  picMenu2_ = NewResultBar();
+  picMenu3_ = NewFilterBar();
+  for (ButtonBar* const bar : {picMenu1_, picMenu3_}) {
+    bar->setFixedWidth(kSideWidth);
+  }
   lblHint_ = NewLabel(picMain_, "lblHint", {});
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
   // A long line of keys is cut off rather than the board made wider than the window.
   lblHint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
-  picBox1_ = Named(new QWidget(picMain_), "picBox1");
-  kinds_ = new KindRows(picBox1_);
-  kinds_->setFixedWidth(kSideWidth);
-  digits_ = new DigitPanel(picBox1_);
-
-  // After the panel, so that the Tab key reaches the buttons last.
-  picMenu1_ = NewSelectionBar();
-  picMenu1_->setFixedWidth(kSideWidth);
   auto* const side = new QVBoxLayout;
-  side->setSpacing(0);
-  side->addWidget(kinds_, 1);
-  side->addSpacing(picMenu1_->sizeHint().height() + kMargin);
+  side->setContentsMargins(0, 0, 0, picMenu1_->sizeHint().height() + kMargin);
+  side->addWidget(kinds_);
   auto* const selection = new QHBoxLayout(picBox1_);
   selection->setContentsMargins(0, 0, 0, 0);
   selection->setSpacing(kMargin);
   selection->addLayout(side);
   selection->addWidget(digits_, 1);
 
-  grid_ = new QGridLayout(picMain_);
-  grid_->setContentsMargins(kMargin, kMargin, kMargin, kMargin / 2);
-  grid_->setSpacing(kMargin / 2);
-  grid_->addWidget(caption, 0, 0);
-  grid_->addWidget(picBox1_, kStageRow, 0);
-  AddBar(picMenu1_);
-  grid_->addWidget(lblHint_, kStageRow + 1, 0);
-  grid_->setRowStretch(kStageRow, 1);
+  auto* const title = new QGridLayout;
+  title->setRowMinimumHeight(0, picMenu2_->sizeHint().height());
+  title->setColumnStretch(0, 1);
+  title->addWidget(caption, 0, 0);
+  title->addWidget(picMenu2_, 0, 1);
+  auto* const stage = new QGridLayout;
+  stage->addWidget(picBox1_, 0, 0);
+  stage->addWidget(picBox2_, 0, 0);
+  stage->addWidget(picMenu1_, 0, 0, Qt::AlignLeft | Qt::AlignBottom);
+  stage->addWidget(picMenu3_, 0, 0, Qt::AlignLeft | Qt::AlignBottom);
+  auto* const all = new QVBoxLayout(picMain_);
+  all->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
+  all->setSpacing(kMargin / 2);
+  all->addLayout(title);
+  all->addLayout(stage, 1);
+  all->addWidget(lblHint_);
+
   ShowBar(picMenu1_);
-
-  FillScrolling(this, picMain_);
-}
-
-void frmMarlevo::InitHiddenParts() {
-  if (picBox2_ != nullptr) {
-    return;
-  }
-  digits_->AddExtraColumns();
-  picBox2_ = Named(new ResultPanel(picMain_, list_, kSideWidth), "picBox2");
-  picBox2_->hide();
-  connect(picBox2_->CheckButton(), &QPushButton::clicked, this, &frmMarlevo::cmdCheck2_Click);
-  picMenu2_ = NewResultBar();
-  picMenu3_ = NewFilterBar();
-  const int height = std::max(picMenu2_->sizeHint().height(), picMenu3_->sizeHint().height());
-  picBox2_->KeepFree(height + kMargin);
-  grid_->addWidget(picBox2_, kStageRow, 0);
-  for (ButtonBar* const bar : {picMenu2_, picMenu3_}) {
-    bar->hide();
-    bar->setFixedSize(kSideWidth, height);
-    AddBar(bar);
-  }
-}
-
-// The panels of a stage leave room for its bar at the bottom of their left column.
-void frmMarlevo::AddBar(ButtonBar* bar) {
-  grid_->addWidget(bar, kStageRow, 0, Qt::AlignLeft | Qt::AlignBottom);
-  bar->raise();
-}
-
-bool frmMarlevo::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Paint) {
-    picMain_->removeEventFilter(this);
-    QTimer::singleShot(0, this, &frmMarlevo::InitHiddenParts);
-  }
-  return QWidget::eventFilter(watched, event);
+  scroll_ = FillScrolling(this, picMain_);
+  Form_Paint();
 }
 
 ButtonBar* frmMarlevo::NewSelectionBar() {
   using Width = ButtonBar::Width;
-  auto* const bar = new ButtonBar(picMain_, "picMenu1");
-  connect(
-      bar->Add("cmdCombine", "組合", Qt::Key_F2, "把勾選的號碼組合成各玩法的投注號碼", Width::kFull, Emphasis::kMain),
-      &QPushButton::clicked, this, &frmMarlevo::cmdCombine_Click);
-  connect(bar->Add("Command1", "重覆選號碼組合", Qt::Key_F3,
-                   "取最先勾選的號碼（四星正彩四個，三星正彩三個），\n排出所有不同的順序"),
-          &QPushButton::clicked, this, &frmMarlevo::Command1_Click);
-  connect(bar->Add("Command2", " 多柱碰", Qt::Key_F4, "顯示或隱藏第五柱至第十柱；\n隱藏的柱裡已選的號碼照樣參加組合",
-                   Width::kQuarter),
-          &QPushButton::clicked, this, &frmMarlevo::Command2_Click);
-  connect(bar->Add("cmdClear", "清除", Qt::Key_F8, "取消所有玩法與十柱的全部號碼；\n已組合的號碼不變", Width::kQuarter),
-          &QPushButton::clicked, this, &frmMarlevo::cmdClear_Click);
-  const auto opens = [this](QPushButton* button, const std::function<void(QWidget*)>& window) {
-    button->setEnabled(static_cast<bool>(window));
-    connect(button, &QPushButton::clicked, this, [this, &window] { window(this); });
+  auto* const bar = new ButtonBar(picMain_, "picMenu1", ButtonBar::Shape::kPanel);
+  const auto add = [&](const char* name, const char* caption, const QKeySequence& key, const char* tip, Width width,
+                       void (frmMarlevo::*click)(), Emphasis emphasis = Emphasis::kNormal) {
+    QPushButton* const button = bar->Add(name, caption, key, tip, width, emphasis);
+    connect(button, &QPushButton::clicked, this, click);
+    return button;
   };
-  opens(bar->Add("cmdCustom", "客戶資料維護", Qt::Key_F5, {}), windows_.customers);
-  opens(bar->Add("cmdInput", "輸入開獎號碼", Qt::Key_F6, {}), windows_.draws);
-  opens(bar->Add("cmdSetPrinter", "投注單列印調整", Qt::Key_F7, {}), windows_.set_printer);
-  opens(bar->Add("cmdPrintNote", " 4星彩包牌便條紙列印", Qt::Key_F9, {}), windows_.print_note);
-  connect(bar->Add("cmdExit", "結束", {}, "關閉視窗即結束", Width::kFull), &QPushButton::clicked, this,
-          &QWidget::close);
+  add("cmdCombine", "組合", Qt::Key_F2, "把勾選的號碼組合成各玩法的投注號碼", Width::kFull,
+      &frmMarlevo::cmdCombine_Click, Emphasis::kMain);
+  add("Command1", "重覆選號碼組合", Qt::Key_F3, "取最先勾選的號碼（四星正彩四個，三星正彩三個），\n排出所有不同的順序",
+      Width::kHalf, &frmMarlevo::Command1_Click);
+  add("Command2", " 多柱碰", Qt::Key_F4, "顯示或隱藏第五柱至第十柱；\n隱藏的柱裡已選的號碼照樣參加組合",
+      Width::kQuarter, &frmMarlevo::Command2_Click);
+  add("cmdClear", "清除", Qt::Key_F8, "取消所有玩法與十柱的全部號碼；\n已組合的號碼不變", Width::kQuarter,
+      &frmMarlevo::cmdClear_Click);
+  add("cmdCustom", "客戶資料維護", Qt::Key_F5, "", Width::kHalf, &frmMarlevo::cmdCustom_Click)
+      ->setEnabled(static_cast<bool>(windows_.customers));
+  add("cmdInput", "輸入開獎號碼", Qt::Key_F6, "", Width::kHalf, &frmMarlevo::cmdInput_Click)
+      ->setEnabled(static_cast<bool>(windows_.draws));
+  add("cmdSetPrinter", "投注單列印調整", Qt::Key_F7, "", Width::kHalf, &frmMarlevo::cmdSetPrinter_Click)
+      ->setEnabled(static_cast<bool>(windows_.set_printer));
+  add("cmdPrintNote", " 4星彩包牌便條紙列印", Qt::Key_F9, "", Width::kHalf, &frmMarlevo::cmdPrintNote_Click)
+      ->setEnabled(static_cast<bool>(windows_.print_note));
+  add("cmdExit", "結束", {}, "關閉視窗即結束", Width::kFull, &frmMarlevo::cmdExit_Click);
   return bar;
 }
 
 ButtonBar* frmMarlevo::NewResultBar() {
   using Width = ButtonBar::Width;
-  auto* const bar = new ButtonBar(picMain_, "picMenu2");
-  QPushButton* const print =
-      bar->Add("cmdPrint", "列  印", Qt::Key_F9, "把號碼印在投注單上", Width::kFull, Emphasis::kMain);
-  print->setEnabled(static_cast<bool>(windows_.print));
-  connect(print, &QPushButton::clicked, this, &frmMarlevo::cmdPrint_Click);
+  auto* const bar = new ButtonBar(picMain_, "picMenu2", ButtonBar::Shape::kLine);
+  QPushButton* const cmdPrint =
+      bar->Add("cmdPrint", "列  印", Qt::Key_F9, "把號碼印在投注單上", Width::kHalf, Emphasis::kMain);
+  cmdPrint->setEnabled(static_cast<bool>(windows_.print));
+  connect(cmdPrint, &QPushButton::clicked, this, &frmMarlevo::cmdPrint_Click);
   connect(bar->Add("cmdDelete", "刪除法", Qt::Key_F5, {}), &QPushButton::clicked, this, &frmMarlevo::cmdDelete_Click);
-  QPushButton* const save = bar->Add("cmdSave", "存  檔", Qt::Key_F6, "把號碼存到客戶名下");
-  save->setEnabled(static_cast<bool>(windows_.save));
-  connect(save, &QPushButton::clicked, this, &frmMarlevo::cmdSave_Click);
+  QPushButton* const cmdSave = bar->Add("cmdSave", "存  檔", Qt::Key_F6, "把號碼存到客戶名下");
+  cmdSave->setEnabled(static_cast<bool>(windows_.save));
+  connect(cmdSave, &QPushButton::clicked, this, &frmMarlevo::cmdSave_Click);
   cmdCheck_ = bar->Add("cmdCheck", kCheckCaption, Qt::Key_F7, "顯示或隱藏對獎區");
   connect(cmdCheck_, &QPushButton::clicked, this, &frmMarlevo::cmdCheck_Click);
   connect(bar->Add("cmdBack", "返回選號", Qt::Key_F11, "勾選的號碼與組合結果都保留"), &QPushButton::clicked, this,
@@ -165,39 +154,47 @@ ButtonBar* frmMarlevo::NewFilterBar() {
     const char* caption;
     int key;
     const char* tip;
-    Filter filter;
+    void (frmMarlevo::*click)();
   };
   static constexpr Button kButtons[] = {
-      {"cmdDel1", "純奇數", Qt::Key_F1, "刪除全部是奇數的號碼", DeleteAllOdd},
-      {"cmdDel2", "純偶數", Qt::Key_F2, "刪除全部是偶數的號碼", DeleteAllEven},
-      {"cmdDel3", "四柱同號", Qt::Key_F3, "刪除各柱都同號的號碼，三星也算", DeleteAllSame},
-      {"cmdDel4", "三柱同號", Qt::Key_F4, "刪除至少三柱同號的號碼", DeleteThreeSame},
-      {"cmdDel5", "二柱同號", Qt::Key_F5, "刪除至少二柱同號的號碼", DeleteTwoSame},
-      {"cmdDel6", "同號刪除", Qt::Key_F6, "重覆的號碼只留第一個；跨玩法比較，\n組彩不論順序", DeleteRepeats},
+      {"cmdDel1", "純奇數", Qt::Key_F1, "刪除全部是奇數的號碼", &frmMarlevo::cmdDel1_Click},
+      {"cmdDel2", "純偶數", Qt::Key_F2, "刪除全部是偶數的號碼", &frmMarlevo::cmdDel2_Click},
+      {"cmdDel3", "四柱同號", Qt::Key_F3, "刪除各柱都同號的號碼，三星也算", &frmMarlevo::cmdDel3_Click},
+      {"cmdDel4", "三柱同號", Qt::Key_F4, "刪除至少三柱同號的號碼", &frmMarlevo::cmdDel4_Click},
+      {"cmdDel5", "二柱同號", Qt::Key_F5, "刪除至少二柱同號的號碼", &frmMarlevo::cmdDel5_Click},
+      {"cmdDel6", "同號刪除", Qt::Key_F6, "重覆的號碼只留第一個；跨玩法比較，\n組彩不論順序",
+       &frmMarlevo::cmdDel6_Click},
   };
-  // With Shift: what a key removes here must not be what the same key opened a moment ago.
-  auto* const bar = new ButtonBar(picMain_, "picMenu3");
+  auto* const bar = new ButtonBar(picMain_, "picMenu3", ButtonBar::Shape::kPanel);
   QLabel* const note = NewLabel(bar, "lblNote", "注意 ! 刪除法只會對正彩及三彩做刪除");
   note->setWordWrap(true);
   bar->AddNote(note);
   for (const Button& button : kButtons) {
+    // With Shift: what a key removes here must not be what the same key opened a moment ago.
     connect(bar->Add(button.name, button.caption, QKeySequence(Qt::SHIFT | Qt::Key(button.key)), button.tip),
-            &QPushButton::clicked, this, [this, filter = button.filter] { RunFilter(filter); });
+            &QPushButton::clicked, this, button.click);
   }
   connect(bar->Add("cmdBack2", "返回上層", Qt::Key_F12, {}, ButtonBar::Width::kFull), &QPushButton::clicked, this,
           &frmMarlevo::cmdBack2_Click);
   return bar;
 }
 
-void frmMarlevo::Form_Load() {
-  InitBoard();
-  if (windows_.load_slip_settings) {
-    windows_.load_slip_settings();
-  }
+void frmMarlevo::paintEvent(QPaintEvent* event) {
+  QWidget::paintEvent(event);
+  Form_Paint();
+}
+
+// Centres the board in the window, in each direction in which the window is the larger one.
+void frmMarlevo::Form_Paint() {
+  scroll_->setAlignment(Qt::AlignCenter);
 }
 
 void frmMarlevo::closeEvent(QCloseEvent* event) {
   QWidget::closeEvent(event);
+  Form_Unload();
+}
+
+void frmMarlevo::Form_Unload() {
   Q_EMIT Unloaded();
 }
 
@@ -217,21 +214,31 @@ void frmMarlevo::ExpandPicks(Expand expand) {
     ShowMessage(this, QString::fromUtf8(message.data(), static_cast<qsizetype>(message.size())));
     return;
   }
-  InitHiddenParts();
   picBox1_->hide();
   picBox2_->show();
   ShowBar(picMenu2_);
   frmMessage2 busy(this);
   busy.ShowPainted();
+  ClearTicketGrids();
   const TicketCounts counts = expand(picks, list_);
   picBox2_->RefreshGrids();
   picBox2_->ShowTickedPages();
-  picBox2_->SetTotals(TotalsText(list_, counts));
+  WriteTotals(counts);
   picBox2_->CurrentGrid()->setFocus();
 }
 
+void frmMarlevo::ClearTicketGrids() {
+  for (KindList& kind : list_.kinds) {
+    kind.tickets.clear();
+  }
+  picBox2_->RefreshGrids();
+}
+
+void frmMarlevo::WriteTotals(const TicketCounts& counts) {
+  picBox2_->SetTotals(TotalsText(list_, counts));
+}
+
 void frmMarlevo::Command2_Click() {
-  InitHiddenParts();
   digits_->ToggleExtraColumns();
 }
 
@@ -240,12 +247,56 @@ void frmMarlevo::cmdClear_Click() {
   digits_->UntickAll();
 }
 
+void frmMarlevo::cmdCustom_Click() {
+  windows_.customers(this);
+}
+
+void frmMarlevo::cmdInput_Click() {
+  windows_.draws(this);
+}
+
+void frmMarlevo::cmdSetPrinter_Click() {
+  windows_.set_printer(this);
+}
+
+void frmMarlevo::cmdPrintNote_Click() {
+  windows_.print_note(this);
+}
+
+void frmMarlevo::cmdExit_Click() {
+  close();
+}
+
 void frmMarlevo::cmdDelete_Click() {
   ShowBar(picMenu3_);
 }
 
 void frmMarlevo::cmdBack2_Click() {
   ShowBar(picMenu2_);
+}
+
+void frmMarlevo::cmdDel1_Click() {
+  RunFilter(DeleteAllOdd);
+}
+
+void frmMarlevo::cmdDel2_Click() {
+  RunFilter(DeleteAllEven);
+}
+
+void frmMarlevo::cmdDel3_Click() {
+  RunFilter(DeleteAllSame);
+}
+
+void frmMarlevo::cmdDel4_Click() {
+  RunFilter(DeleteThreeSame);
+}
+
+void frmMarlevo::cmdDel5_Click() {
+  RunFilter(DeleteTwoSame);
+}
+
+void frmMarlevo::cmdDel6_Click() {
+  RunFilter(DeleteRepeats);
 }
 
 void frmMarlevo::RunFilter(Filter filter) {
@@ -259,7 +310,7 @@ void frmMarlevo::RunFilter(Filter filter) {
 void frmMarlevo::cmdCheck_Click() {
   QWidget* const area = picBox2_->CheckArea();
   area->setVisible(area->isHidden());
-  ButtonBar::SetCaption(*cmdCheck_, area->isHidden() ? kCheckCaption : kDataCaption);
+  cmdCheck_->setText(area->isHidden() ? kCheckCaption : kDataCaption);
   ShowBar(picMenu2_);
 }
 
@@ -273,7 +324,7 @@ void frmMarlevo::cmdCheck2_Click() {
 void frmMarlevo::cmdBack_Click() {
   picBox2_->hide();
   picBox2_->CheckArea()->hide();
-  ButtonBar::SetCaption(*cmdCheck_, kCheckCaption);
+  cmdCheck_->setText(kCheckCaption);
   picBox1_->show();
   ShowBar(picMenu1_);
   digits_->TabStop()->setFocus();
@@ -304,10 +355,9 @@ const CurrentList& frmMarlevo::ReadList() {
 
 void frmMarlevo::ShowBar(ButtonBar* bar) {
   for (ButtonBar* const other : {picMenu1_, picMenu2_, picMenu3_}) {
-    if (other != nullptr) {
-      other->setVisible(other == bar);
-    }
+    other->setVisible(other == bar);
   }
+  picBox2_->KeepFree(bar == picMenu3_ ? bar->sizeHint().height() + kMargin : 0);
   lblHint_->setText(bar->Hint());
 }
 

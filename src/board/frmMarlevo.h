@@ -10,8 +10,8 @@
 #include "tickets/tickets.h"
 #include "tickets/totals.h"
 
-class QGridLayout;
 class QLabel;
+class QScrollArea;
 
 namespace marlevo {
 
@@ -39,8 +39,8 @@ class frmMarlevo : public QWidget {
  public:
   explicit frmMarlevo(BoardWindows windows);
 
-  // To be called once, right after the window is shown: the screen makes room for it while it is filled. What is loaded
-  // then may fail, and the error report stands over a board that can be used.
+  // Makes the whole board and then loads the slip settings. To be called once, before the window is shown. When the
+  // settings cannot be loaded it throws, and the board can be used all the same.
   void Form_Load();
 
  Q_SIGNALS:
@@ -48,36 +48,47 @@ class frmMarlevo : public QWidget {
   void Unloaded();
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   using Expand = TicketCounts (*)(const Selection&, CurrentList&);
   using Filter = void (*)(CurrentList&);
 
-  void InitBoard();
-  // Makes what is not needed to show the board, the extra columns and the result stage: right after the first painting,
-  // or when it is asked for earlier.
-  void InitHiddenParts();
-  void AddBar(ButtonBar* bar);
-  ButtonBar* NewSelectionBar();
-  ButtonBar* NewResultBar();
-  ButtonBar* NewFilterBar();
-
+  void Form_Paint();
+  void Form_Unload();
   void cmdCombine_Click();
   void Command1_Click();
   void Command2_Click();
   void cmdClear_Click();
+  void cmdCustom_Click();
+  void cmdInput_Click();
+  void cmdSetPrinter_Click();
+  void cmdPrintNote_Click();
+  void cmdExit_Click();
+  void cmdPrint_Click();
   void cmdDelete_Click();
-  void cmdBack2_Click();
+  void cmdSave_Click();
   void cmdCheck_Click();
   void cmdCheck2_Click();
   void cmdBack_Click();
-  void cmdSave_Click();
-  void cmdPrint_Click();
+  void cmdDel1_Click();
+  void cmdDel2_Click();
+  void cmdDel3_Click();
+  void cmdDel4_Click();
+  void cmdDel5_Click();
+  void cmdDel6_Click();
+  void cmdBack2_Click();
+
+  void InitBoard();
+  ButtonBar* NewSelectionBar();
+  ButtonBar* NewResultBar();
+  ButtonBar* NewFilterBar();
 
   // Validates the picks, expands them and turns to the result stage; or says what is missing.
   void ExpandPicks(Expand expand);
+  void ClearTicketGrids();
+  void WriteTotals(const TicketCounts& counts);
   void RunFilter(Filter filter);
   Selection ReadPicks();
   // Takes the kinds' ticks, amounts and multipliers over into the current list.
@@ -88,17 +99,17 @@ class frmMarlevo : public QWidget {
   BoardWindows windows_;
   CurrentList list_;
 
-  QWidget* picMain_;
-  QGridLayout* grid_;
-  QWidget* picBox1_;
+  QScrollArea* scroll_ = nullptr;
+  QWidget* picMain_ = nullptr;
+  QWidget* picBox1_ = nullptr;
   ResultPanel* picBox2_ = nullptr;
   ButtonBar* picMenu1_ = nullptr;
   ButtonBar* picMenu2_ = nullptr;
   ButtonBar* picMenu3_ = nullptr;
-  KindRows* kinds_;
-  DigitPanel* digits_;
+  KindRows* kinds_ = nullptr;
+  DigitPanel* digits_ = nullptr;
   QPushButton* cmdCheck_ = nullptr;
-  QLabel* lblHint_;
+  QLabel* lblHint_ = nullptr;
 };
 
 }  // namespace marlevo

@@ -51,8 +51,7 @@ QWidget* KindRows::NewRow(int kind) {
       QString::fromUtf8(kBetKindNames[index].data(), static_cast<qsizetype>(kBetKindNames[index].size()));
   QCheckBox* const tick = Named(new QCheckBox(caption, row), ElementName("chkPlay", kind));
   tick->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-  connect(tick, &QCheckBox::toggled, row,
-          [row](bool on) { row->setBackgroundRole(on ? QPalette::Midlight : QPalette::Base); });
+  connect(tick, &QCheckBox::toggled, this, [this, kind] { chkPlay_Click(kind); });
 
   DropDownList* const multiplier = NewList(row, ElementName("cboPlay2", kind), kMultipliers, kMultiplierWidth);
   multiplier->setToolTip("倍數：每張金額跟著倍數走");
@@ -91,6 +90,11 @@ void KindRows::UntickAll() {
   for (QCheckBox* const tick : chkPlay_) {
     tick->setChecked(false);
   }
+}
+
+void KindRows::chkPlay_Click(int kind) {
+  const QCheckBox& tick = *chkPlay_[static_cast<std::size_t>(kind)];
+  tick.parentWidget()->setBackgroundRole(tick.isChecked() ? QPalette::Midlight : QPalette::Base);
 }
 
 void KindRows::cboPlay2_Click(int kind) {

@@ -22,6 +22,7 @@ class KindRows : public QFrame {
 
  private:
   QWidget* NewRow(int kind);
+  void chkPlay_Click(int kind);
   void cboPlay2_Click(int kind);
 
   std::array<QCheckBox*, kBetKinds> chkPlay_{};

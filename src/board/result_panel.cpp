@@ -2,8 +2,12 @@
 
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QHeaderView>
+#include <QStyledItemDelegate>
+#include <QTabBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "ui/appearance.h"
 #include "ui/grid.h"
@@ -16,11 +20,25 @@ constexpr int kSpacing = 12;
 constexpr int kCheckLines = 7;  // the most there can be
 constexpr double kGridPoints = 14;
 constexpr int kGridBorder = 6;
-constexpr double kSequenceWidth = 5.5;  // in widths of "W"
-constexpr double kDigitWidth = 6.75;
-constexpr double kWidestDigit = 9.5;
+constexpr double kSequenceWidth = 3.75;  // in widths of "W"
+constexpr double kDigitWidth = 4;        // so narrow that a grid fits into the smallest window, 800 wide
+constexpr double kWidestDigit = 10.25;
 constexpr int kDrawnWidth = 50;
 constexpr std::array<const char*, 4> kPositions = {"第一柱", "第二柱", "第三柱", "第四柱"};
+
+// Draws tickets; neither selection nor focus nor mouse covers the yellow of a winning one.
+class TicketDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (option->backgroundBrush.color() == QColor(Qt::yellow)) {
+      option->state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
+    }
+  }
+};
 
 }  // namespace
 
@@ -30,6 +48,8 @@ ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list, int side_widt
     AddGrid(kind);
   }
   SSTab1_->setUsesScrollButtons(false);
+  SSTab1_->setDocumentMode(true);
+  SSTab1_->tabBar()->setExpanding(true);  // the tabs share the whole width
 
   txtCombineMessage_ = Named(new QPlainTextEdit(this), "txtCombineMessage");
   txtCombineMessage_->setReadOnly(true);
@@ -43,8 +63,7 @@ ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list, int side_widt
   picCheck_->hide();
 
   side_ = new QVBoxLayout;
-  side_->setSpacing(0);
-  side_->addWidget(txtCombineMessage_, 1);
+  side_->addWidget(txtCombineMessage_);
   auto* const list_column = new QVBoxLayout;
   list_column->setSpacing(kSpacing);
   list_column->addWidget(SSTab1_, 1);
@@ -57,7 +76,7 @@ ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list, int side_widt
 }
 
 void ResultPanel::KeepFree(int height) {
-  side_->addSpacing(height);
+  side_->setContentsMargins(0, 0, 0, height);
 }
 
 void ResultPanel::AddGrid(int kind) {
@@ -66,10 +85,18 @@ void ResultPanel::AddGrid(int kind) {
   QFont font = grid->font();
   font.setPointSizeF(kGridPoints);
   grid->setFont(font);
-  grid->setFrameStyle(QFrame::NoFrame);
   SetUpGrid(*grid, GridSelection::kRow);
+  grid->setItemDelegate(new TicketDelegate(grid));
   models_[index] = new TicketModel(list_.kinds[index].tickets, DigitColumns(kind), grid);
   grid->setModel(models_[index]);
+  // Fixed, wherever the digits are scrolled to.
+  grid->hideColumn(0);
+  QHeaderView& numbers = *grid->verticalHeader();
+  numbers.show();
+  numbers.setFixedWidth(static_cast<int>(std::lround(kSequenceWidth * grid->fontMetrics().horizontalAdvance('W'))));
+  numbers.setDefaultAlignment(Qt::AlignCenter);
+  numbers.setHighlightSections(false);
+  numbers.setSectionsClickable(false);
   mfgData_[index] = grid;
   SSTab1_->addTab(grid,
                   QString::fromUtf8(kBetKindNames[index].data(), static_cast<qsizetype>(kBetKindNames[index].size())));
@@ -81,8 +108,8 @@ QWidget* ResultPanel::NewCheckArea() {
   area->setBackgroundRole(QPalette::Base);
   area->setAutoFillBackground(true);
 
-  auto* const drawn = new QHBoxLayout;
-  drawn->setSpacing(5);
+  auto* const drawn = new QGridLayout;
+  drawn->setVerticalSpacing(2);
   for (std::size_t position = 0; position < cboCheck_.size(); ++position) {
     const int index = static_cast<int>(position);
     auto* const list = new DropDownList(area, ElementName("cboCheck", index));
@@ -91,17 +118,18 @@ QWidget* ResultPanel::NewCheckArea() {
     }
     list->setMaxVisibleItems(10);
     list->setFixedWidth(kDrawnWidth);
-    drawn->addWidget(NewLabel(area, ElementName("lblCheck", index), kPositions[position]));
-    drawn->addWidget(list);
-    drawn->addSpacing(4);
+    drawn->addWidget(NewLabel(area, ElementName("lblCheck", index), kPositions[position]), 0, index);
+    drawn->addWidget(list, 1, index);
     cboCheck_[position] = list;
   }
-  drawn->addStretch();
   cmdCheck2_ = NewButton(area, "cmdCheck2", "對獎", Emphasis::kMain);
-  drawn->addWidget(cmdCheck2_);
+  drawn->addWidget(cmdCheck2_, 1, 5);
+  drawn->setColumnStretch(4, 1);
 
   lstCheck_ = Named(new QListWidget(area), "lstCheck");
   lstCheck_->setFont(AlignedFont());
+  // Only the line of hyphens is longer than a narrow area.
+  lstCheck_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   lstCheck_->setFixedHeight(QFontMetrics(AlignedFont()).height() * kCheckLines + 12);
 
   auto* const column = new QVBoxLayout(area);
@@ -119,10 +147,8 @@ void ResultPanel::resizeEvent(QResizeEvent* event) {
     QTableView& grid = *mfgData_[static_cast<std::size_t>(kind)];
     const int room = SSTab1_->width() - style()->pixelMetric(QStyle::PM_ScrollBarExtent) - kGridBorder;
     const double units = static_cast<double>(room) / grid.fontMetrics().horizontalAdvance('W') - kSequenceWidth;
-    std::vector<double> widths(static_cast<std::size_t>(DigitColumns(kind)) + 1,
-                               std::clamp(units / DigitColumns(kind), kDigitWidth, kWidestDigit));
-    widths[0] = kSequenceWidth;
-    SetColumnWidths(grid, widths);
+    SetColumnWidths(grid, std::vector<double>(static_cast<std::size_t>(DigitColumns(kind)) + 1,
+                                              std::clamp(units / DigitColumns(kind), kDigitWidth, kWidestDigit)));
   }
 }
 

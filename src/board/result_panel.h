@@ -1,5 +1,6 @@
 // The result stage of the board: one page per kind with its ticket grid, and the area of the instant prize check under
-// it; the totals text beside them. Shows a list that belongs to the board.
+// it; the totals text beside them. Shows a list that belongs to the board. The numbers of the tickets, column 0, are
+// the fixed heads of the grid's rows.
 #pragma once
 
 #include <QListWidget>
@@ -25,7 +26,7 @@ class ResultPanel : public QWidget {
   // `list` outlives the panel. `side_width`: of the totals.
   ResultPanel(QWidget* parent, const CurrentList& list, int side_width);
 
-  // Keeps this height free under the totals, for a button bar.
+  // Keeps this height free under the totals, for a button bar; 0 for none.
   void KeepFree(int height);
 
   // Shows what the lists hold now.

@@ -12,12 +12,14 @@ DigitList::DigitList(QWidget* parent, const QString& name) : DropDownList(parent
     addItem(QString::number(digit));
   }
   SetDigit("0");
-  // An entry that was typed is taken when the focus goes, and then nothing is to be selected any more.
-  connect(this, &QComboBox::activated, this, [this] {
-    if (hasFocus()) {
-      lineEdit()->selectAll();
-    }
-  });
+  connect(this, &QComboBox::activated, this, &DigitList::cboCheck_Click);
+}
+
+// An entry that was typed is taken when the focus goes, and then nothing is to be selected any more.
+void DigitList::cboCheck_Click() {
+  if (hasFocus()) {
+    lineEdit()->selectAll();
+  }
 }
 
 void DigitList::SetDigit(const QString& text) {

@@ -14,6 +14,9 @@ class DigitList : public DropDownList {
   DigitList(QWidget* parent, const QString& name);
 
   void SetDigit(const QString& text);
+
+ private:
+  void cboCheck_Click();
 };
 
 }  // namespace marlevo

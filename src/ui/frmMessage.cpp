@@ -16,7 +16,7 @@ frmMessage::frmMessage(QWidget* parent)
   lblMsg_->setTextFormat(Qt::PlainText);
   lblMsg_->setMinimumWidth(fontMetrics().height() * 12);
   QPushButton* const button = NewButton(this, "Command1", "關閉", Emphasis::kMain);
-  connect(button, &QPushButton::clicked, this, &QDialog::close);
+  connect(button, &QPushButton::clicked, this, &frmMessage::Command1_Click);
 
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(28, 24, 28, 20);
@@ -28,6 +28,10 @@ frmMessage::frmMessage(QWidget* parent)
 
 void frmMessage::SetText(const QString& text) {
   lblMsg_->setText(QString(text).replace("\r\n", "\n"));
+}
+
+void frmMessage::Command1_Click() {
+  close();
 }
 
 void frmMessage::keyPressEvent(QKeyEvent* event) {

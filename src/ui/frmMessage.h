@@ -23,6 +23,8 @@ class frmMessage : public QDialog {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void Command1_Click();
+
   QLabel* lblMsg_;
 };
 

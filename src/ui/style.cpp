@@ -4,6 +4,7 @@
 #include <QPainterPath>
 #include <QPushButton>
 #include <QStyleOption>
+#include <QTabBar>
 
 #include "ui/appearance.h"
 
@@ -166,8 +167,11 @@ int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, con
     case PM_FocusFrameHMargin:  // beside the text of a cell
     case PM_HeaderMargin:
       return 6;
-    case PM_TabBarTabHSpace:
-      return 20;
+    case PM_TabBarTabHSpace: {
+      // Tabs that share the whole width have room of their own, except in the smallest window.
+      const auto* const tabs = qobject_cast<const QTabBar*>(widget);
+      return tabs != nullptr && tabs->documentMode() ? 6 : 20;
+    }
     case PM_TabBarTabVSpace:
       return 14;
     case PM_TabBarTabShiftVertical:

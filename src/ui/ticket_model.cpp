@@ -67,6 +67,9 @@ QVariant TicketModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant TicketModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation == Qt::Vertical && role == Qt::DisplayRole) {
+    return data(index(section, 0), role);
+  }
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section > digit_columns_) {
     return {};
   }

@@ -1,5 +1,6 @@
 // A ticket grid as a table model over a TicketList. The heading row is the model's horizontal header; model row r is
-// ticket r + 1; column 0 is the sequence number, columns 1 to 3 or 1 to 4 are the digits; the last row is always blank.
+// ticket r + 1; column 0 is the sequence number (the heads of
+// the rows say the same), columns 1 to 3 or 1 to 4 are the digits; the last row is always blank.
 #pragma once
 
 #include <QAbstractTableModel>
