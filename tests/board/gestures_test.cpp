@@ -1,0 +1,406 @@
+// Whatever the hand does twice, too long or in the wrong place acts once: double clicks on every button of every window
+// and presses on whatever lies there afterwards, drags, held keys, the wheel. Each is done to the real program, and
+// what is to be seen and stored afterwards is compared with what one plain click or key leaves. Times are those of the
+// events: nothing waits.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+#include <QWindow>
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "board/frmMarlevo.h"
+#include "customers/customer_statements.h"
+#include "customers/frmCustom.h"
+#include "customers/frmSave.h"
+#include "draws/frmInput.h"
+#include "platform/database/database_fixture.h"
+#include "printing/frmPrint.h"
+#include "printing/frmPrintNote.h"
+#include "printing/frmSetPrinter.h"
+
+namespace marlevo {
+namespace {
+
+using Step = std::function<void()>;
+
+// How to come to a window from the board: buttons to be clicked, and lists ("lst", "mfg") whose first row is.
+const QStringList kScenes = {"",
+                             "cmdCombine",
+                             "cmdCombine cmdCheck",
+                             "cmdCombine cmdDelete",
+                             "cmdCombine cmdDelete cmdDel1",
+                             "cmdCombine cmdSave",
+                             "cmdCombine cmdSave cmdPrint",
+                             "cmdCombine cmdPrint",
+                             "cmdCombine cmdPrint chkPlay(0)",
+                             "cmdCustom mfgCustom_H lstRecord",
+                             "cmdCustom mfgCustom_H lstRecord cmdDel",
+                             "cmdCustom mfgCustom_H lstRecord cmdDelRecord",
+                             "cmdCustom mfgCustom_H cmdAdd",
+                             "cmdCustom mfgCustom_H Command1",
+                             "cmdCustom Command1 cmdCheck2",
+                             "cmdInput mfgNumeric",
+                             "cmdInput cmdAdd",
+                             "cmdPrintNote",
+                             "cmdPrintNote cmdPrint",
+                             "cmdSetPrinter",
+                             "cmdSetPrinter cmdSave"};
+constexpr int kBetweenPresses[] = {40, 150, 400};  // milliseconds
+
+QWidget* FrontWindow() {
+  QWidget* const modal = QApplication::activeModalWidget();
+  if (modal == nullptr) {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+      if (window->objectName() == "frmMarlevo") {
+        return window;
+      }
+    }
+  }
+  return modal;
+}
+
+QRect OnScreen(const QWidget& widget) {
+  return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
+}
+
+QWindow* WindowAt(const QPoint& place) {
+  QWindow* found = nullptr;
+  for (QWindow* const window : QGuiApplication::topLevelWindows()) {
+    found = window->isVisible() && window->geometry().contains(place) ? window : found;
+  }
+  return found;
+}
+
+bool CanBePressed(const QWidget& widget) {
+  const QPoint centre = OnScreen(widget).center();
+  const QWidget* const at = widget.window()->childAt(widget.window()->mapFromGlobal(centre));
+  return widget.isVisible() && widget.isEnabled() && at != nullptr && (at == &widget || widget.isAncestorOf(at));
+}
+
+// What a hand can press in a window; of an array of alike widgets only the first, but every kind.
+QWidgetList Targets(const QWidget& window) {
+  QWidgetList targets;
+  for (QWidget* const widget : window.findChildren<QWidget*>()) {
+    const QString name = widget->objectName();
+    const bool first = !name.endsWith(')') || name.endsWith("(0)") || name.startsWith("chkPlay");
+    if (first && CanBePressed(*widget) &&
+        (qobject_cast<QAbstractButton*>(widget) != nullptr || qobject_cast<QComboBox*>(widget) != nullptr)) {
+      targets += widget;
+    }
+  }
+  return targets;
+}
+
+QString Described(const QWidget& widget) {
+  QString text = widget.objectName() + (widget.isEnabled() ? ' ' : '-');
+  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget)) {
+    text += button->text() + (button->isChecked() ? "*" : "");
+  } else if (const auto* const list = qobject_cast<const QComboBox*>(&widget)) {
+    text += list->currentText();
+  } else if (const auto* const box = qobject_cast<const QLineEdit*>(&widget)) {
+    text += box->text();
+  } else if (const auto* const label = qobject_cast<const QLabel*>(&widget)) {
+    text += label->text();
+  } else if (const auto* const view = qobject_cast<const QAbstractItemView*>(&widget)) {
+    text += QString::number(view->model()->rowCount());
+  }
+  return text;
+}
+
+// What is only in one of two states; empty when they are the same.
+std::string Difference(const QStringList& before, const QStringList& after) {
+  QStringList lines;
+  for (const QString& line : before + after) {
+    if (const auto more = after.count(line) - before.count(line); more != 0) {
+      lines += (more > 0 ? " + " : " - ") + line;
+    }
+  }
+  lines.removeDuplicates();
+  return lines.join('\n').toStdString();
+}
+
+class GesturesTest : public DatabaseFixture {
+ protected:
+  GesturesTest() {
+    qputenv("CUPS_SERVER", "/nowhere");  // what is printed ends in an error report, which is counted
+    Connection connection(Opening());
+    connection.Execute(InsertCustomer({"A01", "王小明", "", "", ""}));
+    connection.Execute(InsertTicket("A01", "20240607120000", {0, 25, 1, {1, 2, 3, 4}}));
+    connection.Execute("INSERT INTO NUMERIC (VOU_NO,NO1,NO2,NO3,NO4) VALUES ('113001',1,2,3,4)");
+    connection.Flush();
+    std::filesystem::copy_file(file_, folder_.Path() / "fresh.mdb");
+  }
+
+  // Opens the program, goes to the scene, and does the steps there, each after all that the one before it set off has
+  // happened or waits in a modal window. What is open then is closed.
+  void Play(const QString& scene, const std::vector<Step>& steps) {
+    std::filesystem::copy_file(folder_.Path() / "fresh.mdb", file_, std::filesystem::copy_options::overwrite_existing);
+    const std::string database = Opening();
+    frmMarlevo board(
+        {.customers = [&](QWidget* parent) { frmCustom(parent, database).exec(); },
+         .draws = [&](QWidget* parent) { frmInput(parent, database).exec(); },
+         .print_note = [](QWidget* parent) { frmPrintNote(parent).exec(); },
+         .set_printer = [&](QWidget* parent) { frmSetPrinter(parent, folder_.Path()).exec(); },
+         .save = [&](QWidget* parent, const CurrentList& list) { frmSave(parent, database, list).exec(); },
+         .print = [&](QWidget* parent, const CurrentList& list) { frmPrint(parent, list, folder_.Path()).exec(); },
+         .load_slip_settings = {}});
+    QObject::connect(&board, &frmMarlevo::Unloaded, [this] { opened_ += "the end"; });
+    board.Form_Load();
+    for (const char* const box : {"chkPlay(0)", "chkPlay(2)", "chkNum1(1)", "chkNum2(3)", "chkNum3(5)", "chkNum4(6)"}) {
+      board.findChild<QAbstractButton*>(box)->setChecked(true);
+    }
+    board.setGeometry(0, 0, 800, 800);
+    board.show();
+    QCoreApplication::processEvents();
+
+    std::vector<Step> all;
+    for (const QString& name : scene.split(' ', Qt::SkipEmptyParts)) {
+      all.emplace_back([this, name] {
+        auto* const widget = FrontWindow()->findChild<QWidget*>(name);
+        ASSERT_NE(widget, nullptr) << name.toStdString();
+        const auto* const view = qobject_cast<QAbstractItemView*>(widget);
+        Click(view == nullptr ? OnScreen(*widget).center()
+                              : view->viewport()->mapToGlobal(view->visualRect(view->model()->index(0, 0)).center()));
+      });
+    }
+    all.emplace_back([this] { opened_.clear(); });
+    all.insert(all.end(), steps.begin(), steps.end());
+
+    std::size_t next = 0;
+    QObject context;
+    const Step go = [&] {
+      // A timer without interval, since these come only when no other event waits.
+      auto* const timer = new QTimer(&context);
+      timer->setSingleShot(true);
+      QObject::connect(timer, &QTimer::timeout, [&go] { go(); });
+      timer->start();
+      for (const QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->objectName() == "frmMessage2" && window->isVisible()) {
+          return;
+        }
+      }
+      if (next < all.size()) {
+        all[next++]();
+        return;
+      }
+      for (QWidget* const window : {QApplication::activePopupWidget(), QApplication::activeModalWidget()}) {
+        if (window != nullptr) {
+          window->close();
+        }
+      }
+    };
+    go();
+    while (next < all.size()) {
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+  }
+
+  // Times of presses count in milliseconds from the beginning of a gesture; 0 begins a new one.
+  void Send(QEvent::Type type, const QPoint& place, int time) {
+    QWindow* const window = WindowAt(place);
+    clock_ += time == 0 && type == QEvent::MouseButtonPress ? 10'000 : 0;
+    if (window != nullptr) {
+      qt_handleMouseEvent(window, window->mapFromGlobal(place), place,
+                          type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, type, {}, clock_ + time);
+    }
+  }
+  void Click(const QPoint& place, int time = 0) {
+    Send(QEvent::MouseButtonPress, place, time);
+    Send(QEvent::MouseButtonRelease, place, time + 20);
+  }
+
+  // All that can be seen and all that is stored.
+  QStringList State() {
+    QStringList lines;
+    for (const QWidget* const widget : QApplication::allWidgets()) {
+      if (widget->isVisible() && !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_")) {
+        lines += Described(*widget);
+      }
+    }
+    lines.sort();
+    lines += opened_;
+    Connection connection(Opening());
+    for (const char* const table : {"CUSTOM_H", "CUSTOM_D", "NUMERIC"}) {
+      lines += QString::number(Count(connection, table));
+    }
+    return lines;
+  }
+
+  QStringList opened_;  // every window that has come since the scene
+  int clock_ = 0;
+};
+
+// Notes the windows that open.
+class Watcher : public QObject {
+ public:
+  explicit Watcher(QStringList& opened) : opened_(opened) { qApp->installEventFilter(this); }
+
+  bool eventFilter(QObject* receiver, QEvent* event) override {
+    const auto* const box = qobject_cast<QMessageBox*>(receiver);
+    const auto* const window = qobject_cast<QDialog*>(receiver);
+    if (event->type() == QEvent::Show && window != nullptr) {
+      opened_ += "opened " + window->objectName() + (box == nullptr ? "" : box->text());
+    }
+    return false;
+  }
+
+ private:
+  QStringList& opened_;
+};
+
+TEST_F(GesturesTest, ASecondPressNeverActsAgainNorOnWhatHasComeSince) {
+  const Watcher watcher(opened_);
+  std::set<std::string> pairs;
+  int presses = 0;
+  for (const QString& scene : kScenes) {
+    qsizetype targets = 1;
+    for (qsizetype target = 0; target < targets; ++target) {
+      QString name;
+      QRect place;
+      QStringList once;
+      std::vector<std::pair<QPoint, QString>> afterwards;
+      const Step look = [&] {
+        const QWidgetList all = Targets(*FrontWindow());
+        targets = all.size();
+        name = all[target]->objectName() + ' ' + Described(*all[target]);
+        place = OnScreen(*all[target]);
+        afterwards.assign(1, {place.center(), name});
+      };
+      const Step find = [&] {
+        once = State();
+        for (const QWidget* const window : QApplication::topLevelWidgets()) {
+          for (const QWidget* const widget : window->isVisible() ? Targets(*window) : QWidgetList()) {
+            const QRect common = OnScreen(*widget) & place;
+            if (!common.isEmpty() && OnScreen(*widget) != place &&
+                WindowAt(common.center()) == window->windowHandle()) {
+              afterwards.emplace_back(common.center(), Described(*widget));
+            }
+          }
+        }
+      };
+      Play(scene, {look, [&] { Click(place.center()); }, [] {}, find});
+      for (const auto& [point, there] : afterwards) {
+        pairs.insert((scene + ": " + name + " > " + there).toStdString());
+        for (const int time : kBetweenPresses) {
+          ++presses;
+          QStringList twice;
+          Play(scene,
+               {[&, at = point] { Click(at); }, [&, at = point] { Click(at, time); }, [] {}, [&] { twice = State(); }});
+          EXPECT_EQ(Difference(once, twice), "") << scene.toStdString() << ": " << name.toStdString() << ", then "
+                                                 << there.toStdString() << " after " << time << " ms";
+        }
+      }
+    }
+  }
+  std::printf("%zu pairs of a button and what lies there afterwards, %d double presses\n", pairs.size(), presses);
+  RecordProperty("pairs", static_cast<int>(pairs.size()));
+  EXPECT_GT(pairs.size(), 100U);
+}
+
+TEST_F(GesturesTest, NothingThatDeletesEndsOrPrintsStandsWhereAButtonOfTheNextStageStands) {
+  const QStringList stages[] = {{"", "cmdCombine"}, {"cmdCombine", "cmdCombine cmdDelete"}};
+  const QStringList harmful = {"cmdClear", "cmdExit", "cmdPrintNote", "cmdPrint", "cmdDel"};
+  for (const QStringList& neighbours : stages) {
+    std::map<QString, QRect> places[2];
+    for (int i = 0; i < 2; ++i) {
+      Play(neighbours[i], {[&] {
+             for (const QWidget* const target : Targets(*FrontWindow())) {
+               if (qobject_cast<const QPushButton*>(target) != nullptr) {
+                 places[i][target->objectName()] = OnScreen(*target);
+               }
+             }
+           }});
+    }
+    for (const auto& [name, place] : places[0]) {
+      for (const auto& [other, other_place] : places[1]) {
+        const auto harms = [&](const QString& button) {
+          return std::ranges::any_of(harmful, [&](const QString& word) {
+            return button == word || (word == "cmdDel" && button.startsWith(word) && button != "cmdDelete");
+          });
+        };
+        EXPECT_FALSE((harms(name) || harms(other)) && place.intersects(other_place))
+            << name.toStdString() << " and " << other.toStdString();
+      }
+    }
+  }
+}
+
+TEST_F(GesturesTest, DragsAndTheWheelDoNothing) {
+  const Watcher watcher(opened_);
+  for (const QString& scene : kScenes) {
+    std::vector<QPoint> buttons;
+    QStringList before;
+    const Step wheel = [&] {
+      before = State();
+      for (QWidget* const target : Targets(*FrontWindow())) {
+        const QPoint centre = OnScreen(*target).center();
+        QWheelEvent turn(target->rect().center(), centre, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+        target->setFocus();
+        QCoreApplication::sendEvent(target, &turn);
+        if (qobject_cast<const QAbstractButton*>(target) != nullptr) {
+          buttons.push_back(centre);
+        }
+      }
+      EXPECT_EQ(Difference(before, State()), "") << scene.toStdString() << ": wheel";
+    };
+    Play(scene, {wheel});
+    std::vector<Step> drags;
+    for (std::size_t i = 1; i < buttons.size(); ++i) {
+      drags.emplace_back([&, i] { Send(QEvent::MouseButtonPress, buttons[i - 1], 0); });
+      drags.emplace_back([&, i] { Send(QEvent::MouseMove, buttons[i], 100); });
+      drags.emplace_back([&, i] { Send(QEvent::MouseButtonRelease, buttons[i], 200); });
+    }
+    drags.insert(drags.end(),
+                 {[] {}, [&] { EXPECT_EQ(Difference(before, State()), "") << scene.toStdString() << ": drags"; }});
+    Play(scene, drags);
+  }
+}
+
+TEST_F(GesturesTest, AHeldKeyActsOnce) {
+  const Watcher watcher(opened_);
+  std::vector<std::pair<int, Qt::KeyboardModifiers>> keys = {{Qt::Key_Return, {}}, {Qt::Key_Escape, {}}};
+  for (int key = Qt::Key_F1; key <= Qt::Key_F12; ++key) {
+    keys.insert(keys.end(), {{key, {}}, {key, Qt::ShiftModifier}});
+  }
+  for (const QString& scene : kScenes) {
+    for (const auto& [key, modifiers] : keys) {
+      const bool window =
+          scene.contains("Print") || scene.contains("Custom") || scene.contains("Input") || scene.contains("Save");
+      if (window && key >= Qt::Key_F1 && key != Qt::Key_F9) {
+        continue;  // other windows than the board have no such keys
+      }
+      QStringList after[2];
+      for (const int repeats : {0, 6}) {  // tens; as many as two seconds give
+        const auto send = [key = key, modifiers = modifiers](QEvent::Type type, bool repeated) {
+          return [=] {
+            if (QWindow* const front = QGuiApplication::focusWindow(); front != nullptr) {
+              for (int i = 0; i < (repeated ? 10 : 1); ++i) {
+                qt_handleKeyEvent(front, type, key, modifiers, {}, repeated);
+              }
+            }
+          };
+        };
+        std::vector<Step> steps = {send(QEvent::KeyPress, false)};
+        steps.insert(steps.end(), static_cast<std::size_t>(repeats), send(QEvent::KeyPress, true));
+        steps.insert(steps.end(), {send(QEvent::KeyRelease, false), [] {}, [&] { after[repeats / 6] = State(); }});
+        Play(scene, steps);
+      }
+      EXPECT_EQ(Difference(after[0], after[1]), "") << scene.toStdString() << ": key " << key;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace marlevo
