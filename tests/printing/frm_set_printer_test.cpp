@@ -81,18 +81,17 @@ TEST_F(FrmSetPrinter, PreviewFollowsTheEditsOnceItIsShown) {
 }
 
 TEST_F(FrmSetPrinter, SavesTheTextsOfTheTypeThatIsLoadedWhenTheAnswerIsYes) {
-  QFile file(folder_.filePath("4Star.ini"));
-  const auto saved = [&] { return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : ""; };
-  const std::string before = saved();
-  file.close();
+  const auto saved = [&] {
+    QFile file(folder_.filePath("4Star.ini"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "";
+  };
   std::filesystem::create_symlink("3Star.ini", settings_ / "3Star.ini");  // cannot be opened
   Type(0, "+12.");
   Press(window_, "opPlay3", {ExpectErrorReport("讀取列印設定", "繼續")});
   EXPECT_TRUE(Find<QAbstractButton>(window_, "opPlay4").isChecked());
   EXPECT_EQ(SlipSettings().top, 12);
   Press(window_, "cmdSave", {ExpectQuestion("確定要將此設定存檔 ?", QMessageBox::No)});
-  EXPECT_EQ(saved(), before);
-  file.close();
+  EXPECT_EQ(saved(), SlipSettingsText(kFourStar));
   EXPECT_FALSE(Box(0).property("tag").isValid());
   Press(window_, "cmdSave", {ExpectQuestion("確定要將此設定存檔 ?", QMessageBox::Yes)});
   auto texts = kFourStar;
