@@ -1,7 +1,6 @@
 #include "printing/frmPrintNote.h"
 
 #include <QProgressDialog>
-#include <QRegularExpression>
 #include <QTimer>
 
 #include "printing_windows.h"
@@ -80,11 +79,9 @@ TEST_F(FrmPrintNote, CancelStopsAndSaysHowManyPagesWentOut) {
           }
           window.close();
         }});
-  const QRegularExpressionMatch match =
-      QRegularExpression("^列印已取消,共印出 (\\d+) 頁 !$").match(QString::fromStdString(said));
-  ASSERT_TRUE(match.hasMatch()) << said;
-  EXPECT_GT(match.captured(1).toULongLong(), 0U);
-  EXPECT_EQ(PagesSent(), match.captured(1).toULongLong());
+  const std::size_t pages = PagesSent();
+  EXPECT_GT(pages, 0U);
+  EXPECT_EQ(said, "列印已取消,共印出 " + std::to_string(pages) + " 頁 !");
 }
 
 }  // namespace
