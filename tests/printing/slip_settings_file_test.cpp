@@ -1,15 +1,14 @@
 #include "printing/slip_settings_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <fstream>
 #include <functional>
 #include <sstream>
 
+#include "support/file_size_limit.h"
 #include "support/scratch_folder.h"
 
 namespace marlevo {
@@ -84,13 +83,10 @@ TEST_F(SlipSettingsFile, SaysWhatIsDeniedAndWritesWhereOnlyTheFileMayBeWritten) 
 
 TEST_F(SlipSettingsFile, SavesTheWholeFileOrLeavesTheOldOne) {
   Write("old");
-  std::signal(SIGXFSZ, SIG_IGN);
-  rlimit limit{};
-  getrlimit(RLIMIT_FSIZE, &limit);
-  const rlimit full = {20, limit.rlim_max};  // the disk is full after twenty bytes
-  setrlimit(RLIMIT_FSIZE, &full);
-  EXPECT_THROW(Save(), FileError);
-  setrlimit(RLIMIT_FSIZE, &limit);
+  {
+    const FileSizeLimit full(20);  // bytes
+    EXPECT_THROW(Save(), FileError);
+  }
   EXPECT_EQ(Read(), "old");
   Save();
   EXPECT_EQ(Read(), saved_);
