@@ -10,6 +10,9 @@ file(REMOVE_RECURSE ${CMAKE_BINARY_DIR}/include)
 # Warnings and sanitizers, for our own targets only.
 add_library(marlevo_options INTERFACE)
 target_compile_options(marlevo_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+# A unity build compiles the sources of a library as one, so a class of one source may well have members of a type that
+# only this source knows.
+target_compile_options(marlevo_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 if(MARLEVO_SANITIZE)
   target_compile_options(marlevo_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                    -fno-omit-frame-pointer)

@@ -12,7 +12,7 @@ namespace marlevo {
 
 namespace {
 
-constexpr int kSpacing = 3;
+constexpr int kBoxSpacing = 3;
 // The extra columns are narrow: their titles are short.
 constexpr std::array<const char*, kPickColumns> kTitles = {"第一柱", "第二柱", "第三柱", "第四柱", "五柱",
                                                            "六柱",   "七柱",   "八柱",   "九柱",   "十柱"};
@@ -40,7 +40,7 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(
   setAutoFillBackground(true);
 
   grid_->setContentsMargins(6, 8, 8, 8);
-  grid_->setSpacing(kSpacing);
+  grid_->setSpacing(kBoxSpacing);
   AddShownColumns();
   AddExtraColumns();
   for (int column = 0; column < kCellColumns; ++column) {

@@ -9,6 +9,9 @@
 
 namespace marlevo::access {
 
+// What stands for bytes that mean nothing in a page.
+inline constexpr std::string_view kUndecodable = "\uFFFD";
+
 class CodePage {
  public:
   // Null when this system does not know the page.
@@ -16,8 +19,8 @@ class CodePage {
 
   virtual ~CodePage() = default;
 
-  // Bytes that mean nothing in this page become U+FFFD, so that one bad byte (a character cut at the column's length)
-  // does not hide the rest.
+  // Bytes that mean nothing in this page become kUndecodable, so that one bad byte (a character cut at the column's
+  // length) does not hide the rest.
   virtual std::string Decode(std::string_view bytes) const = 0;
 
   // Nothing when the page lacks a character or `text` is not UTF-8.

@@ -16,7 +16,6 @@ namespace marlevo::access {
 namespace {
 
 constexpr int kMostRows = 400;  // of one table
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 bool IsValid(const CodePage& page, const std::shared_ptr<TableState>& table) {
   ScanState rows(table, {});
@@ -30,10 +29,10 @@ bool IsValid(const CodePage& page, const std::shared_ptr<TableState>& table) {
         continue;
       }
       std::string decoded = page.Decode(text);
-      if (text.size() == column.stored_length && decoded.ends_with(kReplacement)) {
-        decoded.resize(decoded.size() - kReplacement.size());  // a character cut at the column's length
+      if (text.size() == column.stored_length && decoded.ends_with(kUndecodable)) {
+        decoded.resize(decoded.size() - kUndecodable.size());  // a character cut at the column's length
       }
-      if (decoded.find(kReplacement) != std::string::npos) {
+      if (decoded.find(kUndecodable) != std::string::npos) {
         return false;
       }
     }

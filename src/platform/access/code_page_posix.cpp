@@ -10,8 +10,6 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::string_view kReplacement = "\uFFFD";
-
 struct CloseConverter {
   using pointer = iconv_t;
   void operator()(iconv_t converter) const { iconv_close(converter); }
@@ -42,7 +40,7 @@ class IconvCodePage : public CodePage {
   std::string Decode(std::string_view bytes) const override {
     std::string text = Convert(decoder_.get(), bytes);
     while (!bytes.empty()) {
-      text += kReplacement;
+      text += kUndecodable;
       bytes.remove_prefix(1);
       text += Convert(decoder_.get(), bytes);
     }

@@ -12,7 +12,7 @@ namespace {
 // What the bytes from 0x20 on weigh: the weight in the low byte; kAccentable for a letter that accents are counted
 // over; the accent in the highest digit. 0 stands for a letter that weighs as two, see TwoLetters.
 constexpr std::uint16_t kAccentable = 0x0100;
-constexpr int kAccentShift = 12;
+constexpr int kJet3AccentShift = 12;
 constexpr unsigned kFirstByte = 0x20;
 constexpr std::array<std::uint16_t, 256 - kFirstByte> kWeights = {
     // clang-format off
@@ -120,7 +120,7 @@ void AppendJet3TextKey(std::string_view text, Key& key) {
   Accents accents(key);
   const auto append = [&](std::uint16_t weight) {
     key.push_back(std::byte(weight & 0xFF));
-    if (const unsigned accent = weight >> kAccentShift; accent != 0) {
+    if (const unsigned accent = weight >> kJet3AccentShift; accent != 0) {
       accents.Accent(accent);
     } else if ((weight & kAccentable) != 0) {
       accents.Letter();

@@ -15,7 +15,7 @@ constexpr std::size_t kMaxKeyCharacters = 255;  // the rest of a longer text doe
 // have no weight of their own.
 constexpr char16_t kFirstLatin = 0x20;
 constexpr char16_t kSoftHyphen = 0xAD;
-constexpr int kAccentShift = 16;
+constexpr int kJet4AccentShift = 16;
 constexpr std::array<std::uint32_t, 0x100 - kFirstLatin> kLatin = {
     // clang-format off
     0x000007, 0x000009, 0x00000A, 0x00000C, 0x00000E, 0x000010, 0x000012, 0x000000,  // 20
@@ -149,7 +149,7 @@ std::optional<char16_t> AppendJet4TextKey(std::u16string_view text, Key& key) {
         key.push_back(std::byte(weight >> 8 & 0xFF));
       }
       key.push_back(std::byte(weight & 0xFF));
-      if (const std::uint32_t accent = weight >> kAccentShift; accent != 0) {
+      if (const std::uint32_t accent = weight >> kJet4AccentShift; accent != 0) {
         accents.resize(weighed, kNoAccent);
         accents.push_back(std::byte(accent));
       }

@@ -16,7 +16,7 @@ constexpr std::uint32_t kIndexMark = 1923;
 constexpr std::uint16_t kNoColumn = 0xFFFF;
 constexpr std::uint16_t kEndMark = 0xFFFF;
 constexpr std::size_t kIndexColumnSize = 3;
-constexpr std::size_t kMaxIndexes = 240;  // far above what the engine allows; their counters fit on one page
+constexpr std::size_t kMaxIndexesRead = 240;  // far above what the engine allows; their counters fit on one page
 
 class Reader {
  public:
@@ -120,10 +120,6 @@ void CheckNumbers(std::uint32_t page, const TableDefinition& table) {
     }
     seen[column.number] = true;
   }
-}
-
-bool IsLongValue(const ColumnDefinition& column) {
-  return column.shown.type == ColumnType::kMemo || column.shown.type == ColumnType::kOle;
 }
 
 class Writer {
@@ -254,7 +250,8 @@ TableDefinition ParseDefinition(const Format& format, const TextCodec& text, std
   const std::size_t logical_indexes = LoadU32(header + place.logical_indexes);
   const std::size_t real_indexes = LoadU32(header + place.real_indexes);
   if (columns > kMaxColumns || columns > table.max_columns || table.max_columns > kMaxColumns ||
-      table.variable_columns > table.max_columns || logical_indexes > kMaxIndexes || real_indexes > kMaxIndexes) {
+      table.variable_columns > table.max_columns || logical_indexes > kMaxIndexesRead ||
+      real_indexes > kMaxIndexesRead) {
     throw AccessError(page, "the table's definition has impossible counts");
   }
 
@@ -275,7 +272,9 @@ TableDefinition ParseDefinition(const Format& format, const TextCodec& text, std
   for (LogicalIndex& index : table.logical_indexes) {
     index.name = reader.TakeName(text);
   }
-  const std::ptrdiff_t long_values = std::ranges::count_if(table.columns, IsLongValue);
+  const std::ptrdiff_t long_values = std::ranges::count_if(table.columns, [](const ColumnDefinition& column) {
+    return column.shown.type == ColumnType::kMemo || column.shown.type == ColumnType::kOle;
+  });
   for (std::ptrdiff_t i = 0; i < long_values; ++i) {
     const std::uint16_t column = LoadU16(reader.Take(2));
     if (column == kEndMark) {
