@@ -10,6 +10,7 @@
 #include <functional>
 
 #include "board/frmMarlevo.h"
+#include "support/offscreen.h"
 #include "ui/application.h"
 
 namespace {
@@ -62,7 +63,7 @@ bool Row(const char* name, double limit, const std::function<void()>& prepare, c
 }  // namespace
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  marlevo::bench::UseNoScreen();
   marlevo::Application application(argc, argv);
   frmMarlevo board({});
   board.Form_Load();

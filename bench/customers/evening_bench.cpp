@@ -18,6 +18,7 @@
 #include "customers/prizes.h"
 #include "database/stores.h"
 #include "platform/database/connection.h"
+#include "support/offscreen.h"
 #include "support/scratch_folder.h"
 #include "ui/application.h"
 
@@ -86,7 +87,7 @@ struct Rows {
 }  // namespace
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  marlevo::bench::UseNoScreen();
   Application application(argc, argv);
   const testing_support::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "4star.mdb";

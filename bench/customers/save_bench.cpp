@@ -13,6 +13,7 @@
 #include "database/stores.h"
 #include "platform/database/connection.h"
 #include "support/largest_list.h"
+#include "support/offscreen.h"
 #include "support/scratch_folder.h"
 #include "ui/application.h"
 
@@ -61,7 +62,7 @@ double SaveWithSqlite(bench::SqliteStore& sqlite, const std::vector<StoredTicket
 }  // namespace
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  marlevo::bench::UseNoScreen();
   Application application(argc, argv);
   const testing_support::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "4star.mdb";

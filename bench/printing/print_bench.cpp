@@ -7,6 +7,7 @@
 
 #include "platform/printer/printer.h"
 #include "printing/slip_marks.h"
+#include "support/offscreen.h"
 #include "support/yardstick.h"
 
 namespace {
@@ -50,7 +51,7 @@ void PrintBare(const std::vector<std::vector<QRectF>>& pages, const QString& fil
 }  // namespace
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  marlevo::bench::UseNoScreen();
   const QApplication application(argc, argv);
   const QTemporaryDir folder;
   std::array<TicketList, kBetKinds> lists;
