@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QValidator>
+#include <utility>
 
 namespace marlevo {
 
@@ -22,12 +23,11 @@ class RoomValidator : public QValidator {
 
 }  // namespace
 
-void LimitBox(QLineEdit& box, std::optional<std::size_t> most,
-              const std::function<bool(std::string_view)>& has_room_for) {
+void LimitBox(QLineEdit& box, std::optional<std::size_t> most, std::function<bool(std::string_view)> has_room_for) {
   if (most) {
     box.setMaxLength(static_cast<int>(*most));
   }
-  box.setValidator(new RoomValidator(&box, has_room_for));
+  box.setValidator(new RoomValidator(&box, std::move(has_room_for)));
 }
 
 }  // namespace marlevo

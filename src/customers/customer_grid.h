@@ -14,7 +14,7 @@ namespace marlevo {
 
 // What of the customers is shown.
 enum class CustomerColumns {
-  kAll,            // all five fields, each column wide enough for every text; only a press, Enter or Space chooses
+  kAll,            // all five fields, each column as wide as its texts need; only a press, Enter or Space chooses
   kNumberAndName,  // two columns of fifteen "W" each; moving chooses
 };
 

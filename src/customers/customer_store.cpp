@@ -61,8 +61,8 @@ std::optional<std::size_t> CustomerStore::MostCharacters(CustomerField field) {
   return connection_.MostCharacters("CUSTOM_H", kFields[static_cast<std::size_t>(field)]);
 }
 
-bool CustomerStore::HasRoomFor(CustomerField field, std::string_view text) {
-  return connection_.HasRoomFor("CUSTOM_H", kFields[static_cast<std::size_t>(field)], text);
+std::function<bool(std::string_view)> CustomerStore::RoomIn(CustomerField field) {
+  return connection_.RoomIn("CUSTOM_H", kFields[static_cast<std::size_t>(field)]);
 }
 
 std::vector<RecordSummary> CustomerStore::RecordsOf(std::string_view number) {

@@ -40,8 +40,9 @@ class CustomerStore {
 
   // How many characters a field of a customer has at most; nothing when the file sets no limit.
   std::optional<std::size_t> MostCharacters(CustomerField field);
-  // Whether the file has room for the text: in an old file a Chinese character takes the room of two.
-  bool HasRoomFor(CustomerField field, std::string_view text);
+  // A function that tells whether the file has room for a text: in an old file a Chinese character takes the room of
+  // two.
+  std::function<bool(std::string_view text)> RoomIn(CustomerField field);
 
   // In the order in which the database gives them. Records without a stamp are left out.
   std::vector<RecordSummary> RecordsOf(std::string_view number);

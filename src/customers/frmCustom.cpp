@@ -155,8 +155,7 @@ void frmCustom::LimitBoxes() {
   const std::array<QLineEdit*, kCustomerFields> boxes = {txtCustom_No_, txtCustom_Name_, txtTEL1_, txtTEL2_, txtMemo1_};
   for (std::size_t i = 0; i < boxes.size(); ++i) {
     const auto field = static_cast<CustomerField>(i);
-    LimitBox(*boxes[i], store_.MostCharacters(field),
-             [this, field](std::string_view text) { return store_.HasRoomFor(field, text); });
+    LimitBox(*boxes[i], store_.MostCharacters(field), store_.RoomIn(field));
   }
 }
 
@@ -178,6 +177,9 @@ void frmCustom::mfgCustom_H_Click(int row) {
   txtTEL1_->setText(QString::fromStdString(customer.tel1));
   txtTEL2_->setText(QString::fromStdString(customer.tel2));
   txtMemo1_->setText(QString::fromStdString(customer.memo));
+  for (QLineEdit* box : {txtCustom_No_, txtCustom_Name_, txtTEL1_, txtTEL2_, txtMemo1_}) {
+    box->home(false);  // a long text is read from its beginning
+  }
   lstRecord_->Begin(customer.number);
   lstRecord_->Show(store_.RecordsOf(customer.number));
 }

@@ -85,7 +85,7 @@ void FitColumns(QTableView& grid, const TextModel& model, const std::vector<doub
     }
     const auto floor = static_cast<int>(least[static_cast<std::size_t>(column)] * unit);
     const int rest = column == last ? grid.viewport()->width() - before : 0;
-    const int chosen = std::max({widest + unit + unit / 2, floor, rest});
+    const int chosen = std::max(std::clamp(widest + unit + unit / 2, floor, 2 * floor), rest);
     grid.setColumnWidth(column, chosen);
     before += chosen;
   }

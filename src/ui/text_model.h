@@ -37,8 +37,9 @@ class TextModel : public QAbstractTableModel {
   Rows rows_;
 };
 
-// Makes each column as wide as its longest text, but at least least[j] times as wide as "W", and the last one at least
-// so wide that it fills the grid. A look at every text, but none is laid out: 5,000 rows take a millisecond.
+// Makes each column as wide as its longest text, but at least least[j] times as wide as "W", at most twice that, and
+// the last one at least so wide that it fills the grid. A look at every text, but none is laid out: 5,000 rows take a
+// millisecond.
 void FitColumns(QTableView& grid, const TextModel& model, const std::vector<double>& least);
 
 }  // namespace marlevo

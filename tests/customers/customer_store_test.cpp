@@ -175,8 +175,8 @@ TEST_F(CustomerStoreTest, KnowsHowMuchTheFileTakes) {
     name += "王";
   }
   for (CustomerStore* store : {&store_, &old}) {
-    EXPECT_TRUE(store->HasRoomFor(CustomerField::kName, name));
-    EXPECT_EQ(store->HasRoomFor(CustomerField::kName, name + "x"), store == &store_);
+    EXPECT_TRUE(store->RoomIn(CustomerField::kName)(name));
+    EXPECT_EQ(store->RoomIn(CustomerField::kName)(name + "x"), store == &store_);
     EXPECT_TRUE(store->Add({"A01", name, "", "", ""}));
   }
 }

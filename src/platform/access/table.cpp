@@ -100,9 +100,11 @@ bool Table::Delete(RowId row) {
   return InStatement(*state_, [&] { return state_->Delete(FromRowId(row)); });
 }
 
-std::optional<std::size_t> Table::LengthOf(std::size_t column, std::string_view text) const {
-  std::vector<std::byte> stored;
-  return state_->Text(column).Encode(text, false, stored);
+std::function<std::optional<std::size_t>(std::string_view)> Table::LengthCounter(std::size_t column) const {
+  return [codec = state_->Text(column)](std::string_view text) {
+    std::vector<std::byte> stored;
+    return codec.Encode(text, false, stored);
+  };
 }
 
 const std::vector<IndexView>& Table::Indexes() const {

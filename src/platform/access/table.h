@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -76,8 +77,9 @@ class Table {
   // False when there is no such row.
   bool Delete(RowId row);
 
-  // How long the text is as the column counts it (see Column::length); nothing when the file cannot store it.
-  std::optional<std::size_t> LengthOf(std::size_t column, std::string_view text) const;
+  // A function that tells how long a text is as the column counts it (see Column::length); nothing when the file cannot
+  // store it. It never looks at the file and may outlive it.
+  std::function<std::optional<std::size_t>(std::string_view)> LengthCounter(std::size_t column) const;
 
   // Those whose order is known.
   const std::vector<IndexView>& Indexes() const;

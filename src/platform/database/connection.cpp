@@ -140,11 +140,12 @@ class Connection::Session {
     }
   }
 
-  bool HasRoomFor(std::string_view table, std::string_view column, std::string_view text) const {
+  std::function<bool(std::string_view)> RoomIn(std::string_view table, std::string_view column) const {
     const access::Table opened = database_.OpenTable(table);
     const std::size_t place = ColumnPlace(opened, column);
     const access::Column& of = opened.Columns()[place];
-    return of.type != access::ColumnType::kText || opened.LengthOf(place, text) <= of.length;
+    return [limited = of.type == access::ColumnType::kText, most = of.length,
+            length = opened.LengthCounter(place)](std::string_view text) { return !limited || length(text) <= most; };
   }
 
  private:
@@ -341,9 +342,9 @@ std::optional<std::size_t> Connection::MostCharacters(std::string_view table, st
   return Reported(kReading, session.Subject(), [&] { return session.MostCharacters(table, column); });
 }
 
-bool Connection::HasRoomFor(std::string_view table, std::string_view column, std::string_view text) {
+std::function<bool(std::string_view)> Connection::RoomIn(std::string_view table, std::string_view column) {
   Session& session = Opened(kReading);
-  return Reported(kReading, session.Subject(), [&] { return session.HasRoomFor(table, column, text); });
+  return Reported(kReading, session.Subject(), [&] { return session.RoomIn(table, column); });
 }
 
 void Connection::Close() {

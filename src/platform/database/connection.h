@@ -66,9 +66,9 @@ class Connection {
   // How many characters a value of this column has at most: the length of a text column, the digits of an integer
   // column. Nothing for columns of other kinds. DatabaseError when there is no such column.
   std::optional<std::size_t> MostCharacters(std::string_view table, std::string_view column);
-  // Whether the text column has room for the text. An old file counts the bytes of its code page, two for a Chinese
-  // character, instead of characters.
-  bool HasRoomFor(std::string_view table, std::string_view column, std::string_view text);
+  // A function that tells whether the column has room for a text. An old file counts the bytes of its code page, two
+  // for a Chinese character, instead of characters. The function may outlive the connection.
+  std::function<bool(std::string_view text)> RoomIn(std::string_view table, std::string_view column);
 
   // Flush, then gives the file back. Every later call but Close is a DatabaseError.
   void Close();
