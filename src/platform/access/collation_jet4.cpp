@@ -100,6 +100,17 @@ constexpr std::size_t kFirstPosition = 7;
 constexpr std::size_t kPositionStep = 4;
 constexpr std::size_t kPositionBit = 0x8000;
 
+// Full-width forms weigh what their plain forms do.
+constexpr char16_t kFirstFullWidth = 0xFF01;
+constexpr char16_t kLastFullWidth = 0xFF5E;
+constexpr char16_t kFullWidthShift = kFirstFullWidth - u'!';
+
+char16_t Narrowed(char16_t character) {
+  return character >= kFirstFullWidth && character <= kLastFullWidth
+             ? static_cast<char16_t>(character - kFullWidthShift)
+             : character;
+}
+
 // 0 when there is none.
 unsigned IgnoredCode(char16_t character) {
   if (character == u'\'') {
@@ -143,7 +154,8 @@ std::optional<char16_t> AppendJet4TextKey(std::u16string_view text, Key& key) {
   Key accents;
   Key ignored;
   std::size_t weighed = 0;
-  for (const char16_t character : text) {
+  for (const char16_t stored : text) {
+    const char16_t character = Narrowed(stored);
     if (const std::uint32_t weight = Weight(character); weight != 0) {
       if ((weight & 0xFF00) != 0) {
         key.push_back(std::byte(weight >> 8 & 0xFF));
@@ -159,7 +171,7 @@ std::optional<char16_t> AppendJet4TextKey(std::u16string_view text, Key& key) {
       ignored.insert(ignored.end(),
                      {std::byte(position >> 8), std::byte(position & 0xFF), kIgnoredMark, std::byte(code)});
     } else {
-      return character;
+      return stored;
     }
   }
   key.push_back(kEndOfWeights);

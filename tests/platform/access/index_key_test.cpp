@@ -98,6 +98,7 @@ TEST(IndexKey, IsRightToTheByte) {
       {ColumnOf(kText, kJet4), u"\u6F22\u5B57\u4EEE\u540D\u4EA4\u6587"sv, "7fc0b6acaca00da5479fbeb6f60100"},
       {ColumnOf(kText, kJet4), u"\u4E00\u9FA5"sv, "7f9f02f1b40100"},
       {ColumnOf(kText, kJet4), u"a-b"sv, "7f4a4c01010101800b068200"},
+      {ColumnOf(kText, kJet4), u"\uFF41\uFF0D\uFF22"sv, "7f4a4c01010101800b068200"},
       {ColumnOf(kText, kJet4), u"\u00E9'"sv, "7f51010e010101800b068000"},
       {ColumnOf(kText, kJet4), u"-"sv, "7f010101018007068200"},
       {ColumnOf(kText, kJet4), u"\t\u0001\u001F\u0080"sv, "7f080301010101800b0603800b061c800b061e00"},
@@ -112,7 +113,7 @@ TEST(IndexKey, IsRightToTheByte) {
 }
 
 TEST(IndexKey, RefusesWhatItDoesNotKnow) {
-  for (const std::u16string_view text : {u"\u3042", u"\uFF21", u"\U00020000", u"\u0416"}) {
+  for (const std::u16string_view text : {u"\u3042", u"\u3000", u"\U00020000", u"\u0416"}) {
     EXPECT_THROW(KeyOf(ColumnOf(kText, kJet4), text), AccessError);
   }
   EXPECT_THROW(KeyOf(ColumnOf(kText, kAscii), AsBytes("\xA4\xA4")), AccessError);
