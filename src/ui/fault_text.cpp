@@ -32,6 +32,8 @@ QString FaultText(Fault kind) {
       return "資料庫裡已經有相同的資料，不能重複存入。";
     case Fault::kRelated:
       return "這筆資料和其他資料表有關聯：新增之前要先有它所屬的資料，刪除之前要先刪除用到它的資料。";
+    case Fault::kEmpty:
+      return "資料庫規定這個欄位一定要有內容，不能空白。請填好，再試一次。";
     case Fault::kTextTooLong:
       return "文字太長，超過欄位的長度。請縮短，再試一次。";
     case Fault::kNumber:

@@ -15,10 +15,6 @@ constexpr std::uint32_t kSystemObject = 0x8000'0000;
 constexpr std::uint32_t kHiddenSystemObject = 0x0000'0002;
 constexpr std::uint32_t kPageOfId = 0x00FF'FFFF;
 
-char ToLower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 std::size_t ColumnNamed(const TableState& table, std::string_view name) {
   const auto found = std::ranges::find(table.Columns(), name, &Column::name);
   if (found == table.Columns().end()) {
@@ -28,10 +24,6 @@ std::size_t ColumnNamed(const TableState& table, std::string_view name) {
 }
 
 }  // namespace
-
-bool SameName(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, ToLower, ToLower);
-}
 
 std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file) {
   const auto objects = TableState::Open(file, kObjectsPage, "MSysObjects");
@@ -47,6 +39,20 @@ std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file) {
                        .page = static_cast<std::uint32_t>(scan.Integer(id)) & kPageOfId});
   }
   return entries;
+}
+
+std::vector<std::byte> StoredProperties(const std::shared_ptr<File>& file, const CatalogEntry& table) {
+  const auto objects = TableState::Open(file, kObjectsPage, "MSysObjects");
+  const std::size_t id = ColumnNamed(*objects, "Id");
+  const std::size_t type = ColumnNamed(*objects, "Type");
+  const std::size_t properties = ColumnNamed(*objects, "LvProp");
+  for (ScanState scan(objects, {}); scan.Next();) {
+    if (scan.Integer(type) == kLocalTable && (static_cast<std::uint32_t>(scan.Integer(id)) & kPageOfId) == table.page) {
+      const Bytes stored = scan.IsNull(properties) ? Bytes() : scan.Raw(properties);
+      return {stored.begin(), stored.end()};
+    }
+  }
+  return {};
 }
 
 bool IsUserTable(const CatalogEntry& entry) {

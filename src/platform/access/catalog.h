@@ -25,10 +25,10 @@ std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file);
 // A table that people made, not the system's.
 bool IsUserTable(const CatalogEntry& entry);
 
-// Names of tables and columns are compared regardless of ASCII case.
-bool SameName(std::string_view a, std::string_view b);
-
 // Throws AccessError when there is no local table of that name.
 CatalogEntry FindTable(const std::shared_ptr<File>& file, std::string_view name);
+
+// What the catalog keeps of a local table beside its definition (see properties.h); often nothing.
+std::vector<std::byte> StoredProperties(const std::shared_ptr<File>& file, const CatalogEntry& table);
 
 }  // namespace marlevo::access

@@ -62,4 +62,13 @@ bool MayBeTraditionalChinese(const std::shared_ptr<File>& file) {
   });
 }
 
+void SettleCodePage(const std::shared_ptr<File>& file) {
+  if (file->IsCodePageDoubtful()) {
+    const pager::Reading reading(file->Pages());
+    if (MayBeTraditionalChinese(file)) {
+      file->SetCodePage(kTraditionalChinese);
+    }
+  }
+}
+
 }  // namespace marlevo::access

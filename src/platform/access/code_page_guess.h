@@ -14,4 +14,7 @@ inline constexpr int kTraditionalChinese = 950;
 // page. Where all of it is plain ASCII both pages are right, and Chinese can be added in one of them only.
 bool MayBeTraditionalChinese(const std::shared_ptr<File>& file);
 
+// Takes the texts for Traditional Chinese where the file's label is doubtful and they may be.
+void SettleCodePage(const std::shared_ptr<File>& file);
+
 }  // namespace marlevo::access

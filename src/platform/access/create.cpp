@@ -1,5 +1,4 @@
-// A new file: header, map of the file, the four system tables, the user's tables, and what the system tables say
-// of them.
+#include "platform/access/create.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +14,6 @@
 #include "platform/access/file.h"
 #include "platform/access/global_map.h"
 #include "platform/access/index_tree.h"
-#include "platform/access/system_tables.h"
 #include "platform/access/table_state.h"
 
 namespace marlevo::access {
@@ -38,139 +36,121 @@ std::int64_t SignedId(std::uint32_t id) {
   return static_cast<std::int32_t>(id);
 }
 
-// Writes what a database consists of, inside one statement.
-class Creator {
- public:
-  Creator(File& file, NewFile kind) : file_(file), format_(file.Layout()), kind_(kind) {}
+}  // namespace
 
-  void WriteFrame(std::string_view password) {
-    std::vector<std::byte> stored;
-    const std::optional<std::size_t> length = file_.Text(0).Encode(password, false, stored);
-    if (!length || stored.size() > format_.password_size) {
-      throw AccessError("a password has at most 20 characters");
-    }
-    {
-      const pager::PageEdit edit = file_.Change(file_.Pages().Append());
-      WriteHeader({.format = &format_,
-                   .encoding_key = kind_.encoding_key,
-                   .code_page = kind_.code_page,
-                   .password = std::string(AsText(stored))},
-                  kCreationDate, edit.Bytes());
-    }
-    {
-      const pager::PageEdit edit = file_.Change(file_.Pages().Append());
-      FormatDataPage(format_, edit.Bytes(), kOwnerGlobalMap);
-      std::vector<std::byte> row(format_.usual_map_row);
-      std::fill(row.begin() + 5, row.end(), std::byte{0xFF});
-      AppendRow(format_, edit.Bytes(), row);
-      AppendRow(format_, edit.Bytes(), std::vector<std::byte>(row.size()));  // every file has it; of unknown use
-    }
-    std::vector<SystemTable> tables = SystemTables(format_);
-    for (std::size_t i = 0; i < tables.size(); ++i) {
-      file_.Pages().Append();  // their pages are given by the header
-    }
-    for (std::uint32_t page = 0; page < file_.Pages().PageCount(); ++page) {
-      GlobalMap(file_).Remove(page);
-    }
-    std::uint32_t page = kObjectsPage;
-    for (SystemTable& table : tables) {
-      WriteDefinition(page++, table.definition);
-    }
+Creator::Creator(File& file, const NewFile& kind, std::string_view password)
+    : file_(file), format_(file.Layout()), kind_(kind), now_(Now()) {
+  WriteHeaderPage(password);
+  WriteMapOfFile();
+  std::vector<SystemTable> tables = SystemTables(format_);
+  for (std::size_t i = 0; i < tables.size(); ++i) {
+    file_.Pages().Append();  // their pages are given by the header
   }
-
-  // The definition's first page.
-  std::uint32_t WriteTable(const TableSchema& schema) {
-    std::vector<ColumnDefinition> columns;
-    for (const ColumnSchema& column : schema.columns) {
-      columns.push_back(NewColumn(format_, column));
-    }
-    TableDefinition definition = LayOutTable(kUserTable, columns);
-    for (const IndexSchema& index : schema.indexes) {
-      AddIndex(definition, index);
-    }
-    const std::uint32_t page = file_.TakePage();
-    WriteDefinition(page, definition);
-    return page;
+  for (std::uint32_t page = 0; page < file_.Pages().PageCount(); ++page) {
+    GlobalMap(file_).Remove(page);
   }
-
- private:
-  void WriteDefinition(std::uint32_t page, TableDefinition& definition) {
-    for (ColumnDefinition& column : definition.columns) {
+  std::uint32_t page = kObjectsPage;
+  for (SystemTable& table : tables) {
+    for (ColumnDefinition& column : table.definition.columns) {
       column.code_page = static_cast<std::uint16_t>(kind_.code_page);
     }
-    definition.owned_map = NewMap();
-    definition.free_map = NewMap();
-    for (LongValueMaps& maps : definition.long_value_maps) {
-      maps.owned = NewMap();
-      maps.free = NewMap();
-    }
-    for (RealIndex& index : definition.real_indexes) {
-      index.owned_map = NewMap();
-      index.root = file_.TakePage();
-      UsageMap(file_, index.owned_map).Add(index.root);
-      IndexTree(file_, page, index.root, index.owned_map).Clear();
-    }
-    WriteDefinitionPages(file_, page, BuildDefinition(format_, file_.Text(0), definition));
+    WriteDefinition(page++, table.definition);
   }
+  objects_ = TableState::Open(file_.shared_from_this(), kObjectsPage, "MSysObjects");
+  permissions_ = TableState::Open(file_.shared_from_this(), kObjectsPage + 1, "MSysACEs");
+  for (const SystemObject& object : SystemObjects(format_)) {
+    Register(object);
+  }
+  Permit(SystemPermissions());
+}
 
-  RowPointer NewMap() {
-    const std::vector<std::byte> row(format_.usual_map_row);
-    if (map_page_ != 0) {
-      const pager::PageEdit edit = file_.Change(map_page_);
-      if (DataPage(format_, map_page_, edit.Bytes()).Room() >= row.size() + 2) {
-        return {map_page_, AppendRow(format_, edit.Bytes(), row)};
-      }
-    }
-    map_page_ = file_.TakePage();
+void Creator::WriteHeaderPage(std::string_view password) {
+  std::vector<std::byte> stored;
+  const std::optional<std::size_t> length = file_.Text(0).Encode(password, false, stored);
+  if (!length || stored.size() > format_.password_size) {
+    throw AccessError("a password has at most 20 characters");
+  }
+  const pager::PageEdit edit = file_.Change(file_.Pages().Append());
+  WriteHeader({.format = &format_,
+               .encoding_key = kind_.encoding_key,
+               .code_page = kind_.code_page,
+               .password = std::string(AsText(stored))},
+              kCreationDate, edit.Bytes());
+}
+
+void Creator::WriteMapOfFile() {
+  const pager::PageEdit edit = file_.Change(file_.Pages().Append());
+  FormatDataPage(format_, edit.Bytes(), kOwnerGlobalMap);
+  std::vector<std::byte> row(format_.usual_map_row);
+  std::fill(row.begin() + 5, row.end(), std::byte{0xFF});
+  AppendRow(format_, edit.Bytes(), row);
+  AppendRow(format_, edit.Bytes(), std::vector<std::byte>(row.size()));  // every file has it; of unknown use
+}
+
+void Creator::AddTable(const std::string& name, TableDefinition definition, Bytes properties) {
+  const std::uint32_t page = file_.TakePage();
+  WriteDefinition(page, definition);
+  Register({page, kTablesId, name, kLocalTable, 0, kAdminSid}, properties);
+  Permit(UserTablePermissions(page));
+}
+
+void Creator::WriteDefinition(std::uint32_t page, TableDefinition& definition) {
+  definition.owned_map = NewMap();
+  definition.free_map = NewMap();
+  for (LongValueMaps& maps : definition.long_value_maps) {
+    maps.owned = NewMap();
+    maps.free = NewMap();
+  }
+  for (RealIndex& index : definition.real_indexes) {
+    index.owned_map = NewMap();
+    index.root = file_.TakePage();
+    UsageMap(file_, index.owned_map).Add(index.root);
+    IndexTree(file_, page, index.root, index.owned_map).Clear();
+  }
+  WriteDefinitionPages(file_, page, BuildDefinition(format_, file_.Text(0), definition));
+}
+
+RowPointer Creator::NewMap() {
+  const std::vector<std::byte> row(format_.usual_map_row);
+  if (map_page_ != 0) {
     const pager::PageEdit edit = file_.Change(map_page_);
-    FormatDataPage(format_, edit.Bytes(), kOwnerUsageMaps);
-    return {map_page_, AppendRow(format_, edit.Bytes(), row)};
-  }
-
-  File& file_;
-  const Format& format_;
-  NewFile kind_;
-  std::uint32_t map_page_ = 0;  // where the last map was put
-};
-
-// Writes the rows of the two system tables that say which objects there are and who may use them.
-class Registrar {
- public:
-  explicit Registrar(File& file)
-      : format_(file.Layout()),
-        objects_(TableState::Open(file.shared_from_this(), kObjectsPage, "MSysObjects")),
-        permissions_(TableState::Open(file.shared_from_this(), kObjectsPage + 1, "MSysACEs")),
-        now_(Now()) {}
-
-  void Register(const SystemObject& object) {
-    std::vector<Value> row(objects_->Columns().size());
-    row[0] = SignedId(object.id);
-    row[1] = SignedId(object.parent);
-    row[2] = object.name;
-    row[3] = std::int64_t{object.type};
-    row[4] = now_;
-    row[5] = now_;
-    const Sid owner = StoredSid(format_, object.owner);
-    row[6] = Bytes(owner);
-    row[7] = SignedId(object.flags);
-    objects_->Insert(row);
-  }
-
-  void Permit(const std::vector<Permission>& permissions) {
-    for (const Permission& permission : permissions) {
-      const Sid who = StoredSid(format_, permission.who);
-      const std::array<Value, 4> row{SignedId(permission.object), Bytes(who), SignedId(permission.rights),
-                                     permission.inheritable};
-      permissions_->Insert(row);
+    if (DataPage(format_, map_page_, edit.Bytes()).Room() >= row.size() + 2) {
+      return {map_page_, AppendRow(format_, edit.Bytes(), row)};
     }
   }
+  map_page_ = file_.TakePage();
+  const pager::PageEdit edit = file_.Change(map_page_);
+  FormatDataPage(format_, edit.Bytes(), kOwnerUsageMaps);
+  return {map_page_, AppendRow(format_, edit.Bytes(), row)};
+}
 
- private:
-  const Format& format_;
-  std::shared_ptr<TableState> objects_;
-  std::shared_ptr<TableState> permissions_;
-  double now_;
-};
+void Creator::Register(const SystemObject& object, Bytes properties) {
+  std::vector<Value> row(objects_->Columns().size());
+  row[0] = SignedId(object.id);
+  row[1] = SignedId(object.parent);
+  row[2] = object.name;
+  row[3] = std::int64_t{object.type};
+  row[4] = now_;
+  row[5] = now_;
+  const Sid owner = StoredSid(format_, object.owner);
+  row[6] = Bytes(owner);
+  row[7] = SignedId(object.flags);
+  if (!properties.empty()) {
+    row[kPropertiesColumn] = properties;
+  }
+  objects_->Insert(row);
+}
+
+void Creator::Permit(const std::vector<Permission>& permissions) {
+  for (const Permission& permission : permissions) {
+    const Sid who = StoredSid(format_, permission.who);
+    const std::array<Value, 4> row{SignedId(permission.object), Bytes(who), SignedId(permission.rights),
+                                   permission.inheritable};
+    permissions_->Insert(row);
+  }
+}
+
+namespace {
 
 void CheckNames(const std::vector<TableSchema>& tables) {
   for (auto table = tables.begin(); table != tables.end(); ++table) {
@@ -189,6 +169,19 @@ void CheckNames(const std::vector<TableSchema>& tables) {
   }
 }
 
+TableDefinition DefinitionOf(const Format& format, const TableSchema& schema, int code_page) {
+  std::vector<ColumnDefinition> columns;
+  for (const ColumnSchema& column : schema.columns) {
+    columns.push_back(NewColumn(format, column));
+    columns.back().code_page = static_cast<std::uint16_t>(code_page);
+  }
+  TableDefinition definition = LayOutTable(kUserTable, columns);
+  for (const IndexSchema& index : schema.indexes) {
+    AddIndex(definition, index);
+  }
+  return definition;
+}
+
 }  // namespace
 
 Database Database::Create(const std::filesystem::path& path, std::string_view password,
@@ -196,17 +189,9 @@ Database Database::Create(const std::filesystem::path& path, std::string_view pa
   CheckNames(tables);
   const std::shared_ptr<File> file = File::Create(path, kind, files);
   Statement statement(file);
-  Creator creator(*file, kind);
-  creator.WriteFrame(password);
-  Registrar registrar(*file);
-  for (const SystemObject& object : SystemObjects(file->Layout())) {
-    registrar.Register(object);
-  }
-  registrar.Permit(SystemPermissions());
+  Creator creator(*file, kind, password);
   for (const TableSchema& table : tables) {
-    const std::uint32_t page = creator.WriteTable(table);
-    registrar.Register({page, kTablesId, table.name, kLocalTable, 0, kAdminSid});
-    registrar.Permit(UserTablePermissions(page));
+    creator.AddTable(table.name, DefinitionOf(file->Layout(), table, kind.code_page));
   }
   statement.Commit();
   file->Pages().Flush();

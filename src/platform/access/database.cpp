@@ -12,12 +12,7 @@ Database::Database(std::shared_ptr<File> file) : file_(std::move(file)) {}
 
 Database Database::Open(const std::filesystem::path& path, const OpenOptions& options, pager::FileSystem& files) {
   const std::shared_ptr<File> file = File::Open(path, options, files);
-  if (file->IsCodePageDoubtful()) {
-    const pager::Reading reading(file->Pages());
-    if (MayBeTraditionalChinese(file)) {
-      file->SetCodePage(kTraditionalChinese);
-    }
-  }
+  SettleCodePage(file);
   return Database(file);
 }
 
@@ -35,7 +30,13 @@ std::vector<std::string> Database::Tables() const {
 Table Database::OpenTable(std::string_view name) const {
   const pager::Reading reading(file_->Pages());
   const CatalogEntry entry = FindTable(file_, name);
-  return Table(TableState::Open(file_, entry.page, entry.name));
+  const std::shared_ptr<TableState> table = TableState::Open(file_, entry.page, entry.name);
+  try {
+    table->SetRules(StoredProperties(file_, entry));
+  } catch (const AccessError& error) {
+    table->RefuseWriting(std::string(": ") + error.what());
+  }
+  return Table(table);
 }
 
 bool Database::ReadOnly() const {

@@ -51,7 +51,7 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
   file->header_code_page_ = header.code_page;
   file->code_page_override_ = options.code_page;
   file->before_first_change_ = [path = files.Resolve(path), &files] { RequireClosedInAccess(path, files); };
-  if (!header.password.empty() &&
+  if (!options.any_password && !header.password.empty() &&
       file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
     throw AccessError("the password is not that of the database", Fault::kWrongPassword);
   }
@@ -63,6 +63,7 @@ std::shared_ptr<File> File::Create(const std::filesystem::path& path, NewFile ki
   std::shared_ptr<File> file(
       new File(format, pager::Pager::Create(path, PageFormatOf(format, kind.encoding_key), files)));
   file->header_code_page_ = kind.code_page;
+  file->code_page_override_ = kind.stored_code_page;
   return file;
 }
 

@@ -18,7 +18,7 @@ TextOrder OrderOf(const File& file, const ColumnDefinition& column) {
   if (file.Layout().version == 4) {
     return TextOrder::kGeneralJet4;
   }
-  return file.CodePageOf(column.code_page) == kWesternCodePage ? TextOrder::kGeneralJet3 : TextOrder::kAsciiJet3;
+  return OrderOfJet3Texts(file, column.code_page);
 }
 
 // Several logical indexes may share a real one; relationships have names that nobody has given.
@@ -43,6 +43,10 @@ KeyValue ValueOf(const File& file, const ColumnDefinition& column, Bytes stored,
 
 }  // namespace
 
+TextOrder OrderOfJet3Texts(const File& file, int code_page_label) {
+  return file.CodePageOf(code_page_label) == kWesternCodePage ? TextOrder::kGeneralJet3 : TextOrder::kAsciiJet3;
+}
+
 Index::Index(File& file, std::uint32_t page, const TableDefinition& table, std::size_t real_index)
     : file_(&file),
       page_(page),
@@ -62,6 +66,11 @@ Index::Index(File& file, std::uint32_t page, const TableDefinition& table, std::
       refusal_ = KeyRefusal(keys_.back());
     }
   }
+}
+
+bool Index::OrdersEveryText() const {
+  return std::ranges::none_of(
+      keys_, [](const KeyColumn& key) { return key.type == ColumnType::kText && key.order == TextOrder::kAsciiJet3; });
 }
 
 Index::RowKey Index::KeyOf(const RowView& row, std::span<const ColumnDefinition> columns) const {
@@ -125,7 +134,7 @@ bool Index::ForbidsTwice(const RowKey& key) const {
 
 void Index::CheckNew(RowKey& key) const {
   if (Is(kIndexRequired) && key.nulls > 0) {
-    throw ValueError("the index " + name_ + " does not allow an empty value in its columns");
+    throw ValueError("the index " + name_ + " does not allow an empty value in its columns", Fault::kEmpty);
   }
   key.taken = Lists(key) && Contains(key.key);
   if (key.taken && ForbidsTwice(key)) {

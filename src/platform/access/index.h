@@ -16,6 +16,9 @@
 
 namespace marlevo::access {
 
+// What is known of "General" for texts with this code-page label in a Jet 3 file.
+TextOrder OrderOfJet3Texts(const File& file, int code_page_label);
+
 class Index {
  public:
   // `page` is the table's definition page; the file outlives the index.
@@ -30,6 +33,10 @@ class Index {
 
   // Why it can neither be kept right nor be searched; empty when it can.
   const std::string& Refusal() const { return refusal_; }
+
+  // False when the order is known of a part of the characters only that the texts of the file can have by design: of
+  // a Jet 3 file in another code page than the Western one.
+  bool OrdersEveryText() const;
 
   struct RowKey {
     Key key;

@@ -40,26 +40,28 @@ RowEncoder::RowEncoder(const Format& format, const TableDefinition& definition, 
   });
 }
 
-MutableBytes RowEncoder::Encode(std::span<const Value> values) {
-  if (values.size() != definition_.columns.size()) {
-    throw ValueError(std::to_string(definition_.columns.size()) + " values are expected, not " +
-                     std::to_string(values.size()));
+// `append` appends the bytes of a column's value to cell_; it returns false where the column's bit is not set.
+template <typename AppendCell>
+MutableBytes RowEncoder::Build(std::size_t count, AppendCell append) {
+  if (count != definition_.columns.size()) {
+    throw ValueError(std::to_string(definition_.columns.size()) + " values are expected, not " + std::to_string(count));
   }
   builder_.Reset();
   long_cells_.clear();
   for (const std::size_t i : order_) {
     const ColumnDefinition& column = definition_.columns[i];
+    cell_.clear();
+    if (!append(i)) {
+      continue;
+    }
+    builder_.SetMask(column.number);
     if (column.shown.type == ColumnType::kBoolean) {
-      if (EncodeBoolean(column, values[i])) {
-        builder_.SetMask(column.number);
-      }
-    } else if (!std::holds_alternative<std::monostate>(values[i])) {
-      builder_.SetMask(column.number);
-      if (column.fixed) {
-        EncodeFixed(column, *texts_[i], values[i]);
-      } else {
-        EncodeVariable(column, *texts_[i], values[i]);
-      }
+      continue;
+    }
+    if (column.fixed) {
+      PutFixed(column);
+    } else {
+      PutVariable(column);
     }
   }
   std::vector<std::byte>& row = builder_.Finish();
@@ -70,42 +72,64 @@ MutableBytes RowEncoder::Encode(std::span<const Value> values) {
   return row;
 }
 
-void RowEncoder::EncodeFixed(const ColumnDefinition& column, const TextCodec& text, const Value& value) {
-  cell_.clear();
-  EncodeCell(column, text, value, cell_);
-  if (column.shown.type == ColumnType::kText) {
-    while (cell_.size() < column.stored_length) {
+MutableBytes RowEncoder::Encode(std::span<const Value> values) {
+  return Build(values.size(), [&](std::size_t i) {
+    const ColumnDefinition& column = definition_.columns[i];
+    if (column.shown.type == ColumnType::kBoolean) {
+      return EncodeBoolean(column, values[i]);
+    }
+    if (std::holds_alternative<std::monostate>(values[i])) {
+      return false;
+    }
+    EncodeCell(column, *texts_[i], values[i], cell_);
+    while (column.fixed && column.shown.type == ColumnType::kText && cell_.size() < column.stored_length) {
       cell_.push_back(std::byte{' '});
       if (format_.version == 4) {
         cell_.push_back(std::byte{0});
       }
     }
-  }
-  cell_.resize(column.stored_length);
+    cell_.resize(column.fixed ? column.stored_length : cell_.size());
+    return true;
+  });
+}
+
+MutableBytes RowEncoder::EncodeStored(std::span<const std::optional<Bytes>> values) {
+  return Build(values.size(), [&](std::size_t i) {
+    const ColumnDefinition& column = definition_.columns[i];
+    if (!values[i]) {
+      return false;
+    }
+    if (column.fixed && column.shown.type != ColumnType::kBoolean && values[i]->size() != column.stored_length) {
+      throw AccessError(
+          "a row's value of column " + column.shown.name + " has only " + std::to_string(values[i]->size()) + " bytes",
+          Fault::kDamaged);
+    }
+    cell_.assign(values[i]->begin(), values[i]->end());
+    return true;
+  });
+}
+
+void RowEncoder::PutFixed(const ColumnDefinition& column) {
   std::ranges::copy(cell_, builder_.Fixed(column.fixed_offset, cell_.size()).begin());
 }
 
-void RowEncoder::EncodeVariable(const ColumnDefinition& column, const TextCodec& text, const Value& value) {
-  cell_.clear();
+void RowEncoder::PutVariable(const ColumnDefinition& column) {
   if (IsLongValue(column.shown.type)) {
-    EncodeLong(column, text, value);
-  } else {
-    EncodeCell(column, text, value, cell_);
+    PutLong(column);
   }
   builder_.AddVariable(column.variable_index, cell_);
 }
 
-void RowEncoder::EncodeLong(const ColumnDefinition& column, const TextCodec& text, const Value& value) {
-  std::vector<std::byte> content;
-  EncodeCell(column, text, value, content);
-  if (content.empty()) {
+void RowEncoder::PutLong(const ColumnDefinition& column) {
+  if (cell_.empty()) {
     return;
   }
-  if (FitsInRow(content.size())) {
-    cell_ = InlineLongValue(content);
+  if (FitsInRow(cell_.size())) {
+    cell_ = InlineLongValue(cell_);
     return;
   }
-  cell_.resize(kLongValueHeader);
+  std::vector<std::byte> content(kLongValueHeader);
+  content.swap(cell_);
   long_cells_.push_back({&column, builder_.Size(), std::move(content)});
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -28,20 +29,27 @@ class RowEncoder {
   // whole row does not fit.
   MutableBytes Encode(std::span<const Value> values);
 
+  // The same of values as another table with this definition stores them: nothing where one is null, no bytes of a
+  // Boolean that is true, of a Memo or Ole those of the value itself. Throws AccessError when a fixed value has not the
+  // length of its column.
+  MutableBytes EncodeStored(std::span<const std::optional<Bytes>> values);
+
   // Of the last row; their places are still empty.
   const std::vector<LongCell>& LongCells() const { return long_cells_; }
 
  private:
-  void EncodeFixed(const ColumnDefinition& column, const TextCodec& text, const Value& value);
-  void EncodeVariable(const ColumnDefinition& column, const TextCodec& text, const Value& value);
-  void EncodeLong(const ColumnDefinition& column, const TextCodec& text, const Value& value);
+  template <typename AppendCell>
+  MutableBytes Build(std::size_t count, AppendCell append);
+  void PutFixed(const ColumnDefinition& column);
+  void PutVariable(const ColumnDefinition& column);
+  void PutLong(const ColumnDefinition& column);
 
   const Format& format_;
   const TableDefinition& definition_;
   std::vector<const TextCodec*> texts_;
   std::vector<std::size_t> order_;  // fixed columns, then variable ones as they follow each other in the row
   RowBuilder builder_;
-  std::vector<std::byte> cell_;
+  std::vector<std::byte> cell_;  // the bytes of the column on its way
   std::vector<LongCell> long_cells_;
 };
 

@@ -50,6 +50,17 @@ std::uint32_t RowSpace::NewPage() {
 
 RowPointer RowSpace::Add(Bytes row) {
   last_ = PageWithRoom(row.size());
+  return PutOnLast(row);
+}
+
+RowPointer RowSpace::Append(Bytes row) {
+  if (last_ == 0 || !HasRoom(last_, row.size())) {
+    last_ = NewPage();
+  }
+  return PutOnLast(row);
+}
+
+RowPointer RowSpace::PutOnLast(Bytes row) {
   const pager::PageEdit edit = file_->Change(last_);
   const RowPointer added{last_, AppendRow(file_->Layout(), edit.Bytes(), row)};
   if (!WorthOffering(DataPage(file_->Layout(), last_, edit.Bytes()))) {

@@ -21,6 +21,8 @@ class RowSpace {
 
   // The row has been checked to fit on a page.
   RowPointer Add(Bytes row);
+  // Behind all rows that were added this way before, whatever room is left elsewhere.
+  RowPointer Append(Bytes row);
 
   // The row exists. A page that has no rows left is given back to the file.
   void Remove(RowPointer row);
@@ -32,6 +34,7 @@ class RowSpace {
   bool HasRoom(std::uint32_t page, std::size_t size) const;
   std::uint32_t PageWithRoom(std::size_t size);
   std::uint32_t NewPage();
+  RowPointer PutOnLast(Bytes row);
   bool WorthOffering(const DataPage& page) const;
 
   File* file_;

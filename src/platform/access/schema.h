@@ -2,6 +2,7 @@
 // 2000-2003).
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -18,6 +19,9 @@ struct OpenOptions {
   // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 936). Without one, a file whose label says
   // Western (1252) is taken as Traditional Chinese (950) when its texts can be that.
   std::optional<int> code_page;
+  // Opens the file with the password that its own header tells, for whoever looks after a file: the password keeps
+  // nobody out who can read the file.
+  bool any_password = false;
 };
 
 // What Database::Create makes.
@@ -25,6 +29,8 @@ struct NewFile {
   int version = 4;                 // 4: Jet 4; 3: Jet 3
   int code_page = 1252;            // of the texts of a Jet 3 file
   std::uint32_t encoding_key = 0;  // other than 0: the pages are encoded with it
+  // Of a Jet 3 file, when its texts shall not be in the code page that its label names; see OpenOptions.
+  std::optional<int> stored_code_page = {};
 };
 
 // The numbers are those of the file.
@@ -46,6 +52,12 @@ enum class ColumnType : std::uint8_t {
   // The engine's internal types (0x0D, 0x0E, 0x11) are read as bytes and never written.
 };
 
+// Names of tables and columns are compared regardless of ASCII case.
+inline bool SameName(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return std::ranges::equal(a, b, {}, lower, lower);
+}
+
 // One cell, borrowed: texts (UTF-8) and bytes belong to somebody else and are only looked at during the call.
 // The kinds that a column gives and takes:
 //   Boolean                  bool (takes also the integers 0, 1 and -1)
@@ -65,6 +77,10 @@ struct Column {
   // Ole.
   std::size_t length;
   bool autonumber;  // null inserts the next number
+  // What Access's table design says of the column:
+  bool required = false;           // null is refused
+  bool empty_allowed = true;       // an empty text is taken
+  std::string default_value = {};  // an expression of Access; see DefaultOf in properties.h
 };
 
 // What Database::Create makes of a table. `length` is needed for Text (1..255 characters) and Binary (1..255 bytes)

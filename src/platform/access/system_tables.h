@@ -41,6 +41,7 @@ inline constexpr Sid kSidMask{std::byte{0xA5}, std::byte{0x32}};  // of that dat
 Sid StoredSid(const Format& format, Sid sid);
 
 // Rows of MSysObjects.
+inline constexpr std::size_t kPropertiesColumn = 14;  // "LvProp": see properties.h
 inline constexpr std::uint32_t kRootId = 0x0F00'0000;
 inline constexpr std::uint32_t kTablesId = 0x0F00'0001;
 

@@ -6,11 +6,13 @@
 #include "platform/access/cell.h"
 #include "platform/access/definition_pages.h"
 #include "platform/access/long_value.h"
+#include "platform/access/properties.h"
 
 namespace marlevo::access {
 
 namespace {
 
+constexpr const char* kRuleAdvice = ", which only Access can check; open the file in Access and remove the rule";
 constexpr std::size_t kLongestPath = 16;  // Access moves a row once; more than a few pointers is damage
 
 std::vector<Column> ShownColumns(const TableDefinition& definition) {
@@ -119,6 +121,34 @@ std::string TableState::FindWriteRefusal() const {
   return {};
 }
 
+void TableState::RefuseWriting(const std::string& why) {
+  if (write_refusal_.empty()) {
+    write_refusal_ = "table " + name_ + why;
+  }
+}
+
+void TableState::SetRules(Bytes properties) {
+  write_refusal_ = FindWriteRefusal();
+  ruled_.clear();
+  TableRules rules = ReadRules(file_->Text(0), properties);
+  if (!rules.validation_rule.empty()) {
+    RefuseWriting(" has the validation rule " + rules.validation_rule + kRuleAdvice);
+  }
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    Column& column = columns_[i];
+    ColumnRules& of = rules.columns[column.name];
+    if (!of.validation_rule.empty()) {
+      RefuseWriting(" has the validation rule " + of.validation_rule + " in the column " + column.name + kRuleAdvice);
+    }
+    column.required = of.required && column.type != ColumnType::kBoolean;
+    column.empty_allowed = of.empty_allowed;
+    column.default_value = std::move(of.default_value);
+    if (column.required || !column.empty_allowed) {
+      ruled_.push_back(i);
+    }
+  }
+}
+
 void TableState::Refresh() {
   const std::uint64_t version = file_->Pages().Version();
   if (version == known_version_) {
@@ -137,6 +167,11 @@ void TableState::Refresh() {
 std::size_t TableState::RowCount() const {
   const pager::PageRef page = file_->Read(page_);
   return LoadU32(&page.Bytes()[file_->Layout().definition.rows]);
+}
+
+std::uint32_t TableState::LastAutonumber() const {
+  const pager::PageRef page = file_->Read(page_);
+  return LoadU32(&page.Bytes()[file_->Layout().definition.last_autonumber]);
 }
 
 std::vector<RowPointer> TableState::PathOf(RowPointer row) const {
@@ -159,25 +194,42 @@ std::vector<Value> TableState::WithAutonumber(std::span<const Value> values) con
   std::vector<Value> completed(values.begin(), values.end());
   if (autonumber_ && *autonumber_ < completed.size() &&
       std::holds_alternative<std::monostate>(completed[*autonumber_])) {
-    const pager::PageRef page = file_->Read(page_);
-    completed[*autonumber_] =
-        std::int64_t{Load<std::int32_t>(&page.Bytes()[file_->Layout().definition.last_autonumber])} + 1;
+    completed[*autonumber_] = std::int64_t{static_cast<std::int32_t>(LastAutonumber())} + 1;
   }
   return completed;
 }
 
-// The definition's counters after a row has come in.
-void TableState::CountInserted(std::span<const Value> values) {
+void TableState::CheckRules(std::span<const Value> values) const {
+  for (const std::size_t i : ruled_) {
+    const auto* text = std::get_if<std::string_view>(&values[i]);
+    if (columns_[i].required && std::holds_alternative<std::monostate>(values[i])) {
+      throw ValueError("column " + columns_[i].name + " requires a value", Fault::kEmpty);
+    }
+    if (!columns_[i].empty_allowed && text != nullptr && text->empty()) {
+      throw ValueError("column " + columns_[i].name + " does not take an empty text", Fault::kEmpty);
+    }
+  }
+}
+
+void TableState::StoreLongValues(MutableBytes row) {
+  for (const RowEncoder::LongCell& cell : encoder_.LongCells()) {
+    StoreLongValue(*file_, LongValueSpace(*cell.column), cell.value, row.subspan(cell.place, kLongValueHeader));
+  }
+}
+
+void TableState::CountRow() {
   const pager::PageEdit page = file_->Change(page_);
   std::byte* rows = &page.Bytes()[file_->Layout().definition.rows];
   StoreU32(rows, LoadU32(rows) + 1);
-  if (autonumber_) {
-    std::byte* last = &page.Bytes()[file_->Layout().definition.last_autonumber];
-    const Value& value = values[*autonumber_];
-    const auto* real = std::get_if<double>(&value);
-    const std::int64_t number = real != nullptr ? static_cast<std::int64_t>(*real) : std::get<std::int64_t>(value);
-    Store(last, std::max(Load<std::int32_t>(last), static_cast<std::int32_t>(number)));
-  }
+}
+
+void TableState::CountAutonumber(std::span<const Value> values) {
+  const pager::PageEdit page = file_->Change(page_);
+  std::byte* last = &page.Bytes()[file_->Layout().definition.last_autonumber];
+  const Value& value = values[*autonumber_];
+  const auto* real = std::get_if<double>(&value);
+  const std::int64_t number = real != nullptr ? static_cast<std::int64_t>(*real) : std::get<std::int64_t>(value);
+  Store(last, std::max(Load<std::int32_t>(last), static_cast<std::int32_t>(number)));
 }
 
 RowPointer TableState::Insert(std::span<const Value> values) {
@@ -188,13 +240,26 @@ RowPointer TableState::Insert(std::span<const Value> values) {
     values = completed;
   }
   const MutableBytes row = encoder_.Encode(values);
+  CheckRules(values);
   indexes_.CheckNew(RowView(file_->Layout(), page_, row, HasVariableColumns()));
-  for (const RowEncoder::LongCell& cell : encoder_.LongCells()) {
-    StoreLongValue(*file_, LongValueSpace(*cell.column), cell.value, row.subspan(cell.place, kLongValueHeader));
-  }
+  StoreLongValues(row);
   const RowPointer added = rows_.Add(row);
   indexes_.Insert(ToRowId(added));
-  CountInserted(values);
+  CountRow();
+  if (autonumber_) {
+    CountAutonumber(values);
+  }
+  known_version_ = file_->Pages().Version();
+  return added;
+}
+
+RowPointer TableState::AppendStored(std::span<const std::optional<Bytes>> values) {
+  const MutableBytes row = encoder_.EncodeStored(values);
+  indexes_.CheckNew(RowView(file_->Layout(), page_, row, HasVariableColumns()));
+  StoreLongValues(row);
+  const RowPointer added = rows_.Append(row);
+  indexes_.Insert(ToRowId(added));
+  CountRow();
   known_version_ = file_->Pages().Version();
   return added;
 }

@@ -31,6 +31,7 @@ class TableState {
   const std::shared_ptr<File>& SharedStorage() const { return file_; }
   std::uint32_t Page() const { return page_; }
   const std::string& Name() const { return name_; }
+  // Without its counters, which change with every row.
   const TableDefinition& Definition() const { return definition_; }
   const std::vector<Column>& Columns() const { return columns_; }
   const TextCodec& Text(std::size_t column) const { return *texts_[column]; }
@@ -41,7 +42,14 @@ class TableState {
   const Index& SearchedIndex(std::size_t view) const { return indexes_.All()[searched_indexes_[view]]; }
   UsageMap OwnedPages() const { return rows_.Owned(); }
   std::size_t RowCount() const;
+  std::uint32_t LastAutonumber() const;  // that was handed out
   const std::string& WriteRefusal() const { return write_refusal_; }
+
+  // Takes in what the catalog keeps of the columns (see properties.h): which values Insert refuses. Rules that cannot
+  // be kept are a WriteRefusal. Throws AccessError when they cannot be read.
+  void SetRules(Bytes properties);
+  // Unless there is a reason already. `why` follows the table's name.
+  void RefuseWriting(const std::string& why);
 
   // Throws AccessError when somebody else has changed the columns since the table was opened.
   void Refresh();
@@ -51,6 +59,9 @@ class TableState {
 
   // Inside a statement. Without asking WriteRefusal.
   RowPointer Insert(std::span<const Value> values);
+  // A row of another table with this definition, see RowEncoder::EncodeStored; behind all others, whatever the rules of
+  // the columns say. The AutoNumber is not counted on.
+  RowPointer AppendStored(std::span<const std::optional<Bytes>> values);
   bool Delete(RowPointer row);
 
  private:
@@ -64,7 +75,10 @@ class TableState {
   void RemoveLongValues(RowPointer body);
   RowSpace& LongValueSpace(const ColumnDefinition& column);
   std::vector<Value> WithAutonumber(std::span<const Value> values) const;
-  void CountInserted(std::span<const Value> values);
+  void CheckRules(std::span<const Value> values) const;
+  void StoreLongValues(MutableBytes row);
+  void CountRow();
+  void CountAutonumber(std::span<const Value> values);
 
   std::shared_ptr<File> file_;
   std::uint32_t page_;
@@ -74,6 +88,7 @@ class TableState {
   std::vector<Column> columns_;
   std::vector<const TextCodec*> texts_;
   std::optional<std::size_t> autonumber_;  // that column
+  std::vector<std::size_t> ruled_;         // columns that do not take every value
   std::string write_refusal_;
   RowEncoder encoder_;
   RowSpace rows_;

@@ -24,6 +24,7 @@ enum class Fault {
   kNoTable,      // the file lacks a table
   kDuplicate,    // a unique index has the value already
   kRelated,      // rows of another table forbid it
+  kEmpty,        // a column that requires a value has none
   kTextTooLong,  // for its column
   kNumber,       // does not fit its column
   kCharacter,    // cannot be stored in the file

@@ -4,6 +4,7 @@
 
 #include "platform/database/connection.h"
 #include "platform/errors/operation_error.h"
+#include "platform/pager/read_only_files.h"
 
 namespace marlevo {
 
@@ -59,6 +60,11 @@ void RunStatements(const std::filesystem::path& file, std::istream& statements) 
     }
   }
   connection.Close();
+}
+
+std::vector<std::string> FaultsOf(const std::filesystem::path& file) {
+  pager::ReadOnlyFiles files;
+  return access::Database::Open(file, {.password = {}, .code_page = {}, .any_password = true}, files).Check();
 }
 
 }  // namespace marlevo

@@ -1,4 +1,4 @@
-// How a database file for this system is made and filled, outside of the system itself.
+// How a database file for this system is made, filled and checked, outside of the system itself.
 //
 //   NUMERIC    VOU_NO, NO1, NO2, NO3, NO4                                   Long
 //   CUSTOM_H   CUSTOM_NO Text 50; CUSTOM_NAME Text 100; TEL1, TEL2 Text 50; MEMO1 Text 255
@@ -11,6 +11,7 @@
 
 #include <filesystem>
 #include <istream>
+#include <string>
 #include <vector>
 
 #include "platform/access/database.h"
@@ -27,5 +28,9 @@ void MakeDatabase(const std::filesystem::path& file, access::NewFile kind = {});
 // Runs UTF-8 statements, one a line, through Connection::Execute, and makes them durable. Blank lines are skipped. At
 // the first that fails: DatabaseError with the number of its line in the reason; those before it have been executed.
 void RunStatements(const std::filesystem::path& file, std::istream& statements);
+
+// Structural faults, none when the file is sound (see access::Database::Check). Whatever password the file has. Nothing
+// is changed: also an interrupted change that a journal could undo is only an error. access::AccessError or a pager's.
+std::vector<std::string> FaultsOf(const std::filesystem::path& file);
 
 }  // namespace marlevo

@@ -222,33 +222,6 @@ INSTANTIATE_TEST_SUITE_P(Formats, IndexTreeTest, testing::ValuesIn(kFormats), Fo
 
 class TableIndexes : public NewFileTest {};
 
-TEST_F(TableIndexes, RefuseBeforeAnythingChanges) {
-  const Database database = Make({{"T",
-                                   {{"no", kText, 10}, {"n", kLong}, {"day", kDateTime}},
-                                   {{.name = "PrimaryKey", .columns = {{"no"}}, .primary_key = true},
-                                    {.name = "n", .columns = {{"n"}, {"day"}}, .unique = true}}}});
-  Table table = database.OpenTable("T");
-  InOneStatement(database, [&] {
-    table.Insert(Row{"A1"sv, {}, {}});
-    table.Insert(Row{"A2"sv, {}, {}});  // empty is not equal to empty
-    table.Insert(Row{"A3"sv, 1, 1.5});
-    const std::pair<Row, std::string> refused[] = {
-        {{"a1 "sv, {}, {}}, "the same value in the index PrimaryKey"},
-        {{{}, {}, {}}, "PrimaryKey does not allow an empty value"},
-        {{"A4"sv, 1, 1.5}, "the same value in the index n"},
-        {{"\xE3\x81\x82"sv, {}, {}}, "character U+3042"},
-        {{"\xF0\xA0\x80\x8B"sv, {}, {}}, "character U+D840"},
-    };
-    for (const auto& [row, reason] : refused) {
-      const std::string error = ErrorOf<ValueError>([&, &values = row] { table.Insert(values); });
-      EXPECT_NE(error.find(reason), std::string::npos) << error;
-    }
-    table.Insert(Row{"A4"sv, 1, 1.25});
-  });
-  EXPECT_EQ(RowsOf(table).size(), 4u);
-  EXPECT_EQ(Health(database), "sound");
-}
-
 // Access judges by them which index to use.
 TEST_F(TableIndexes, CountDifferentKeys) {
   const std::vector<IndexSchema> three{{.name = "n", .columns = {{"n"}}, .unique = true},
@@ -292,56 +265,6 @@ TEST_F(TableIndexes, RefuseValuesThatFillHalfAPage) {
     text[100] = static_cast<char>('a' + i % 26);
     insert("x");
   }
-  EXPECT_EQ(Health(database), "sound");
-}
-
-TEST_F(TableIndexes, StayRightInEncodedFiles) {
-  const fs::path path = CopyOfSample("db-enc.mdb", folder_.Path());
-  if (path.empty()) {
-    GTEST_SKIP() << kNoSamples;
-  }
-  {
-    Table table = Database::Open(path, {}).OpenTable("Table1");
-    for (int i = 0; i < 1000; ++i) {
-      table.Insert(Row{{}, "text"sv, i});  // the file counts on
-    }
-  }
-  const Database database = Database::Open(path, {});
-  const std::vector<std::string> rows = TextsOf(database.OpenTable("Table1"));
-  EXPECT_EQ(rows.size(), 1002u);
-  EXPECT_EQ(rows.back(), "1002 'text' 999");
-  EXPECT_EQ(Health(database), "sound");
-}
-
-TEST_F(TableIndexes, WalkWhileRowsComeAndGo) {
-  const Database database =
-      Make({{"T", {{"no", kText, 10}, {"n", kLong}}, {{.name = "no", .columns = {{"no"}, {"n", true}}}}}});
-  Table table = database.OpenTable("T");
-  std::mt19937 random(3);
-  std::vector<std::int64_t> expected;
-  for (int i = 0; i < 5000; ++i) {
-    const std::string no(1, static_cast<char>('A' + random() % 4));
-    table.Insert(Row{std::string_view(no), i});
-    if (no == "B") {
-      expected.insert(expected.begin(), i);
-    }
-  }
-  const auto walk = [&] {
-    std::vector<std::int64_t> seen;
-    for (Cursor cursor = table.Walk(0, Row{"b "sv}); cursor.Next();) {
-      seen.push_back(cursor.Integer(1));
-      if (seen.back() % 3 == 0) {
-        EXPECT_TRUE(table.Delete(cursor.Row()));
-        table.Insert(Row{"a"sv, seen.back()});
-      }
-    }
-    EXPECT_EQ(seen, expected);
-  };
-  InOneStatement(database, walk);
-  std::erase_if(expected, [](std::int64_t n) { return n % 3 == 0; });
-  walk();
-  EXPECT_FALSE(table.Walk(0, Row{"longer than ten"sv}).Next());
-  EXPECT_THROW(table.Walk(0, Row{"\xE3\x81\x82"sv}), ValueError);
   EXPECT_EQ(Health(database), "sound");
 }
 

@@ -299,32 +299,6 @@ TEST_P(AccessTable, WaitsForAccessToCloseTheFile) {
   EXPECT_FALSE(fs::exists(lock));
 }
 
-TEST_P(AccessTable, OpensOnlyWhatItUnderstands) {
-  static_cast<void>(Make({{"T", {{"n", kLong}}}}));
-  const std::string good = ReadFile(file_);
-  const auto open = [&](const std::string& content, const std::string& password = kPassword) {
-    std::ofstream(file_, std::ios::binary) << content;
-    return ErrorOf([&] {
-      const Database database = Database::Open(file_, {.password = password, .code_page = {}});
-      static_cast<void>(RowsOf(database.OpenTable("T")));
-    });
-  };
-  const std::size_t page = IsJet3() ? 2048 : 4096;
-  const auto with = [&good](std::size_t at, const std::string& bytes) {
-    std::string changed = good;
-    return changed.replace(at, bytes.size(), bytes);
-  };
-  EXPECT_EQ(open(good), "no error");
-  EXPECT_EQ(open(good, "Qorvat"), "the password is not that of the database");
-  EXPECT_EQ(open(good, ""), "the password is not that of the database");
-  for (const std::string& bad :
-       {std::string(), std::string("hello"), std::string(5000, '\0'), with(4, "Standard ACE DB"),
-        with(4, "MSISAM Database"), with(0x14, "\x02"), good.substr(0, page), good.substr(0, 2 * page),
-        good.substr(0, 9 * page), with(2 * page, std::string(page, '\0')), with(2 * page, std::string(page, '\xFF'))}) {
-    EXPECT_NE(open(bad), "no error") << bad.size();
-  }
-}
-
 TEST_P(AccessTable, TakesNamesWithoutAFolder) {
   const fs::path before = fs::current_path();
   fs::current_path(folder_.Path());

@@ -84,8 +84,8 @@ TEST_F(MakeDatabaseTest, SaysWhatIsWrongAndChangesNothing) {
   EXPECT_NE(bad.output.find("line 3"), std::string::npos) << bad.output;
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "none.mdb"));
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "new.mdb"));
-  for (const char* wrong :
-       {"", "--into", "--into a.mdb", "a b c", "--into a b c", "--unknown", "-x a", "--jet3", "--jet3 --into a b"}) {
+  for (const char* wrong : {"", "--into", "--into a.mdb", "a b c", "--into a b c", "--check", "--copy a", "--check a b",
+                            "--unknown", "-x a", "--jet3", "--jet3 --into a b"}) {
     const Outcome outcome = Make(wrong);
     EXPECT_EQ(outcome.status, 2) << wrong;
     EXPECT_NE(outcome.output.find("Usage"), std::string::npos) << wrong;
@@ -93,6 +93,33 @@ TEST_F(MakeDatabaseTest, SaysWhatIsWrongAndChangesNothing) {
   const Outcome help = Make("--help", "2>/dev/null");
   EXPECT_EQ(help.status, 0);
   EXPECT_NE(help.output.find("Usage"), std::string::npos);
+}
+
+TEST_F(MakeDatabaseTest, ChecksAndCopies) {
+  Write("two.sql", kTwoCustomers);
+  ASSERT_EQ(Make("--jet3 " + Quoted("two.mdb") + " " + Quoted("two.sql")).status, 0);
+  Write("two.ldb", "left behind");
+  Write("two.mdb-journal", "letters");
+  const Outcome copied = Make("--copy " + Quoted("two.mdb") + " " + Quoted("copy.mdb"), "2>&1");
+  EXPECT_EQ(copied.status, 0);
+  EXPECT_EQ(copied.output, "copied and compared: 3 tables, 2 rows, 10 values\n");
+  EXPECT_EQ(Customers("copy.mdb"), 2);
+  for (const char* there : {"copy.mdb", "two.mdb"}) {
+    EXPECT_EQ(Make("--copy " + Quoted("two.mdb") + " " + Quoted(there)).status, 1);
+  }
+  EXPECT_EQ(Make("--copy " + Quoted("none.mdb") + " " + Quoted("new.mdb")).status, 1);
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "new.mdb"));
+  EXPECT_EQ(Make("--check " + Quoted("two.mdb"), "2>&1").output, "sound\n");
+  std::fstream(folder_.Path() / "two.mdb", std::ios::binary | std::ios::in | std::ios::out)
+      .seekp(2 * 2048 + 12)
+      .put('\x55');
+  const std::string before = Shell("cat " + Quoted("two.mdb")).output;
+  const Outcome faults = Make("--check " + Quoted("two.mdb"), "2>&1");
+  EXPECT_EQ(faults.status, 1);
+  EXPECT_NE(faults.output.find("MSysObjects has 11 rows but counts 85"), std::string::npos) << faults.output;
+  EXPECT_EQ(Shell("cat " + Quoted("two.mdb")).output, before);
+  EXPECT_TRUE(std::filesystem::exists(folder_.Path() / "two.ldb"));
+  EXPECT_TRUE(std::filesystem::exists(folder_.Path() / "two.mdb-journal"));
 }
 
 TEST_F(MakeDatabaseTest, OtherReadersFindTheRows) {

@@ -1,0 +1,26 @@
+// Files that are looked at and surely not changed: each says that it may not be written, so that the pager neither
+// plays a journal back into it nor becomes its writer.
+#pragma once
+
+#include "platform/pager/file.h"
+
+namespace marlevo::pager {
+
+class ReadOnlyFiles : public FileSystem {
+ public:
+  // `files` outlives this, and this outlives every Pager that was opened with it.
+  explicit ReadOnlyFiles(FileSystem& files = NativeFiles()) : files_(files) {}
+
+  std::filesystem::path Resolve(const std::filesystem::path& path) override { return files_.Resolve(path); }
+  std::unique_ptr<File> Open(const std::filesystem::path& path) override;
+  // The others throw.
+  std::unique_ptr<File> Create(const std::filesystem::path& path) override;
+  void Remove(const std::filesystem::path& path) override;
+  void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override;
+  void SyncFolder(const std::filesystem::path& folder) override;
+
+ private:
+  FileSystem& files_;
+};
+
+}  // namespace marlevo::pager
