@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/access/properties.h"
 #include "platform/database/column_value.h"
 #include "platform/database/text_order.h"
 
@@ -23,10 +24,13 @@ constexpr char kTextOrder[] = "ACCESS";
 
 // What the tables of one SQLite connection share.
 struct File {
-  File(access::Database& opened, std::exception_ptr& first_failure) : database(opened), failure(first_failure) {}
+  File(access::Database& opened, std::exception_ptr& first_failure,
+       const std::optional<std::vector<std::string>>& named_columns)
+      : database(opened), failure(first_failure), named(named_columns) {}
 
   access::Database& database;
   std::exception_ptr& failure;
+  const std::optional<std::vector<std::string>>& named;
   std::optional<access::Statement> statement;  // open while SQLite changes rows
 };
 
@@ -44,6 +48,7 @@ struct VirtualTable : sqlite3_vtab {
   // One row on its way into the table, kept for its memory.
   std::vector<access::Value> values;
   std::vector<std::string> buffers;
+  std::vector<std::size_t> defaulted;  // columns that the statement leaves to their default values
 };
 
 struct TextCondition {
@@ -357,13 +362,28 @@ int Update(sqlite3_vtab* base, int count, sqlite3_value** arguments, sqlite3_int
     for (std::size_t i = 0; i < table.values.size(); ++i) {
       table.values[i] = ColumnValue(arguments[2 + i], table.table.Columns()[i].type, table.buffers[i]);
     }
+    for (const std::size_t i : table.defaulted) {
+      table.values[i] = access::DefaultOf(table.table.Columns()[i], table.buffers[i]);
+    }
     *id = static_cast<sqlite3_int64>(table.table.Insert(table.values));
   });
+}
+
+void FindDefaulted(VirtualTable& table) {
+  table.defaulted.clear();
+  const std::vector<access::Column>& columns = table.table.Columns();
+  for (std::size_t i = 0; table.file.named && i < columns.size(); ++i) {
+    const auto names = [&](const std::string& name) { return access::SameName(name, columns[i].name); };
+    if (!columns[i].default_value.empty() && std::ranges::none_of(*table.file.named, names)) {
+      table.defaulted.push_back(i);
+    }
+  }
 }
 
 int Begin(sqlite3_vtab* table) {
   return Guarded(TableOf(table).file, [&] {
     File& file = TableOf(table).file;
+    FindDefaulted(TableOf(table));
     file.statement.emplace(file.database.Begin());
   });
 }
@@ -415,9 +435,10 @@ void Check(sqlite3* sql, int code) {
 
 }  // namespace
 
-void AddAccessTables(sqlite3* sql, access::Database& database, std::exception_ptr& failure) {
+void AddAccessTables(sqlite3* sql, access::Database& database, std::exception_ptr& failure,
+                     const std::optional<std::vector<std::string>>& named) {
   Check(sql, sqlite3_create_collation_v2(sql, kTextOrder, SQLITE_UTF8, nullptr, Compare, nullptr));
-  const auto file = std::make_shared<File>(database, failure);
+  const auto file = std::make_shared<File>(database, failure, named);
   for (const std::string& name : database.Tables()) {
     auto module = std::make_unique<Module>(Module{file, name});
     Check(sql, sqlite3_create_module_v2(sql, name.c_str(), &kModule, module.release(),

@@ -12,14 +12,19 @@
 #include <sqlite3.h>
 
 #include <exception>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "platform/access/database.h"
 
 namespace marlevo {
 
-// `database` and `failure` must outlive `sql`. Whenever a call of SQLite fails because of the engine, `failure` holds
-// what the engine threw, unless it held something already. Throws std::runtime_error when SQLite refuses, and what the
-// engine throws.
-void AddAccessTables(sqlite3* sql, access::Database& database, std::exception_ptr& failure);
+// `database`, `failure` and `named` must outlive `sql`. `named`: the columns that the INSERT being run names; the
+// others get their default values. Nothing when it gives values for all columns. Whenever a call of SQLite fails
+// because of the engine, `failure` holds what the engine threw, unless it held something already. Throws
+// std::runtime_error when SQLite refuses, and what the engine throws.
+void AddAccessTables(sqlite3* sql, access::Database& database, std::exception_ptr& failure,
+                     const std::optional<std::vector<std::string>>& named);
 
 }  // namespace marlevo

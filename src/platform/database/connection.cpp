@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <utility>
@@ -11,7 +12,9 @@
 
 #include "platform/access/database.h"
 #include "platform/database/access_tables.h"
+#include "platform/database/column_value.h"
 #include "platform/database/recordset_rows.h"
+#include "platform/database/sql_words.h"
 #include "platform/database/sqlite_setup.h"
 #include "platform/pager/pager_error.h"
 
@@ -79,7 +82,7 @@ class Connection::Session {
         database_(access::Database::Open(std::u8string(source.file.begin(), source.file.end()),
                                          {source.password, source.code_page})),
         sql_(OpenSql()) {
-    AddAccessTables(sql_.get(), database_, failure_);
+    AddAccessTables(sql_.get(), database_, failure_, named_columns_);
     for (std::string& name : database_.Tables()) {
       tables_.insert(std::move(name));
     }
@@ -93,6 +96,7 @@ class Connection::Session {
     if (!changes_rows_) {
       throw std::runtime_error("not a statement that changes rows");
     }
+    named_columns_ = NamedColumns(text);
     OnDisk([&] { Step(statement.get()); });
   }
 
@@ -160,7 +164,7 @@ class Connection::Session {
   }
 
   // Called for everything that a statement would do, while it is compiled.
-  static int Authorize(void* self, int action, const char* first, const char*, const char*, const char*) {
+  static int Authorize(void* self, int action, const char* first, const char* second, const char*, const char*) {
     auto& session = *static_cast<Session*>(self);
     // SQLite's own list of tables, which it reads and updates to take in the declaration of a virtual table. It is
     // empty, and a statement that would change it is refused in any case.
@@ -169,7 +173,12 @@ class Connection::Session {
     }
     switch (action) {
       case SQLITE_SELECT:
+        return SQLITE_OK;
       case SQLITE_FUNCTION:
+        if (const std::string other = OtherMeaningOfFunction(second); !other.empty()) {
+          session.refusal_ = other;
+          return SQLITE_DENY;
+        }
         return SQLITE_OK;
       case SQLITE_READ:
         return session.Known(first);
@@ -191,10 +200,30 @@ class Connection::Session {
     return SQLITE_DENY;
   }
 
+  // Of some table, and no table has a text column of that name.
+  bool IsNumberColumn(std::string_view name) {
+    bool number = false;
+    for (const std::string& table : tables_) {
+      for (const access::Column& column : database_.OpenTable(table).Columns()) {
+        if (access::SameName(column.name, name)) {
+          number = KindOf(column.type) == SqlKind::kInteger || KindOf(column.type) == SqlKind::kReal;
+          if (!number) {
+            return false;
+          }
+        }
+      }
+    }
+    return number;
+  }
+
   StatementHandle Prepare(std::string_view text) {
     changes_rows_ = false;
     refusal_.clear();
     failure_ = nullptr;
+    const std::string other = OtherMeaning(text, [this](std::string_view name) { return IsNumberColumn(name); });
+    if (!other.empty()) {
+      throw FaultError(Fault::kOther, other + "; such statements are not run");
+    }
     sqlite3_stmt* compiled = nullptr;
     const char* rest = nullptr;
     const int code = sqlite3_prepare_v2(sql_.get(), text.data(), static_cast<int>(text.size()), &compiled, &rest);
@@ -268,7 +297,8 @@ class Connection::Session {
   std::string subject_;
   access::Database database_;
   std::exception_ptr failure_;
-  SqlHandle sql_;  // uses database_ and failure_
+  std::optional<std::vector<std::string>> named_columns_;  // of the INSERT being run
+  SqlHandle sql_;                                          // uses the three before it
   std::set<std::string, std::less<>> tables_;
   bool undone_ = false;
   // Of the statement being compiled.

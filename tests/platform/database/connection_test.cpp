@@ -1,7 +1,6 @@
 #include "platform/database/connection.h"
 
 #include <fstream>
-#include <iterator>
 #include <optional>
 
 #include "platform/access/database.h"
@@ -153,69 +152,6 @@ TEST_F(ConnectionTest, FindsByIndexWithoutAScan) {
   EXPECT_EQ(Rows(connection, "SELECT * FROM CUSTOM_D ORDER BY PLAY_SEQ DESC LIMIT 2", {"PLAY_SEQ"}), "3000\n2999\n");
   connection.Execute("DELETE FROM CUSTOM_D WHERE CUSTOM_NO='A90'");
   EXPECT_EQ(Rows(connection, "SELECT COUNT(*) AS N FROM CUSTOM_D WHERE CUSTOM_NO='A90'", {"N"}), "0\n");
-}
-
-TEST(ConnectionOpening, SaysWhyItCannotOpen) {
-  const testing_support::ScratchFolder folder;
-  const auto refusal = [&](const char* name) {
-    return Refusal("開啟資料庫", [&] { Connection(FileConnectionString(folder.Path() / name)); });
-  };
-  EXPECT_EQ(refusal("missing.mdb"), Fault::kMissing);
-  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "missing.mdb"));
-  EXPECT_NE(refusal("."), std::nullopt);  // systems differ in why a folder is no file
-  std::ofstream(folder.Path() / "text.mdb") << std::string(8192, 'x');
-  EXPECT_EQ(refusal("text.mdb"), Fault::kDamaged);
-  access::Database::Create(folder.Path() / "other.mdb", "Qorvat", {});
-  EXPECT_EQ(refusal("other.mdb"), Fault::kWrongPassword);
-  access::Database::Create(folder.Path() / "plain.mdb", "", {});
-  EXPECT_EQ(refusal("plain.mdb"), std::nullopt);
-}
-
-// Makes the last table of a new file one that lives elsewhere, by its type in the catalog.
-void CallLinked(const std::filesystem::path& file) {
-  using namespace std::string_view_literals;
-  std::ifstream in(file, std::ios::binary);
-  std::string bytes(std::istreambuf_iterator<char>(in), {});
-  constexpr auto kLocal = "\x01\x00\x00\x0F\x01\x00"sv;  // all tables' parent, then the type
-  const std::size_t at = bytes.find(kLocal);             // rows are stored backwards
-  ASSERT_NE(at, std::string::npos);
-  bytes[at + 4] = 6;
-  std::ofstream(file, std::ios::binary) << bytes;
-}
-
-TEST(ConnectionFaults, HaveTheirKind) {
-  using enum Fault;
-  using enum access::ColumnType;
-  const testing_support::ScratchFolder folder;
-  const std::filesystem::path file = folder.Path() / "kinds.mdb";
-  access::Database::Create(
-      file, "",
-      {{"T",
-        {{"A", kLong}, {"B", kText, 3}},
-        {{.name = "K", .columns = {{"A"}}, .primary_key = true}, {.name = "B", .columns = {{"B"}}}}},
-       {"LINKED", {{"A", kLong}}}});
-  CallLinked(file);
-  Connection connection(FileConnectionString(file));
-  connection.Execute("INSERT INTO T VALUES (2147483647,912)");
-  connection.Execute("INSERT INTO T VALUES ('-2147483648','彩彩彩')");
-  const auto refusal = [&](const std::string& values) {
-    return Refusal(connection, "INSERT INTO T VALUES (" + values + ")");
-  };
-  EXPECT_EQ(refusal("2147483647,'x'"), kDuplicate);
-  EXPECT_EQ(refusal("2,'彩彩彩彩'"), kTextTooLong);
-  EXPECT_EQ(refusal("2,'\xFF'"), kCharacter);
-  EXPECT_EQ(refusal("3,'あ'"), kNeedsAccess);
-  for (const char* values : {"2147483648,''", "-2147483649,''", "1.5,''", "1e300,''"}) {
-    EXPECT_EQ(refusal(values), kNumber) << values;
-  }
-  for (const char* values : {"'12a',''", "'',''", "x'31',''"}) {
-    EXPECT_EQ(refusal(values), kOther) << values;
-  }
-  EXPECT_EQ(Refusal(connection, "DELETE FROM LINKED"), kNeedsAccess);
-  EXPECT_EQ(Refusal(connection, "DELETE FROM U"), kNoTable);
-  EXPECT_EQ(Refusal(connection, "DELETE FROM sqlite_master"), kOther);
-  EXPECT_EQ(Refusal(connection, "DELETE FROM T WHERE C=1"), kOther);
-  EXPECT_EQ(Rows(connection, "SELECT * FROM T ORDER BY A", {"A", "B"}), "-2147483648|彩彩彩\n2147483647|912\n");
 }
 
 TEST(ConnectionColumns, ServesTablesOfEveryColumnType) {
