@@ -1,7 +1,7 @@
 # The Debian package. The program keeps its data beside its executable, so every user starts a copy of his own
 # (marlevo.sh); the package itself only holds what is the same for all.
 include(GNUInstallDirs)
-install(TARGETS marlevo RUNTIME DESTINATION lib/marlevo)
+install(TARGETS marlevo make_database RUNTIME DESTINATION lib/marlevo)
 install(FILES ${CMAKE_BINARY_DIR}/bin/4star.mdb DESTINATION ${CMAKE_INSTALL_DATADIR}/marlevo)
 install(PROGRAMS packaging/linux/marlevo.sh DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME marlevo)
 install(FILES packaging/linux/org.marlevo.Marlevo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)

@@ -34,6 +34,7 @@ VIAddVersionKey /LANG=${LANG_TRADCHINESE} "LegalCopyright" ""
 Section
   SetOutPath "$INSTDIR"
   File "${FOLDER}\marlevo.exe"
+  File "${FOLDER}\make_database.exe"
   File "${FOLDER}\使用手冊.html"
   File "${FOLDER}\LICENSE.txt"
   SetOverwrite off
@@ -57,6 +58,7 @@ SectionEnd
 
 Section "Uninstall"
   Delete "$INSTDIR\marlevo.exe"
+  Delete "$INSTDIR\make_database.exe"
   Delete "$INSTDIR\使用手冊.html"
   Delete "$INSTDIR\LICENSE.txt"
   Delete "$INSTDIR\uninstall.exe"

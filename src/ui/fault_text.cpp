@@ -15,7 +15,8 @@ QString FaultText(Fault kind) {
     case Fault::kNewerFormat:
       return "這是較新版本的 Access 資料庫。請用 Access 另存成 2002-2003 格式 (.mdb)。";
     case Fault::kNeedsAccess:
-      return "資料庫檔案用了本程式無法維護的功能，資料沒有變動。請用 Access 照下面的說明修改檔案，再試一次。";
+      return "資料庫檔案用了本程式無法維護的功能，資料沒有變動。請用 Access 照下面的說明修改檔案，"
+             "或照使用手冊「問題排除」用 make_database --copy 另存新檔，再試一次。";
     case Fault::kInUse:
       return "檔案正由另一個程式開啟，現在不能寫入。請關閉那個程式，再試一次。";
     case Fault::kDenied:
