@@ -19,6 +19,10 @@ QString FaultText(Fault kind) {
              "或照使用手冊「問題排除」用 make_database --copy 另存新檔，再試一次。";
     case Fault::kInUse:
       return "檔案正由另一個程式開啟，現在不能寫入。請關閉那個程式，再試一次。";
+    case Fault::kChanged:
+      return "另一個程式改動了這個檔案。剛才的操作沒有存入，那個程式存的資料都保留著。請再做一次。";
+    case Fault::kNotOurs:
+      return "檔案旁邊有一個別的程式的檔案，占用了本程式要用的檔名，現在不能寫入。請把它移走或改名，再試一次。";
     case Fault::kDenied:
       return "沒有權限讀寫，或者檔案、資料夾、磁碟是唯讀的。請解除唯讀或取得權限，再試一次。";
     case Fault::kDiskFull:

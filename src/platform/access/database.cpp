@@ -44,11 +44,11 @@ bool Database::ReadOnly() const {
 }
 
 void Database::Flush() {
-  file_->Pages().Flush();
+  file_->Flush();
 }
 
-void Database::Discard() noexcept {
-  file_->Pages().Discard();
+void Database::Discard(Fault reason) noexcept {
+  file_->Discard(reason);
 }
 
 std::vector<std::string> Database::Check() const {

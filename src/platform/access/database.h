@@ -2,7 +2,8 @@
 // same file open: they share its pages and see each other's completed statements. Not for use by several threads.
 //
 // Errors: AccessError (access_error.h) for what the file says, PagerError (pager/pager.h) for what the disk or the lock
-// says. After either the file holds what it held before the statement.
+// says. After either the file holds what it held before the statement. After an error of Fault::kChanged the Database
+// can only be opened anew.
 #pragma once
 
 #include <filesystem>
@@ -40,8 +41,8 @@ class Database {
 
   // Every completed statement is on the disk when this returns.
   void Flush();
-  // Undoes the completed statements that are not on the disk.
-  void Discard() noexcept;
+  // Undoes the completed statements that are not on the disk, for this reason.
+  void Discard(Fault reason) noexcept;
 
   // Structural faults of the whole file, one line each, none when it is sound: maps, counts, pages owned twice or by
   // nobody known, rows that do not parse. Reads every page.

@@ -13,24 +13,11 @@ namespace {
 constexpr int kWestern = 1252;  // of a Jet 3 file without any label
 
 pager::PageFormat PageFormatOf(const Format& format, std::uint32_t encoding_key) {
-  pager::PageFormat pages{.page_size = format.page_size, .crypt = {}};
+  pager::PageFormat pages{.page_size = format.page_size, .crypt = {}, .sign_of_use = ".ldb"};
   if (encoding_key != 0) {
     pages.crypt = [encoding_key](std::uint32_t page, MutableBytes bytes) { ApplyPageKey(encoding_key, page, bytes); };
   }
   return pages;
-}
-
-// Access keeps a file NAME.ldb while it has NAME.mdb open, and may leave one behind, which can then be removed.
-void RequireClosedInAccess(std::filesystem::path path, pager::FileSystem& files) {
-  path.replace_extension(".ldb");
-  try {
-    if (files.Open(path) != nullptr) {
-      files.Remove(path);
-    }
-  } catch (const pager::PagerError& error) {
-    throw AccessError(std::string("the file is open in Access; close it there and try again (") + error.what() + ")",
-                      Fault::kInUse);
-  }
 }
 
 }  // namespace
@@ -50,7 +37,6 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
   std::shared_ptr<File> file(new File(*header.format, pager));
   file->header_code_page_ = header.code_page;
   file->code_page_override_ = options.code_page;
-  file->before_first_change_ = [path = files.Resolve(path), &files] { RequireClosedInAccess(path, files); };
   if (!options.any_password && !header.password.empty() &&
       file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
     throw AccessError("the password is not that of the database", Fault::kWrongPassword);
@@ -102,22 +88,41 @@ const TextCodec& File::Text(int code_page_label) const {
 }
 
 void File::Begin() {
-  if (before_first_change_) {
-    before_first_change_();
-    before_first_change_ = {};
-  }
+  RequireKept();
   pager_->Begin();
   in_statement_ = true;
 }
 
 void File::Commit() {
+  const std::shared_ptr<const pager::Pager::Batch> batch = pager_->CurrentBatch();
   pager_->Commit();
   in_statement_ = false;
+  batch_ = batch;
 }
 
 void File::Rollback() noexcept {
   pager_->Rollback();
   in_statement_ = false;
+}
+
+void File::Flush() {
+  RequireKept();
+  pager_->Flush();
+}
+
+void File::Discard(Fault reason) noexcept {
+  pager_->Discard(reason);
+  batch_.reset();
+}
+
+void File::RequireKept() {
+  if (!batch_ || !batch_->lost) {
+    return;
+  }
+  const Fault reason = *batch_->lost;
+  batch_.reset();
+  throw AccessError("what was stored since the last flush has been undone, because another use of the file failed",
+                    reason);
 }
 
 std::uint32_t File::AppendPage() {

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -49,10 +48,15 @@ class File : public std::enable_shared_from_this<File> {
   // TableState::Open.
   std::weak_ptr<TableState>& TableSlot(std::uint32_t page) { return tables_[page]; }
 
+  // Statements of this File. Begin and Flush throw, once, when the statements before that were not flushed are lost,
+  // because another File failed to store the same pages.
   void Begin();
   void Commit();
   void Rollback() noexcept;
   bool InStatement() const { return in_statement_; }
+  void Flush();
+  // As Pager's. The caller knows that his own statements are undone.
+  void Discard(Fault reason) noexcept;
 
   // A new page at the end of the file. Throws AccessError when the file has the largest size of its format.
   std::uint32_t AppendPage();
@@ -64,16 +68,17 @@ class File : public std::enable_shared_from_this<File> {
  private:
   File(const Format& format, std::shared_ptr<pager::Pager> pager) : format_(&format), pager_(std::move(pager)) {}
 
+  void RequireKept();
   bool LooksUsed(std::uint32_t page) const;
 
   const Format* format_;
   std::shared_ptr<pager::Pager> pager_;
-  std::function<void()> before_first_change_;
   int header_code_page_ = 0;
   std::optional<int> code_page_override_;
   mutable std::map<int, TextCodec> codecs_;
   std::map<std::uint32_t, std::weak_ptr<TableState>> tables_;
   bool in_statement_ = false;
+  std::shared_ptr<const pager::Pager::Batch> batch_;  // to which the last statement belongs
 };
 
 }  // namespace marlevo::access

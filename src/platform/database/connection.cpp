@@ -89,8 +89,6 @@ class Connection::Session {
     sqlite3_set_authorizer(sql_.get(), &Session::Authorize, this);
   }
 
-  const std::string& Subject() const { return subject_; }
-
   void Execute(std::string_view text) {
     const StatementHandle statement = Prepare(text);
     if (!changes_rows_) {
@@ -272,8 +270,8 @@ class Connection::Session {
     undone_ = false;
     try {
       work();
-    } catch (const pager::PagerError&) {
-      database_.Discard();
+    } catch (const pager::PagerError& error) {
+      database_.Discard(error.Kind());
       undone_ = true;
       throw;
     }
@@ -306,35 +304,46 @@ class Connection::Session {
   std::string refusal_;
 };
 
-Connection::Connection(const std::string& connection_string) {
-  const DataSource source = ParseConnectionString(connection_string);
-  session_ = Reported(kOpening, source.file, [&] { return std::make_unique<Session>(source); });
+Connection::Connection(const std::string& connection_string) : source_(ParseConnectionString(connection_string)) {
+  session_ = Reported(kOpening, source_.file, [&] { return std::make_unique<Session>(source_); });
 }
 
 Connection::Connection(Connection&& other) noexcept = default;
 Connection& Connection::operator=(Connection&& other) noexcept = default;
 Connection::~Connection() = default;
 
-Connection::Session& Connection::Opened(const char* attempted) {
+template <typename Work>
+auto Connection::WithSession(const char* attempted, Work work) {
   if (!session_) {
     throw DatabaseError(attempted, "", "the connection is closed");
   }
-  return *session_;
+  try {
+    return Reported(attempted, source_.file, [&] { return work(*session_); });
+  } catch (const DatabaseError& error) {
+    outdated_ = outdated_ || error.Kind() == Fault::kChanged;
+    throw;
+  }
+}
+
+void Connection::OpenAnewIfOutdated() {
+  if (outdated_) {
+    session_ = Reported(kOpening, source_.file, [&] { return std::make_unique<Session>(source_); });
+    outdated_ = false;
+  }
 }
 
 void Connection::Execute(std::string_view sql) {
-  Session& session = Opened(kExecuting);
-  Reported(kExecuting, session.Subject(), [&] { session.Execute(sql); });
+  OpenAnewIfOutdated();
+  WithSession(kExecuting, [&](Session& session) { session.Execute(sql); });
 }
 
 Recordset Connection::Open(std::string_view sql) {
-  Session& session = Opened(kReading);
-  return Recordset(Reported(kReading, session.Subject(), [&] { return session.Read(sql); }));
+  OpenAnewIfOutdated();
+  return Recordset(WithSession(kReading, [&](Session& session) { return session.Read(sql); }));
 }
 
 void Connection::Flush() {
-  Session& session = Opened(kWriting);
-  Reported(kWriting, session.Subject(), [&] { session.Flush(); });
+  WithSession(kWriting, [](Session& session) { session.Flush(); });
 }
 
 void Connection::FlushAfter(const std::function<void()>& action) {
@@ -357,7 +366,7 @@ RowChange Connection::Replace(std::string_view find, std::string_view remove,
   try {
     Execute(make_insert());
   } catch (const DatabaseError& error) {
-    if (Opened(kExecuting).Undone()) {
+    if (session_->Undone()) {
       throw;
     }
     change.refusal.emplace(error.Attempted(), error.Subject(), error.what(), error.Kind(),
@@ -368,19 +377,20 @@ RowChange Connection::Replace(std::string_view find, std::string_view remove,
 }
 
 std::optional<std::size_t> Connection::MostCharacters(std::string_view table, std::string_view column) {
-  Session& session = Opened(kReading);
-  return Reported(kReading, session.Subject(), [&] { return session.MostCharacters(table, column); });
+  OpenAnewIfOutdated();
+  return WithSession(kReading, [&](Session& session) { return session.MostCharacters(table, column); });
 }
 
 std::function<bool(std::string_view)> Connection::RoomIn(std::string_view table, std::string_view column) {
-  Session& session = Opened(kReading);
-  return Reported(kReading, session.Subject(), [&] { return session.RoomIn(table, column); });
+  OpenAnewIfOutdated();
+  return WithSession(kReading, [&](Session& session) { return session.RoomIn(table, column); });
 }
 
 void Connection::Close() {
   if (session_) {
     Flush();
     session_.reset();
+    outdated_ = false;
   }
 }
 

@@ -12,7 +12,9 @@
 //
 // Every failure is a DatabaseError: subject is the file, what() the engine's own words. When the disk refuses, what was
 // executed since the last Flush and is not on the disk yet is undone with it, so it can be done again without being
-// stored twice.
+// stored twice. The same holds when another program, one that does not keep to the locks of this one, has changed,
+// replaced or removed the file: the statement is refused (Fault::kChanged), what the other program wrote stays as it
+// is, and the next statement opens the file anew.
 #pragma once
 
 #include <cstddef>
@@ -76,9 +78,14 @@ class Connection {
  private:
   class Session;
 
-  Session& Opened(const char* attempted);
+  // Does `work` with the session; its errors become DatabaseErrors.
+  template <typename Work>
+  auto WithSession(const char* attempted, Work work);
+  void OpenAnewIfOutdated();
 
+  DataSource source_;
   std::unique_ptr<Session> session_;
+  bool outdated_ = false;  // another program has changed the file, so that the session can do nothing more
 };
 
 }  // namespace marlevo

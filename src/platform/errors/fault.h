@@ -17,6 +17,8 @@ enum class Fault {
   kNewerFormat,  // of a version of Access that came later
   kNeedsAccess,  // the file has a feature that is not kept right; the words say what to change in Access
   kInUse,        // open for writing in another program
+  kChanged,      // by another program, while it was open here; what was to be stored is not, and can be done again
+  kNotOurs,      // a file of another program stands where this one's own has to be
   kDenied,       // file, folder or medium may not be read or written
   kDiskFull,
   kDiskFailed,   // the medium or the way to it

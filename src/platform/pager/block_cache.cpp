@@ -1,7 +1,6 @@
 #include "platform/pager/block_cache.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace marlevo::pager {
@@ -25,17 +24,6 @@ std::shared_ptr<const std::byte> BlockCache::Page(std::uint32_t page) {
   Block& block = blocks_[number];
   block.used = true;
   return {block.bytes, block.bytes.get() + page % pages_per_block_ * page_size_};
-}
-
-void BlockCache::Update(std::uint32_t page, std::span<const std::byte> bytes) {
-  const std::uint32_t number = page / pages_per_block_;
-  if (number >= blocks_.size() || !blocks_[number].bytes) return;
-  if (Free(number)) {
-    std::memcpy(blocks_[number].bytes.get() + page % pages_per_block_ * page_size_, bytes.data(), bytes.size());
-  } else {
-    // Whoever holds a page of it goes on seeing it as it was.
-    Evict(static_cast<std::size_t>(std::ranges::find(resident_, number) - resident_.begin()));
-  }
 }
 
 void BlockCache::Clear() {

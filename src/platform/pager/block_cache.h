@@ -24,8 +24,6 @@ class BlockCache {
 
   // Lives as long as the pointer. Throws what `load` throws.
   std::shared_ptr<const std::byte> Page(std::uint32_t page);
-  // The page has got this content in the file.
-  void Update(std::uint32_t page, std::span<const std::byte> bytes);
   void Clear();
 
  private:

@@ -7,8 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <span>
+#include <vector>
 
 #include "platform/pager/pager_error.h"
 
@@ -19,6 +22,16 @@ struct FileId {
   std::uint64_t volume = 0;
   std::uint64_t number = 0;
   auto operator<=>(const FileId&) const = default;
+};
+
+// What tells from outside whether somebody has written to a file. Two writes within one tick of the system's clock may
+// leave the same stamp; Windows gives the time of another program's writes only when that program closes the file.
+struct FileStamp {
+  FileId id;
+  std::uint64_t size = 0;
+  std::int64_t time = 0;  // of the last write, in the system's units
+  bool named = true;      // false when the file was deleted, or replaced by another one, while it is open
+  bool operator==(const FileStamp&) const = default;
 };
 
 // Advisory locks between processes, each on one thing. A lock ends with its File, also when the process is killed.
@@ -37,12 +50,29 @@ class File {
   virtual std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) = 0;
   // Writes all of it. When it throws, any part of it may have been written.
   virtual void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) = 0;
+  // Writes all pieces if `unchanged` agrees with what stands in the place of each now, of which there is less at the
+  // end of the file; otherwise nothing. Gives the stamp of the file with the pieces. Where locks bind every program no
+  // other can write meanwhile; elsewhere it would have to do so within some microseconds.
+  struct Piece {
+    std::uint64_t offset;
+    std::vector<std::byte> bytes;
+  };
+  using Unchanged = std::function<bool(const Piece& piece, std::span<const std::byte> now)>;
+  virtual std::optional<FileStamp> Overwrite(const std::vector<Piece>& pieces, const Unchanged& unchanged) {
+    for (const Piece& piece : pieces) {
+      std::vector<std::byte> now(piece.bytes.size());
+      now.resize(ReadAt(piece.offset, now));
+      if (!unchanged(piece, now)) return std::nullopt;
+    }
+    for (const Piece& piece : pieces) WriteAt(piece.offset, piece.bytes);
+    return Stamp();
+  }
   virtual void Truncate(std::uint64_t size) = 0;
   // What was written and truncated before is durable when it returns.
   virtual void Sync() = 0;
   virtual std::uint64_t Size() = 0;
   virtual bool Writable() const = 0;
-  virtual FileId Id() = 0;
+  virtual FileStamp Stamp() = 0;
 
   // False when another process holds it and `wait` is not set.
   virtual bool Lock(LockKind kind, LockMode mode, bool wait) = 0;
@@ -59,6 +89,11 @@ class FileSystem {
   virtual std::unique_ptr<File> Open(const std::filesystem::path& path) = 0;
   // A new file; throws when the name is taken.
   virtual std::unique_ptr<File> Create(const std::filesystem::path& path) = 0;
+  // The stamp of the file that has this name now, by whomever it was made; nothing when there is none.
+  virtual std::optional<FileStamp> Look(const std::filesystem::path& path) = 0;
+  // Removes a file that no other program uses; true as well when there is none. How use is told: see the systems'
+  // implementations.
+  virtual bool RemoveUnused(const std::filesystem::path& path) = 0;
   // Nothing happens when there is none.
   virtual void Remove(const std::filesystem::path& path) = 0;
   // An open file may be renamed. With `replace` a file of the new name vanishes, without it throws.

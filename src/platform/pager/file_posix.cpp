@@ -1,8 +1,10 @@
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <system_error>
 #include <utility>
@@ -35,6 +37,13 @@ Fault KindOf(int code) {
 // Locks are single bytes far behind every page that the format allows.
 constexpr off_t LockOffset(LockKind kind) {
   return 0x7fffff00 + static_cast<off_t>(kind);
+}
+
+FileStamp StampOf(const struct stat& status) {
+  return {.id = {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)},
+          .size = static_cast<std::uint64_t>(status.st_size),
+          .time = std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec,
+          .named = status.st_nlink > 0};
 }
 
 class PosixFile final : public File {
@@ -82,10 +91,7 @@ class PosixFile final : public File {
   std::uint64_t Size() override { return static_cast<std::uint64_t>(Status().st_size); }
   bool Writable() const override { return writable_; }
 
-  FileId Id() override {
-    const struct stat status = Status();
-    return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
-  }
+  FileStamp Stamp() override { return StampOf(Status()); }
 
   // Locks of the open file, not of the process: closing another handle of the same file must not end them.
   bool Lock(LockKind kind, LockMode mode, bool wait) override {
@@ -159,6 +165,21 @@ class PosixFiles final : public FileSystem {
     return std::make_unique<PosixFile>(path, handle, true);
   }
 
+  std::optional<FileStamp> Look(const std::filesystem::path& path) override {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) == 0) return StampOf(status);
+    if (errno == ENOENT || errno == ENOTDIR) return std::nullopt;
+    Fail(path, "cannot be looked at");
+  }
+
+  bool RemoveUnused(const std::filesystem::path& path) override {
+    const int handle = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (handle < 0) return errno == ENOENT || errno == ENOTDIR;
+    const bool removed = !IsUsed(handle) && (unlink(path.c_str()) == 0 || errno == ENOENT);
+    close(handle);
+    return removed;
+  }
+
   void Remove(const std::filesystem::path& path) override {
     if (unlink(path.c_str()) != 0 && errno != ENOENT) Fail(path, "cannot be removed");
   }
@@ -183,6 +204,20 @@ class PosixFiles final : public FileSystem {
     errno = code;
     // EINVAL: the file system keeps its folders in order by itself.
     if (result != 0 && code != EINVAL) Fail(folder, "cannot be brought onto the disk");
+  }
+
+ private:
+  // Another program uses a file when it has locked any part of it or, as far as the system tells, has it open: a lease
+  // is given only to the one who has. Leases are for local files of the user's own; a server knows of locks only.
+  static bool IsUsed(int handle) {
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    if (fcntl(handle, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK) return true;
+    if (flock(handle, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return true;
+    // Who opens the file while the lease lasts has this process told by a signal; this one is ignored unless asked for.
+    fcntl(handle, F_SETSIG, SIGURG);
+    return fcntl(handle, F_SETLEASE, F_WRLCK) != 0 && errno == EAGAIN;
   }
 };
 

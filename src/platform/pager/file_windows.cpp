@@ -27,6 +27,11 @@ std::string Reason(DWORD code) {
 }
 
 constexpr DWORD kQuotaExceeded = 1295;  // ERROR_DISK_QUOTA_EXCEEDED, which MinGW's headers lack
+constexpr DWORD kDeletePending = 303;   // ERROR_DELETE_PENDING
+
+bool IsMissing(DWORD code) {
+  return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
+}
 
 Fault KindOf(DWORD code) {
   switch (code) {
@@ -66,6 +71,21 @@ OVERLAPPED LockPlace(LockKind kind) {
 // One call moves at most this much.
 constexpr std::size_t kMaxTransfer = 1U << 24;
 
+FileStamp StampOf(HANDLE handle, const std::filesystem::path& path) {
+  BY_HANDLE_FILE_INFORMATION known = {};
+  FILE_STANDARD_INFO standard = {};
+  if (!GetFileInformationByHandle(handle, &known) ||
+      !GetFileInformationByHandleEx(handle, FileStandardInfo, &standard, sizeof standard)) {
+    Fail(path, "cannot be looked at");
+  }
+  const auto whole = [](DWORD high, DWORD low) { return (static_cast<std::uint64_t>(high) << 32) | low; };
+  return {.id = {known.dwVolumeSerialNumber, whole(known.nFileIndexHigh, known.nFileIndexLow)},
+          .size = whole(known.nFileSizeHigh, known.nFileSizeLow),
+          .time = static_cast<std::int64_t>(
+              whole(known.ftLastWriteTime.dwHighDateTime, known.ftLastWriteTime.dwLowDateTime)),
+          .named = !standard.DeletePending && standard.NumberOfLinks > 0};
+}
+
 class WindowsFile final : public File {
  public:
   WindowsFile(std::filesystem::path path, HANDLE handle, bool writable)
@@ -101,6 +121,23 @@ class WindowsFile final : public File {
     }
   }
 
+  // Locked bytes are closed to every program but this one.
+  std::optional<FileStamp> Overwrite(const std::vector<Piece>& pieces, const Unchanged& unchanged) override {
+    const std::uint64_t from = pieces.front().offset;
+    const auto size = static_cast<DWORD>(pieces.back().offset + pieces.back().bytes.size() - from);
+    OVERLAPPED place = At(from);
+    if (!LockFileEx(handle_, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, size, 0, &place)) {
+      Fail(path_, "cannot be written");
+    }
+    struct Unlock {
+      HANDLE handle;
+      DWORD size;
+      OVERLAPPED place;
+      ~Unlock() { UnlockFileEx(handle, 0, size, 0, &place); }
+    } unlock{handle_, size, At(from)};
+    return File::Overwrite(pieces, unchanged);
+  }
+
   void Truncate(std::uint64_t size) override {
     FILE_END_OF_FILE_INFO end = {};
     end.EndOfFile.QuadPart = static_cast<LONGLONG>(size);
@@ -121,12 +158,7 @@ class WindowsFile final : public File {
 
   bool Writable() const override { return writable_; }
 
-  FileId Id() override {
-    BY_HANDLE_FILE_INFORMATION information = {};
-    if (!GetFileInformationByHandle(handle_, &information)) Fail(path_, "cannot be looked at");
-    return {information.dwVolumeSerialNumber,
-            (static_cast<std::uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow};
-  }
+  FileStamp Stamp() override { return StampOf(handle_, path_); }
 
   bool Lock(LockKind kind, LockMode mode, bool wait) override {
     OVERLAPPED place = LockPlace(kind);
@@ -169,7 +201,7 @@ class WindowsFiles final : public FileSystem {
     HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
     if (handle != INVALID_HANDLE_VALUE) return std::make_unique<WindowsFile>(path, handle, true);
     const DWORD code = GetLastError();
-    if (code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND) return nullptr;
+    if (IsMissing(code)) return nullptr;
     if (code != ERROR_ACCESS_DENIED && code != ERROR_WRITE_PROTECT && code != ERROR_SHARING_VIOLATION) {
       Fail(path, "cannot be opened");
     }
@@ -182,6 +214,28 @@ class WindowsFiles final : public FileSystem {
     HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, CREATE_NEW);
     if (handle == INVALID_HANDLE_VALUE) Fail(path, "cannot be created");
     return std::make_unique<WindowsFile>(path, handle, true);
+  }
+
+  std::optional<FileStamp> Look(const std::filesystem::path& path) override {
+    HANDLE handle = OpenHandle(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
+    if (handle == INVALID_HANDLE_VALUE) {
+      const DWORD code = GetLastError();
+      // A file that was deleted while it is open may keep its name until it is closed, and refuse itself.
+      if (IsMissing(code) || code == ERROR_ACCESS_DENIED || code == kDeletePending) return std::nullopt;
+      Fail(path, "cannot be looked at");
+    }
+    const WindowsFile file(path, handle, false);
+    return StampOf(handle, path);
+  }
+
+  // Another program uses a file as long as it has it open, whatever it has locked in it: a handle that shares with
+  // nobody is given only when there is no other.
+  bool RemoveUnused(const std::filesystem::path& path) override {
+    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES && IsMissing(GetLastError())) return true;
+    HANDLE handle = CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return IsMissing(GetLastError());
+    CloseHandle(handle);
+    return true;
   }
 
   void Remove(const std::filesystem::path& path) override {

@@ -15,6 +15,12 @@ std::uint64_t RandomSalt() {
 
 }  // namespace
 
+bool LooksLikeJournal(File& file) {
+  std::uint64_t mark = 0;
+  file.ReadAt(0, std::as_writable_bytes(std::span(&mark, 1)));
+  return mark == kJournalMagic || mark == 0;
+}
+
 Journal::Journal(FileSystem& files, std::filesystem::path path) : files_(&files), path_(std::move(path)) {}
 
 void Journal::Prepare() {
@@ -23,6 +29,9 @@ void Journal::Prepare() {
   if (!file) {
     file = files_->Create(path_);
     files_->SyncFolder(path_.parent_path());
+  }
+  if (!LooksLikeJournal(*file)) {
+    throw PagerError(path_, "is not a journal of this program and stands in the place of one", Fault::kNotOurs);
   }
   if (!file->Writable()) throw PagerError(path_, "may not be written", Fault::kDenied);
   file_ = std::move(file);
@@ -55,6 +64,7 @@ void Journal::Seal() {
   Add(RecordKind::kBatchEnd, 0, {});
   WriteOut();
   file_->Sync();
+  if (!HasItsName()) throw PagerError(path_, "was removed or replaced by another program", Fault::kChanged);
 }
 
 void Journal::Retire() {
@@ -64,12 +74,19 @@ void Journal::Retire() {
 
 void Journal::Close() noexcept {
   if (!file_) return;
-  file_.reset();
   try {
-    files_->Remove(path_);
+    const bool own = HasItsName();
+    file_.reset();
+    if (own) files_->Remove(path_);
   } catch (const PagerError&) {
-    // An empty journal may lie about.
+    // A leftover empty journal is harmless.
   }
+  file_.reset();
+}
+
+bool Journal::HasItsName() {
+  const std::optional<FileStamp> found = files_->Look(path_);
+  return found && found->id == file_->Stamp().id;
 }
 
 void Journal::Add(RecordKind kind, std::uint32_t page, std::span<const std::byte> bytes) {

@@ -16,25 +16,33 @@
 
 namespace marlevo::pager {
 
+// Whether a file of a journal's name is a journal, whole or not: it is empty, begins like one, or begins with zeros, as
+// after a power failure. Any other file is not this program's to change or remove.
+bool LooksLikeJournal(File& file);
+
 class Journal {
  public:
   Journal(FileSystem& files, std::filesystem::path path);
 
   // Makes sure that a journal can be written here, before anybody relies on it.
   void Prepare();
+  // The open journal, also when somebody has removed its name. After Prepare.
+  File& Opened() { return *file_; }
   // `page_count`: of the file before the change.
   void Start(std::size_t page_size, std::uint32_t page_count);
   // Pages that the file had at Start; others vanish with an undo and need no original.
-  bool Covers(std::uint32_t page) const { return page < kept_.size(); }
+  bool Covers(std::uint32_t page) const { return page < PageCount(); }
+  std::uint32_t PageCount() const { return static_cast<std::uint32_t>(kept_.size()); }
   bool Keeps(std::uint32_t page) const { return kept_[page]; }
   // `original`: the page's bytes in the file.
   void Keep(std::uint32_t page, std::span<const std::byte> original);
   // `rewrite`: what will be written over the page.
   void Announce(std::uint32_t page, std::span<const std::byte> rewrite);
+  // Throws Fault::kChanged when the journal has lost its name, by which alone the next process would find it.
   void Seal();
   // It is certain when this returns that nobody will play the journal back.
   void Retire();
-  // Removes a retired journal.
+  // Removes a retired journal, and no other file that has its name by now.
   void Close() noexcept;
 
   const std::filesystem::path& Path() const { return path_; }
@@ -42,6 +50,7 @@ class Journal {
  private:
   void Add(RecordKind kind, std::uint32_t page, std::span<const std::byte> bytes);
   void WriteOut();
+  bool HasItsName();
 
   FileSystem* files_;
   std::filesystem::path path_;

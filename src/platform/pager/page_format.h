@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string>
 
 namespace marlevo::pager {
 
@@ -15,6 +16,8 @@ struct PageFormat {
   std::size_t page_size = 0;  // a power of two within these bounds
   // Encodes and decodes a page in place (the same operation both ways); may be empty. Never called for page 0.
   std::function<void(std::uint32_t page, std::span<std::byte>)> crypt;
+  // Other programs keep a file of this extension beside the file while they have it open; empty: there is no such sign.
+  std::string sign_of_use = {};
 };
 
 }  // namespace marlevo::pager

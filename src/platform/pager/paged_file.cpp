@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/pager/recovery.h"
 
@@ -52,20 +53,19 @@ std::vector<std::byte> PagedFile::Head() {
 bool PagedFile::Own() {
   if (owned_) return true;
   if (!file_->Writable() || !file_->Lock(LockKind::kWriter, LockMode::kExclusive, false)) return false;
-  if (shared_) {
-    // Nobody has changed the file since Share, and it was whole then.
-    Unshare();
-  } else {
-    try {
-      LockContent(LockMode::kExclusive);
-      Recover();
-    } catch (...) {
-      file_->Unlock(LockKind::kContent);
-      file_->Unlock(LockKind::kWriter);
-      throw;
-    }
-    file_->Unlock(LockKind::kContent);
+  try {
+    // While the file is shared nobody puts a change into it that would have to be undone.
+    if (!shared_) LockContent(LockMode::kExclusive);
+    Recover();
+  } catch (...) {
+    if (!shared_) file_->Unlock(LockKind::kContent);
+    file_->Unlock(LockKind::kWriter);
+    throw;
+  }
+  file_->Unlock(LockKind::kContent);
+  if (!std::exchange(shared_, false)) {
     LookAtSize();
+    known_ = file_->Stamp();
   }
   owned_ = true;
   return true;
@@ -92,6 +92,7 @@ void PagedFile::Share() {
     Own();
   }
   LookAtSize();
+  if (!owned_) known_ = file_->Stamp();
 }
 
 void PagedFile::Unshare() noexcept {
@@ -101,7 +102,9 @@ void PagedFile::Unshare() noexcept {
 
 void PagedFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
   const std::size_t size = format_.page_size;
-  if (const std::size_t n = file_->ReadAt(std::uint64_t{first} * size, bytes); n != bytes.size()) {
+  const std::size_t n = file_->ReadAt(std::uint64_t{first} * size, bytes);
+  RequireUnchanged();
+  if (n != bytes.size()) {
     throw PagerError(path_,
                      "ends inside page " + std::to_string(first + n / size) + " of " + std::to_string(page_count_),
                      Fault::kDamaged);
@@ -113,7 +116,28 @@ void PagedFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
   }
 }
 
+void PagedFile::RequireUnchanged() {
+  if (known_ && file_->Stamp() != *known_) throw Changed("was changed by");
+}
+
+void PagedFile::RequireInPlace() {
+  const std::optional<FileStamp> found = files_.Look(path_);
+  if (!found) throw Changed("was removed by");
+  if (found->id != file_->Stamp().id) throw Changed("was replaced by");
+  RequireUnchanged();
+}
+
+void PagedFile::RequireUnused() {
+  if (format_.sign_of_use.empty()) return;
+  std::filesystem::path sign = path_;
+  sign.replace_extension(format_.sign_of_use);
+  if (!files_.RemoveUnused(sign)) {
+    throw PagerError(sign, "shows that another program has the file open; close it there and try again", Fault::kInUse);
+  }
+}
+
 void PagedFile::PrepareToWrite() {
+  if (!damage_.empty()) throw PagerError(path_, damage_, Fault::kDamaged);
   if (!whole_pages_) {
     throw PagerError(path_, "is not made of whole pages and can only be read", Fault::kDamaged);
   }
@@ -124,41 +148,114 @@ void PagedFile::Write(const std::vector<Page>& pages) {
   if (stage_ == Stage::kIdle) {
     LockContent(LockMode::kExclusive);
     stage_ = Stage::kSettled;  // the file is still whole: if the journal breaks off it is only made void
+    standing_.clear();
+    reach_ = page_count_;
     journal_.Start(format_.page_size, page_count_);
   }
   WriteJournal(pages);
+  RequireUnused();
+  RequireInPlace();
   stage_ = Stage::kTouched;
-
-  const std::size_t size = format_.page_size;
-  std::vector<std::byte> run;
-  for (auto from = pages.begin(); from != pages.end();) {
-    auto to = from;
-    run.clear();
-    while (to != pages.end() && to->first == from->first + (to - from) && run.size() < kRunBytes) {
-      run.resize(run.size() + size);
-      EncodeTo(*to, std::span(run).last(size));
-      ++to;
-    }
-    file_->WriteAt(std::uint64_t{from->first} * size, run);
-    from = to;
-  }
+  known_.reset();
+  known_ = Overwrite(pages);
   file_->Sync();
-  page_count_ = std::max(page_count_, pages.back().first + 1);
+  // Some systems tell the time of a write only now. If it is not that, another program has written since: to other
+  // pages, which are read anew, or over these, and then the next look at the file finds it changed.
+  const FileStamp synced = file_->Stamp();
+  if (synced != *known_ && std::ranges::all_of(pages, [&](const Page& page) { return IsStanding(page.number); })) {
+    known_ = synced;
+  }
+  page_count_ = reach_;
+}
+
+FileStamp PagedFile::Overwrite(const std::vector<Page>& pages) {
+  const std::size_t size = format_.page_size;
+  std::vector<File::Piece> pieces;
+  for (const Page& page : pages) {
+    const std::uint64_t offset = std::uint64_t{page.number} * size;
+    if (pieces.empty() || pieces.back().offset + pieces.back().bytes.size() != offset ||
+        pieces.back().bytes.size() >= kRunBytes) {
+      pieces.push_back({offset, {}});
+      pieces.back().bytes.reserve(kRunBytes);
+    }
+    std::vector<std::byte>& run = pieces.back().bytes;
+    run.resize(run.size() + size);
+    EncodeTo(page, std::span(run).last(size));
+  }
+  const auto unchanged = [&](const File::Piece& piece, std::span<const std::byte> now) {
+    auto page = static_cast<std::uint32_t>(piece.offset / size);
+    const auto end = static_cast<std::uint32_t>(page + piece.bytes.size() / size);
+    for (; now.size() >= size && IsStanding(page, now.first(size)); ++page) now = now.subspan(size);
+    // Where the file ends there have to be new pages only.
+    return now.empty() && (page == end || !standing_.contains(page));
+  };
+  reach_ = std::max(reach_, pages.back().number + 1);
+  std::optional<FileStamp> stamp;
+  try {
+    stamp = file_->Overwrite(pieces, unchanged);
+  } catch (const PagerError&) {
+    // Where the disk fails in the midst of these pages nobody knows what they are.
+    for (const Page& page : pages) standing_.erase(page.number);
+    throw;
+  }
+  if (!stamp) {
+    reach_ = page_count_;
+    throw Changed("was changed by");
+  }
+  for (const File::Piece& piece : pieces) {
+    for (std::size_t at = 0; at < piece.bytes.size(); at += size) {
+      standing_[static_cast<std::uint32_t>((piece.offset + at) / size)] =
+          ContentHash(std::span(piece.bytes).subspan(at, size));
+    }
+  }
+  return *stamp;
+}
+
+bool PagedFile::IsStanding(std::uint32_t page, std::span<const std::byte> raw) const {
+  const auto found = standing_.find(page);
+  if (found != standing_.end()) return found->second == ContentHash(raw);
+  // A new page that has been left out so far.
+  return std::ranges::all_of(raw, [](std::byte byte) { return byte == std::byte{0}; });
+}
+
+bool PagedFile::IsStanding(std::uint32_t page) {
+  std::vector<std::byte> raw(format_.page_size);
+  return file_->ReadAt(std::uint64_t{page} * raw.size(), raw) == raw.size() && IsStanding(page, raw);
 }
 
 void PagedFile::Undo() {
   if (stage_ != Stage::kTouched) return;
-  const std::unique_ptr<File> journal = files_.Open(journal_.Path());
-  if (!journal) {
-    throw PagerError(journal_.Path(), "is gone, and with it the way back from a broken change", Fault::kDamaged);
-  }
-  const Recovery recovery(*journal);
+  const Recovery recovery(journal_.Opened());
   if (!recovery.Unfinished()) {
     throw PagerError(journal_.Path(), "is damaged and cannot undo a broken change", Fault::kDamaged);
   }
-  recovery.PlayBack(*file_);
+  const std::uint64_t size = file_->Size();
+  const std::uint64_t whole = EndOfOthers(size) * format_.page_size;
+  known_.reset();
+  bool strange = false;
+  recovery.RestorePages(*file_, [&](std::uint32_t page, bool known) {
+    if (standing_.contains(page)) known = IsStanding(page);
+    // If the disk fails now it is not known any more what stands there.
+    if (known) standing_.erase(page);
+    strange = strange || !known;
+    return known;
+  });
+  if (whole < size) file_->Truncate(whole);
+  file_->Sync();
+  known_ = file_->Stamp();
   LookAtSize();
   stage_ = Stage::kSettled;
+  if (strange || page_count_ != journal_.PageCount()) throw Changed("was overwritten at the same time by");
+}
+
+// How many pages of a file of this size are not new pages of the change under way. A page on whose way the disk failed
+// may look like anything.
+std::uint64_t PagedFile::EndOfOthers(std::uint64_t size) {
+  for (std::uint64_t end = size / format_.page_size; end > journal_.PageCount(); --end) {
+    const auto page = static_cast<std::uint32_t>(end - 1);
+    if (page >= reach_ || (standing_.contains(page) && !IsStanding(page))) return end;
+  }
+  return journal_.PageCount();
 }
 
 void PagedFile::Settle() {
@@ -167,6 +264,20 @@ void PagedFile::Settle() {
   journal_.Retire();
   stage_ = Stage::kIdle;
   file_->Unlock(LockKind::kContent);
+}
+
+void PagedFile::GiveUp() noexcept {
+  // The first attempt may end with the word that another program has been at work; then the file is settled with.
+  for (int attempt = 0; attempt < 2 && stage_ != Stage::kIdle; ++attempt) {
+    try {
+      Settle();
+    } catch (const PagerError&) {
+      // Whoever opens the file next finds the journal.
+    }
+  }
+  if (stage_ == Stage::kIdle) journal_.Close();
+  for (const LockKind lock : {LockKind::kContent, LockKind::kWriter}) file_->Unlock(lock);
+  owned_ = shared_ = false;
 }
 
 void PagedFile::Publish() {
@@ -196,35 +307,46 @@ bool PagedFile::FoundUnfinished() {
   const std::unique_ptr<File> journal = files_.Open(JournalPath(path_));
   if (!journal) return false;
   const Recovery recovery(*journal);
-  return recovery.Unfinished() && recovery.Fits(*file_);
+  return LooksLikeJournal(*journal) && recovery.Unfinished() && recovery.Fits(*file_);
 }
 
 void PagedFile::Recover() {
   const std::filesystem::path path = JournalPath(path_);
   std::unique_ptr<File> journal = files_.Open(path);
-  if (!journal) return;
-  bool foreign = false;
-  {
-    const Recovery recovery(*journal);
-    foreign = recovery.Unfinished() && !recovery.Fits(*file_);
-    if (recovery.Unfinished() && !foreign) {
-      recovery.PlayBack(*file_);
-      journal->Truncate(0);
-      journal->Sync();
+  if (!journal || !LooksLikeJournal(*journal)) return;
+  const Recovery recovery(*journal);
+  if (recovery.Unfinished() && !recovery.Fits(*file_)) {
+    if (recovery.IsCarriedBy(*file_)) {
+      damage_ = "was left in the midst of a change and was changed by another program since, so that " +
+                Utf8(path.filename()) + " does not fit it any more; both files are kept, and this one can only be read";
+      return;
     }
+    journal.reset();
+    SetAside(path);
+    return;
+  }
+  if (recovery.Unfinished()) {
+    recovery.PlayBack(*file_);
+    journal->Truncate(0);
+    journal->Sync();
   }
   journal.reset();
   try {
-    if (foreign) {
-      std::filesystem::path aside = path;
-      aside += ".foreign";
-      files_.Rename(path, aside, true);
-    } else {
-      files_.Remove(path);
-    }
+    files_.Remove(path);
   } catch (const PagerError&) {
     // It is void where it lies, and the file can be read beside it.
   }
+}
+
+// A journal of another file, or of an older state of this one, gets a name of its own.
+void PagedFile::SetAside(const std::filesystem::path& journal) {
+  std::filesystem::path aside = journal;
+  aside += ".foreign";
+  for (int number = 2; files_.Look(aside); ++number) {
+    aside = journal;
+    aside += ".foreign" + std::to_string(number);
+  }
+  files_.Rename(journal, aside, false);
 }
 
 void PagedFile::LookAtSize() {
@@ -235,29 +357,42 @@ void PagedFile::LookAtSize() {
 }
 
 void PagedFile::WriteJournal(const std::vector<Page>& pages) {
-  // The first page is always kept: it tells one file from another.
-  if (journal_.Covers(0) && !journal_.Keeps(0)) journal_.Keep(0, RawPage(0));
   std::vector<std::byte> raw(format_.page_size);
+  // The first page is always kept: it tells one file from another.
+  if (pages.front().number != 0) KeepOriginal(0, std::nullopt);
   for (const Page& page : pages) {
-    if (!journal_.Covers(page.first)) break;
-    if (!journal_.Keeps(page.first)) journal_.Keep(page.first, RawPage(page.first));
+    if (!journal_.Covers(page.number)) break;
+    KeepOriginal(page.number, page.base.value());
     EncodeTo(page, raw);
-    journal_.Announce(page.first, raw);
+    journal_.Announce(page.number, raw);
   }
   journal_.Seal();
+}
+
+// `base`: what the page has to be, if that is known.
+void PagedFile::KeepOriginal(std::uint32_t page, std::optional<std::uint64_t> base) {
+  if (!journal_.Covers(page) || journal_.Keeps(page)) return;
+  const std::vector<std::byte> raw = RawPage(page);
+  if (base) {
+    std::vector<std::byte> plain = raw;
+    if (format_.crypt && page != 0) format_.crypt(page, plain);
+    if (ContentHash(plain) != *base) throw Changed("was changed by");
+  }
+  journal_.Keep(page, raw);
+  standing_[page] = ContentHash(raw);
 }
 
 std::vector<std::byte> PagedFile::RawPage(std::uint32_t page) {
   std::vector<std::byte> raw(format_.page_size);
   if (file_->ReadAt(std::uint64_t{page} * raw.size(), raw) != raw.size()) {
-    throw PagerError(path_, "ends inside page " + std::to_string(page), Fault::kDamaged);
+    throw Changed("was cut by");
   }
   return raw;
 }
 
 void PagedFile::EncodeTo(const Page& page, std::span<std::byte> raw) const {
-  std::memcpy(raw.data(), page.second.get(), raw.size());
-  if (format_.crypt && page.first != 0) format_.crypt(page.first, raw);
+  std::memcpy(raw.data(), page.bytes.get(), raw.size());
+  if (format_.crypt && page.number != 0) format_.crypt(page.number, raw);
 }
 
 }  // namespace marlevo::pager

@@ -31,14 +31,14 @@ std::shared_ptr<Pager> Pager::Open(const std::filesystem::path& path, const Prob
   const std::filesystem::path name = files.Resolve(path);
   std::unique_ptr<File> opened = files.Open(name);
   if (!opened) throw PagerError(path, "does not exist", Fault::kMissing);
-  const FileId id = opened->Id();
-  if (std::shared_ptr<Pager> pager = Registered(files, id).lock()) return pager;
+  const FileId id = opened->Stamp().id;
+  if (std::shared_ptr<Pager> pager = Registered(files, id).lock(); pager && pager->IsCurrent()) return pager;
 
   auto file = std::make_unique<PagedFile>(files, name, std::move(opened), std::filesystem::path());
   if (!file->Own()) file->Share();
   file->Use(probe(file->Head()));
   file->Unshare();
-  std::shared_ptr<Pager> pager(new Pager(std::move(file), limits));
+  std::shared_ptr<Pager> pager(new Pager(std::move(file), probe, limits));
   Registered(files, id) = pager;
   return pager;
 }
@@ -54,18 +54,21 @@ std::shared_ptr<Pager> Pager::Create(const std::filesystem::path& path, PageForm
     }
     files.Remove(new_name);
   }
-  files.Remove(JournalPath(new_name));
+  if (const std::unique_ptr<File> left = files.Open(JournalPath(new_name)); left && LooksLikeJournal(*left)) {
+    files.Remove(JournalPath(new_name));
+  }
   auto file = std::make_unique<PagedFile>(files, new_name, files.Create(new_name), name);
   const FileId id = file->Id();
   if (!file->Own()) throw PagerError(path, "is being created by another program");
   file->Use(std::move(format));
-  std::shared_ptr<Pager> pager(new Pager(std::move(file), limits));
+  std::shared_ptr<Pager> pager(new Pager(std::move(file), {}, limits));
   Registered(files, id) = pager;
   return pager;
 }
 
-Pager::Pager(std::unique_ptr<PagedFile> file, Limits limits)
+Pager::Pager(std::unique_ptr<PagedFile> file, Probe probe, Limits limits)
     : file_(std::move(file)),
+      probe_(std::move(probe)),
       limits_(limits),
       clean_(std::make_unique<BlockCache>(
           PageSize(), limits.clean / BlockCache::kBlockBytes,
@@ -112,17 +115,71 @@ bool Pager::InStatement() const {
   return statement_.has_value();
 }
 
+template <typename Work>
+void Pager::Watching(Work work) {
+  try {
+    work();
+  } catch (const PagerError& error) {
+    if (error.Kind() == Fault::kChanged) GiveUp();
+    throw;
+  }
+}
+
+void Pager::GiveUp() noexcept {
+  over_ = true;
+  if (statement_) *statement_ = {.page_count = 0, .undo = {}, .spilled = false, .failed = true};
+  if (!changed_.empty()) {
+    lost_ = true;
+    LoseBatch(Fault::kChanged);
+  }
+  changed_.clear();
+  clean_->Clear();
+  ++version_;
+  file_->GiveUp();
+}
+
+void Pager::RequireUsable() const {
+  if (over_)
+    throw PagerError(file_->Path(), "was changed by another program and has to be opened again", Fault::kChanged);
+}
+
+bool Pager::IsCurrent() {
+  try {
+    const Reading reading(*this);
+    return true;
+  } catch (const PagerError& error) {
+    if (error.Kind() == Fault::kChanged) return false;
+    throw;
+  }
+}
+
+void Pager::BecomeWriter() {
+  if (file_->Owned()) return;
+  if (!file_->Own()) throw PagerError(file_->Path(), "is open for writing in another program", Fault::kInUse);
+  // Whoever wrote before may have put a file of another format in its place.
+  PageFormat format = probe_(file_->Head());
+  if (format.page_size != PageSize()) throw PagerError(file_->Path(), "has other pages than before", Fault::kChanged);
+  file_->Use(std::move(format));
+  if (readings_ == 0) ForgetPages();
+}
+
 void Pager::Begin() {
   if (statement_) throw std::logic_error("a statement is open already");
+  RequireUsable();
   if (ReadOnly()) throw PagerError(file_->Path(), "may not be written", Fault::kDenied);
-  if (!file_->Owned()) {
-    if (!file_->Own()) {
-      throw PagerError(file_->Path(), "is open for writing in another program", Fault::kInUse);
+  Watching([&] {
+    BecomeWriter();
+    file_->PrepareToWrite();
+    file_->RequireUnused();
+    // The name of the file is looked at with the first of the statements that go to the file together, and before they
+    // do.
+    if (changed_.empty()) {
+      file_->RequireInPlace();
+    } else {
+      file_->RequireUnchanged();
     }
-    if (readings_ == 0) ForgetPages();
-  }
-  file_->PrepareToWrite();
-  if (changed_.size() * PageSize() > limits_.changed / 2) FlushCommitted();
+    if (changed_.size() * PageSize() > limits_.changed / 2) FlushCommitted();
+  });
   statement_ = OpenStatement{page_count_, {}, false, false};
 }
 
@@ -137,11 +194,10 @@ PageEdit Pager::Change(std::uint32_t page) {
   const PageRef now = Read(page);
   auto bytes = std::make_shared_for_overwrite<std::byte[]>(PageSize());
   std::memcpy(bytes.get(), now.Bytes().data(), PageSize());
-  if (!statement_->spilled) {
-    const auto committed = changed_.find(page);
-    statement_->undo.push_back({page, committed == changed_.end() ? nullptr : committed->second.bytes});
-  }
-  changed_[page] = {bytes, true};
+  const auto committed = changed_.find(page);
+  const bool clean = committed == changed_.end();
+  if (!statement_->spilled) statement_->undo.push_back({page, clean ? nullptr : committed->second.bytes});
+  changed_[page] = {bytes, true, clean ? ContentHash(now.Bytes()) : committed->second.base};
   return {std::move(bytes), PageSize()};
 }
 
@@ -150,7 +206,7 @@ std::uint32_t Pager::Append() {
   SpillIfFull();
   auto bytes = std::make_shared<std::byte[]>(PageSize());
   if (!statement_->spilled) statement_->undo.push_back({page_count_, nullptr});
-  changed_[page_count_] = {std::move(bytes), true};
+  changed_[page_count_] = {std::move(bytes), true, std::nullopt};
   return page_count_++;
 }
 
@@ -160,8 +216,9 @@ void Pager::Commit() {
   if (spilled) {
     std::vector<std::uint32_t> numbers;
     for (const auto& [number, page] : changed_) numbers.push_back(number);
-    WriteThrough(std::move(numbers));
+    Watching([&] { WriteThrough(std::move(numbers)); });
     file_->Accept();
+    batch_ = std::make_shared<Batch>();
   } else {
     for (const Undo& undo : statement_->undo) changed_[undo.page].in_statement = false;
   }
@@ -178,12 +235,14 @@ void Pager::Rollback() noexcept {
   if (!statement_) return;
   const OpenStatement statement = std::move(*statement_);
   statement_.reset();
+  if (over_) return;
   page_count_ = statement.page_count;
   ++version_;
   if (!statement.spilled) {
     for (const Undo& undo : statement.undo) {
       if (undo.before) {
-        changed_[undo.page] = {undo.before, false};
+        changed_[undo.page].bytes = undo.before;
+        changed_[undo.page].in_statement = false;
       } else {
         changed_.erase(undo.page);
       }
@@ -193,31 +252,44 @@ void Pager::Rollback() noexcept {
   changed_.clear();
   clean_->Clear();
   try {
-    file_->Settle();
+    Watching([&] { file_->Settle(); });
   } catch (const PagerError&) {
     // Nothing is read from the file before it has been put back: LoadBlock tries again and reports.
   }
 }
 
 void Pager::Flush() {
+  if (lost_) RequireUsable();
   // A process that does not own the file has nothing committed; before a statement spilled everything else was flushed.
   if (!file_->Owned() || (statement_ && statement_->spilled)) return;
-  FlushCommitted();
+  Watching([&] { FlushCommitted(); });
   if (page_count_ > 0 && !statement_) file_->Publish();
 }
 
-void Pager::Discard() noexcept {
+void Pager::Discard(Fault reason) noexcept {
   Rollback();
   if (changed_.empty()) return;
+  LoseBatch(reason);
   changed_.clear();
   page_count_ = file_->PageCount();
   ++version_;
 }
 
+void Pager::LoseBatch(Fault reason) noexcept {
+  batch_->lost = reason;
+  batch_ = std::make_shared<Batch>();
+}
+
 void Pager::BeginReading() {
-  if (readings_ == 0 && !file_->Owned()) {
-    file_->Share();
-    ForgetPages();
+  if (readings_ == 0) {
+    RequireUsable();
+    Watching([&] {
+      if (!file_->Owned()) {
+        file_->Share();
+        ForgetPages();
+      }
+      if (!statement_) file_->RequireInPlace();
+    });
   }
   ++readings_;
 }
@@ -227,15 +299,23 @@ void Pager::EndReading() noexcept {
 }
 
 void Pager::ForgetPages() {
-  clean_->Clear();
+  ForgetCleanPages();
   page_count_ = file_->PageCount();
+}
+
+// While this process writes, another program may have written other pages.
+void Pager::ForgetCleanPages() {
+  clean_->Clear();
   ++version_;
 }
 
 void Pager::LoadBlock(std::uint32_t first_page, std::span<std::byte> block) {
-  if (!statement_ || !statement_->spilled) file_->Undo();
-  const std::size_t bytes = std::size_t{file_->PageCount() - first_page} * PageSize();
-  file_->ReadPages(first_page, block.first(std::min(bytes, block.size())));
+  RequireUsable();
+  Watching([&] {
+    if (!statement_ || !statement_->spilled) file_->Undo();
+    const std::size_t bytes = std::size_t{file_->PageCount() - first_page} * PageSize();
+    file_->ReadPages(first_page, block.first(std::min(bytes, block.size())));
+  });
 }
 
 void Pager::RequirePage(std::uint32_t page) const {
@@ -253,34 +333,37 @@ void Pager::RequireStatement() const {
 
 void Pager::SpillIfFull() {
   if ((changed_.size() + 1) * PageSize() <= limits_.changed) return;
-  if (!statement_->spilled) {
-    statement_->failed = true;
-    FlushCommitted();
-    statement_->spilled = true;
-  }
-  std::vector<std::uint32_t> numbers;
-  for (const auto& [number, page] : changed_) {
-    if (page.bytes.use_count() == 1) numbers.push_back(number);
-  }
-  WriteThrough(std::move(numbers));
+  Watching([&] {
+    if (!statement_->spilled) {
+      statement_->failed = true;
+      FlushCommitted();
+      statement_->spilled = true;
+    }
+    std::vector<std::uint32_t> numbers;
+    for (const auto& [number, page] : changed_) {
+      if (page.bytes.use_count() == 1) numbers.push_back(number);
+    }
+    WriteThrough(std::move(numbers));
+  });
 }
 
 void Pager::FlushCommitted() {
   file_->Settle();
   std::vector<PagedFile::Page> pages;
   for (const auto& [number, page] : changed_) {
-    if (!page.in_statement) pages.emplace_back(number, page.bytes);
+    if (!page.in_statement) pages.emplace_back(number, page.bytes, page.base);
   }
   if (statement_) {
     for (const Undo& undo : statement_->undo) {
-      if (undo.before) pages.emplace_back(undo.page, undo.before);
+      if (undo.before) pages.emplace_back(undo.page, undo.before, changed_[undo.page].base);
     }
   }
   if (pages.empty()) return;
-  std::ranges::sort(pages, {}, &PagedFile::Page::first);
+  std::ranges::sort(pages, {}, &PagedFile::Page::number);
   try {
     file_->Write(pages);
   } catch (const PagerError&) {
+    clean_->Clear();
     try {
       file_->Settle();
     } catch (const PagerError&) {
@@ -289,10 +372,15 @@ void Pager::FlushCommitted() {
     throw;
   }
   file_->Accept();
-  for (const auto& [number, bytes] : pages) clean_->Update(number, {bytes.get(), PageSize()});
+  batch_ = std::make_shared<Batch>();
+  ForgetCleanPages();
   std::erase_if(changed_, [](const auto& entry) { return !entry.second.in_statement; });
   if (statement_) {
-    for (Undo& undo : statement_->undo) undo.before = nullptr;
+    for (Undo& undo : statement_->undo) {
+      if (!undo.before) continue;
+      changed_[undo.page].base = ContentHash({undo.before.get(), PageSize()});
+      undo.before = nullptr;
+    }
   }
   file_->Settle();
 }
@@ -301,12 +389,10 @@ void Pager::WriteThrough(std::vector<std::uint32_t> numbers) {
   statement_->failed = true;
   std::ranges::sort(numbers);
   std::vector<PagedFile::Page> pages;
-  for (const std::uint32_t number : numbers) pages.emplace_back(number, changed_[number].bytes);
+  for (const std::uint32_t number : numbers) pages.emplace_back(number, changed_[number].bytes, changed_[number].base);
   if (!pages.empty()) file_->Write(pages);
-  for (const auto& [number, bytes] : pages) {
-    clean_->Update(number, {bytes.get(), PageSize()});
-    changed_.erase(number);
-  }
+  ForgetCleanPages();
+  for (const std::uint32_t number : numbers) changed_.erase(number);
   statement_->failed = false;
 }
 

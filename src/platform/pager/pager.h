@@ -1,22 +1,35 @@
 // The pages of one file, changed by statements that are all or nothing.
 //
-// Within the process: committed statements are seen by every later Read at once; they stay in memory until Flush, or
-// until some MiB of them have gathered at the begin of a statement. A statement that outgrows that bound goes through
-// to the file before it ends; it can still be rolled back. On the disk: after a kill, a full disk or a power failure
-// the file holds the first n committed statements, whole ones, and at least all that came before the last Flush that
-// returned. That is the work of a rollback journal beside the file, FILE-journal: before a page of the file is
-// overwritten its original is durable there. A journal that a crash has left is played back by the next Open; one that
-// does not fit the file is set aside as FILE-journal.foreign and changes nothing. Between processes: the process that
-// opens a file first may write to it, until its last Pager of that file is gone. Others read; each Reading of theirs
-// sees one flushed state. Their first statement asks for the right again and throws when the first process is still
-// there. A file that may not be written is opened for reading only.
+// In memory. Committed statements are seen by every later Read at once. They stay in memory until Flush, or until some
+// MiB of them have gathered when a statement begins. A statement that outgrows that bound writes pages to the file
+// before it ends; it can still be rolled back.
 //
-// Memory: 32 MiB of clean pages, 8 MiB of changed ones and their originals, whatever the file's size; pages that
-// callers hold come on top. The file is read in blocks of 32 KiB and not mapped: a medium that fails has to give an
-// error, not end the program, and encoded pages need their own memory anyway.
+// On disk. After a kill, a full disk or a power failure the file holds the first n committed statements, whole ones,
+// and at least all that came before the last Flush that returned. This is the work of a rollback journal beside the
+// file, FILE-journal: before a page of the file is overwritten its original is durable there. The next Open plays a
+// journal back that a crash has left. A journal of another file, or of another state of this one, is renamed to
+// FILE-journal.foreign and changes nothing. When the journal does not fit but the file holds pages of the journaled
+// change, the file is damaged: both are kept, and the file can only be read. A file of another program that has the
+// journal's name is left alone, and the file can only be read beside it.
 //
-// Every failure is a PagerError and leaves what was committed unharmed; the call may be tried again. Not for use by
-// several threads at once. Pages count from 0.
+// Between processes. The process that opens a file first may write to it, until its last Pager of that file is gone.
+// Other processes read; each Reading of theirs sees one flushed state. When such a process begins a statement it asks
+// for the right to write again, and Begin throws while the first process is still there. A file that may not be written
+// is opened for reading only. Programs that know nothing of these locks are noticed by what they do: Begin, the
+// outermost Reading, every read of the file and every write to it compare the file with what it was when its pages were
+// first read (name, identity, size, time), and a write compares each page with the one that its change was made from.
+// When anything differs the call throws Fault::kChanged, what is committed but not in the file is lost, what the other
+// program has written stays, and the Pager is over: every later call throws, and opening the file gives a new Pager. A
+// file that another program shows to have open (PageFormat::sign_of_use) is not written.
+//
+// Memory use. 32 MiB of clean pages, and 8 MiB of changed ones, twice while they are written, whatever the file's size;
+// pages that callers hold come on top. The file is read in blocks of 32 KiB and not mapped: a medium that fails has to
+// give an error, not end the program, and encoded pages need memory of their own anyway.
+//
+// Errors. Every failure is a PagerError and leaves what was committed unharmed, except as said above; the call may be
+// tried again.
+//
+// Not for use by several threads at once. Pages count from 0.
 #pragma once
 
 #include <cstddef>
@@ -126,15 +139,24 @@ class Pager {
   // Everything committed is durable when it returns.
   void Flush();
   // Undoes every committed statement that is not in the file yet, and the open one. For whoever does not want to try a
-  // failed Flush again.
-  void Discard() noexcept;
+  // Flush again that failed for this reason.
+  void Discard(Fault reason) noexcept;
+
+  // The statements that are committed together between two flushes. They get into the file together, or are lost
+  // together; then the batch says why.
+  struct Batch {
+    std::optional<Fault> lost;
+  };
+  // The one to which the next Commit adds its statement.
+  std::shared_ptr<const Batch> CurrentBatch() const { return batch_; }
 
  private:
   friend class Reading;
 
   struct ChangedPage {
     std::shared_ptr<std::byte[]> bytes;
-    bool in_statement;  // changed by the open statement; otherwise committed
+    bool in_statement;                  // changed by the open statement; otherwise committed
+    std::optional<std::uint64_t> base;  // hash of the page in the file that this one was made from; none for a new page
   };
   struct Undo {
     std::uint32_t page;
@@ -147,20 +169,30 @@ class Pager {
     bool failed;   // on the way to the file
   };
 
-  Pager(std::unique_ptr<PagedFile> file, Limits limits);
+  Pager(std::unique_ptr<PagedFile> file, Probe probe, Limits limits);
 
+  // Does `work`. When it finds that another program has changed the file, this Pager is over.
+  template <typename Work>
+  void Watching(Work work);
+  void GiveUp() noexcept;
+  void RequireUsable() const;
+  bool IsCurrent();
+  void BecomeWriter();
   void BeginReading();
   void EndReading() noexcept;
   void ForgetPages();
+  void ForgetCleanPages();
   void LoadBlock(std::uint32_t first_page, std::span<std::byte> block);
   void RequirePage(std::uint32_t page) const;
   void RequireStatement() const;
   void SpillIfFull();
+  void LoseBatch(Fault reason) noexcept;
   void FlushCommitted();
   // Writes pages of the statement into the file. What is in there needs no place in memory.
   void WriteThrough(std::vector<std::uint32_t> numbers);
 
   std::unique_ptr<PagedFile> file_;
+  Probe probe_;
   Limits limits_;
   std::unique_ptr<BlockCache> clean_;
   std::unordered_map<std::uint32_t, ChangedPage> changed_;
@@ -168,6 +200,9 @@ class Pager {
   std::uint32_t page_count_ = 0;
   std::size_t readings_ = 0;
   std::uint64_t version_ = 0;
+  std::shared_ptr<Batch> batch_ = std::make_shared<Batch>();
+  bool over_ = false;  // another program has changed the file ...
+  bool lost_ = false;  // ... before committed statements got there
 };
 
 // A statement as a scope: rolled back unless committed.

@@ -9,6 +9,9 @@
 
 namespace marlevo::pager {
 
+// A path, for words that go to the operator.
+std::string Utf8(const std::filesystem::path& path);
+
 class PagerError : public FaultError {
  public:
   // what() is "PATH: REASON" in UTF-8.

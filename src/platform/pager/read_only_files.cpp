@@ -20,7 +20,7 @@ class ReadOnlyFile : public File {
   void Sync() override {}
   std::uint64_t Size() override { return file_->Size(); }
   bool Writable() const override { return false; }
-  FileId Id() override { return file_->Id(); }
+  FileStamp Stamp() override { return file_->Stamp(); }
   bool Lock(LockKind kind, LockMode mode, bool wait) override { return file_->Lock(kind, mode, wait); }
   void Unlock(LockKind kind) noexcept override { file_->Unlock(kind); }
 
@@ -37,6 +37,9 @@ std::unique_ptr<File> ReadOnlyFiles::Open(const std::filesystem::path& path) {
 }
 
 std::unique_ptr<File> ReadOnlyFiles::Create(const std::filesystem::path& path) {
+  Refuse(path);
+}
+bool ReadOnlyFiles::RemoveUnused(const std::filesystem::path& path) {
   Refuse(path);
 }
 void ReadOnlyFiles::Remove(const std::filesystem::path& path) {

@@ -13,8 +13,10 @@ class ReadOnlyFiles : public FileSystem {
 
   std::filesystem::path Resolve(const std::filesystem::path& path) override { return files_.Resolve(path); }
   std::unique_ptr<File> Open(const std::filesystem::path& path) override;
+  std::optional<FileStamp> Look(const std::filesystem::path& path) override { return files_.Look(path); }
   // The others throw.
   std::unique_ptr<File> Create(const std::filesystem::path& path) override;
+  bool RemoveUnused(const std::filesystem::path& path) override;
   void Remove(const std::filesystem::path& path) override;
   void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override;
   void SyncFolder(const std::filesystem::path& folder) override;

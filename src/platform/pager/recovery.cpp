@@ -23,6 +23,15 @@ std::optional<T> ReadStruct(File& file, std::uint64_t offset) {
   return value;
 }
 
+// Nothing when the medium does not give the page back.
+std::optional<std::vector<std::byte>> PageNow(File& file, std::uint32_t page, std::size_t page_size) {
+  try {
+    return ReadBytes(file, std::uint64_t{page} * page_size, page_size);
+  } catch (const PagerError&) {
+    return std::nullopt;
+  }
+}
+
 }  // namespace
 
 Recovery::Recovery(File& journal) : journal_(journal) {
@@ -58,25 +67,41 @@ Recovery::Recovery(File& journal) : journal_(journal) {
 }
 
 bool Recovery::Fits(File& file) const {
-  if (file.Size() < std::uint64_t{header_.page_count} * header_.page_size) return false;
-  // Every page that was journaled must be made of sectors from before and from the writes that were announced. One
-  // sector in a page may be neither: a disk that tears inside a sector. The first page is always among them.
-  for (auto from = records_.begin(); from != records_.end();) {
-    const auto to = std::find_if(from, records_.end(), [&](const Record& r) { return r.page != from->page; });
-    if (StrangeSectors({from, to}, file) > 1) return false;
-    from = to;
+  return !records_.empty() && file.Size() >= std::uint64_t{header_.page_count} * header_.page_size &&
+         std::ranges::all_of(Pages(), [&](PageRecords records) { return IsKnown(records, file); });
+}
+
+bool Recovery::IsCarriedBy(File& file) const {
+  return std::ranges::any_of(Pages(), [&](PageRecords records) {
+    const std::optional<std::vector<std::byte>> now = PageNow(file, records.front().page, header_.page_size);
+    return now && now->size() == header_.page_size && records.front().kind == RecordKind::kOriginal &&
+           StrangeSectors(records, *now) == 0 && *now != OriginalOf(records);
+  });
+}
+
+void Recovery::RestorePages(File& file, const Wanted& wanted) const {
+  for (const PageRecords records : Pages()) {
+    const std::uint32_t page = records.front().page;
+    if (records.front().kind == RecordKind::kOriginal && wanted(page, IsKnown(records, file))) {
+      file.WriteAt(std::uint64_t{page} * header_.page_size, OriginalOf(records));
+    }
   }
-  return !records_.empty();
 }
 
 void Recovery::PlayBack(File& file) const {
-  for (const Record& record : records_) {
-    if (record.kind != RecordKind::kOriginal) continue;
-    const std::vector<std::byte> bytes = ReadBytes(journal_, record.offset, header_.page_size);
-    file.WriteAt(std::uint64_t{record.page} * header_.page_size, bytes);
-  }
+  RestorePages(file, [](std::uint32_t, bool) { return true; });
   file.Truncate(std::uint64_t{header_.page_count} * header_.page_size);
   file.Sync();
+}
+
+std::vector<Recovery::PageRecords> Recovery::Pages() const {
+  std::vector<PageRecords> pages;
+  for (auto from = records_.begin(); from != records_.end();) {
+    const auto to = std::find_if(from, records_.end(), [&](const Record& r) { return r.page != from->page; });
+    pages.emplace_back(from, to);
+    from = to;
+  }
+  return pages;
 }
 
 std::size_t Recovery::BytesOf(RecordKind kind) const {
@@ -91,19 +116,24 @@ std::size_t Recovery::BytesOf(RecordKind kind) const {
   return 0;
 }
 
-std::size_t Recovery::StrangeSectors(std::span<const Record> records, File& file) const {
-  std::vector<std::byte> now;
-  try {
-    now = ReadBytes(file, std::uint64_t{records.front().page} * header_.page_size, header_.page_size);
-  } catch (const PagerError&) {
-    return 0;  // A page that the medium does not give back says nothing; writing it anew may cure it.
-  }
-  const std::size_t sectors = header_.page_size / kSectorBytes;
-  std::vector<bool> known(sectors, false);
+std::vector<std::byte> Recovery::OriginalOf(PageRecords records) const {
+  return ReadBytes(journal_, records.front().offset, header_.page_size);
+}
+
+// Whether the page consists of sectors from before and from the writes that were announced. One sector may be neither:
+// a disk that tears inside a sector. A page that the medium does not give back counts as known, since writing it anew
+// may cure it.
+bool Recovery::IsKnown(PageRecords records, File& file) const {
+  const std::optional<std::vector<std::byte>> now = PageNow(file, records.front().page, header_.page_size);
+  return !now || (now->size() == header_.page_size && StrangeSectors(records, *now) <= 1);
+}
+
+std::size_t Recovery::StrangeSectors(PageRecords records, std::span<const std::byte> now) const {
+  std::vector<bool> known(now.size() / kSectorBytes, false);
   for (const Record& record : records) {
     const std::vector<std::byte> bytes = ReadBytes(journal_, record.offset, BytesOf(record.kind));
-    for (std::size_t i = 0; i < sectors; ++i) {
-      const std::span<const std::byte> sector = std::span<const std::byte>(now).subspan(i * kSectorBytes, kSectorBytes);
+    for (std::size_t i = 0; i < known.size(); ++i) {
+      const std::span<const std::byte> sector = now.subspan(i * kSectorBytes, kSectorBytes);
       if (record.kind == RecordKind::kOriginal) {
         if (std::ranges::equal(sector, std::span(bytes).subspan(i * kSectorBytes, kSectorBytes))) known[i] = true;
       } else {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -23,6 +24,12 @@ class Recovery {
   // Whether `file` is in a state that the journaled change can have left behind. False for another file, or when
   // somebody has put other content in its place since.
   bool Fits(File& file) const;
+  // Whether `file` holds a page of the journaled change, whole or torn. A file that does and does not fit was changed
+  // by somebody else in the midst of the change.
+  bool IsCarriedBy(File& file) const;
+  // Puts those pages back for which `wanted` is true. It is told of each whether the page is in such a state.
+  using Wanted = std::function<bool(std::uint32_t page, bool known)>;
+  void RestorePages(File& file, const Wanted& wanted) const;
   // The file as it was before, durable. May be repeated after an error.
   void PlayBack(File& file) const;
 
@@ -33,8 +40,14 @@ class Recovery {
     std::uint64_t offset;  // of its bytes in the journal
   };
 
+  // Of one page, the original first.
+  using PageRecords = std::span<const Record>;
+
+  std::vector<PageRecords> Pages() const;
   std::size_t BytesOf(RecordKind kind) const;
-  std::size_t StrangeSectors(std::span<const Record> records, File& file) const;
+  std::vector<std::byte> OriginalOf(PageRecords records) const;
+  bool IsKnown(PageRecords records, File& file) const;
+  std::size_t StrangeSectors(PageRecords records, std::span<const std::byte> now) const;
 
   File& journal_;
   JournalHeader header_ = {};

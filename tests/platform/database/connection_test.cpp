@@ -154,6 +154,31 @@ TEST_F(ConnectionTest, FindsByIndexWithoutAScan) {
   EXPECT_EQ(Rows(connection, "SELECT COUNT(*) AS N FROM CUSTOM_D WHERE CUSTOM_NO='A90'", {"N"}), "0\n");
 }
 
+TEST_F(ConnectionTest, RefusesAndOpensAnewWhatAnotherProgramHasChanged) {
+  const auto insert = [&](Connection& connection) {
+    return Refusal(connection, Ticket("A01", "20021005143012", "0,25,1,1,2,3,4"));
+  };
+  const std::filesystem::path backup = folder_.Path() / "backup.mdb";
+  std::filesystem::copy_file(file_, backup);
+  Connection other(Opening());
+  EXPECT_EQ(insert(connection_), std::nullopt);
+  EXPECT_EQ(insert(other), std::nullopt);
+  other.Flush();
+  EXPECT_EQ(insert(other), std::nullopt);
+  std::filesystem::rename(backup, file_);
+  // What had been flushed is in the file that is gone; the rest is refused, and can be done again.
+  EXPECT_EQ(Refusal("讀取資料庫", [&] { Count(connection_, "CUSTOM_D"); }), Fault::kChanged);
+  EXPECT_EQ(Count(connection_, "CUSTOM_D"), 0);
+  EXPECT_EQ(Refusal("寫入資料庫", [&] { other.Flush(); }), Fault::kChanged);
+  EXPECT_EQ(insert(other), std::nullopt);
+  EXPECT_EQ(insert(connection_), std::nullopt);
+  connection_.Flush();
+  other.Flush();
+  std::filesystem::remove(file_);
+  EXPECT_EQ(insert(other), Fault::kChanged);
+  EXPECT_EQ(Refusal("開啟資料庫", [&] { other.Execute("DELETE FROM CUSTOM_D"); }), Fault::kMissing);
+}
+
 TEST(ConnectionColumns, ServesTablesOfEveryColumnType) {
   using enum access::ColumnType;
   const testing_support::ScratchFolder folder;

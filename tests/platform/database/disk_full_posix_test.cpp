@@ -8,6 +8,26 @@ namespace {
 
 using DiskFullTest = DatabaseFixture;
 
+TEST_F(DiskFullTest, EveryConnectionLearnsThatItsStatementsAreUndone) {
+  const std::string insert = "INSERT INTO CUSTOM_D (CUSTOM_NO) VALUES ('A01')";
+  const auto flush = [](Connection& connection) { return Refusal("寫入資料庫", [&] { connection.Flush(); }); };
+  Connection one(Opening());
+  Connection two(Opening());
+  one.Execute(insert);
+  two.Flush();
+  EXPECT_EQ(flush(one), std::nullopt);
+  one.Execute(insert);
+  two.Execute(insert);
+  {
+    const FileSizeLimit limit(1000);
+    EXPECT_EQ(flush(two), Fault::kDiskFull);
+  }
+  two.Execute(insert);
+  EXPECT_EQ(flush(one), Fault::kDiskFull);
+  EXPECT_EQ(flush(one), std::nullopt);
+  EXPECT_EQ(Count(one, "CUSTOM_D"), 2);
+}
+
 TEST_F(DiskFullTest, AStatementThatFindsNoRoomOnItsWayChangesNothing) {
   constexpr int kRows = 1 << 18;  // more pages than one statement keeps in memory
   const std::string remove = "DELETE FROM CUSTOM_D WHERE CUSTOM_NO='A01'";

@@ -37,7 +37,7 @@ class FaultFile final : public File {
 
   std::uint64_t Size() override { return node_->now.size(); }
   bool Writable() const override { return writable_; }
-  FileId Id() override { return {1, node_->id}; }
+  FileStamp Stamp() override { return {.id = {1, node_->id}, .size = node_->now.size(), .time = node_->version}; }
   // There is one process.
   bool Lock(LockKind, LockMode, bool) override { return true; }
   void Unlock(LockKind) noexcept override {}
@@ -46,6 +46,7 @@ class FaultFile final : public File {
   void Do(FaultFiles::Change change) {
     if (!writable_) throw PagerError(path_, "is open for reading only");
     FaultFiles::Apply(node_->now, change);
+    ++node_->version;
     node_->unsynced.push_back(std::move(change));
   }
 
@@ -77,7 +78,7 @@ std::unique_ptr<FaultFiles> FaultFiles::AfterPowerFailure(std::uint32_t seed) co
 }
 
 void FaultFiles::Put(const std::string& name, std::vector<std::byte> content) {
-  names_[name] = std::make_shared<Node>(Node{next_id_++, content, content, {}});
+  names_[name] = std::make_shared<Node>(Node{next_id_++, content, content, {}, 0});
   unsynced_names_ = {names_};
 }
 
@@ -90,10 +91,20 @@ std::unique_ptr<File> FaultFiles::Open(const std::filesystem::path& path) {
 std::unique_ptr<File> FaultFiles::Create(const std::filesystem::path& path) {
   Check(path, true);
   if (!writable_ || names_.contains(path.string())) throw PagerError(path, "cannot be created");
-  const auto node = std::make_shared<Node>(Node{next_id_++, {}, {}, {}});
+  const auto node = std::make_shared<Node>(Node{next_id_++, {}, {}, {}, 0});
   names_[path.string()] = node;
   unsynced_names_.push_back(names_);
   return std::make_unique<FaultFile>(*this, path, node, true);
+}
+
+std::optional<FileStamp> FaultFiles::Look(const std::filesystem::path& path) {
+  const std::unique_ptr<File> file = Open(path);
+  return file ? std::optional(file->Stamp()) : std::nullopt;
+}
+
+bool FaultFiles::RemoveUnused(const std::filesystem::path& path) {
+  Remove(path);
+  return true;
 }
 
 void FaultFiles::Remove(const std::filesystem::path& path) {

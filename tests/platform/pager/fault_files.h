@@ -45,6 +45,8 @@ class FaultFiles final : public FileSystem {
   std::filesystem::path Resolve(const std::filesystem::path& path) override { return path; }
   std::unique_ptr<File> Open(const std::filesystem::path& path) override;
   std::unique_ptr<File> Create(const std::filesystem::path& path) override;
+  std::optional<FileStamp> Look(const std::filesystem::path& path) override;
+  bool RemoveUnused(const std::filesystem::path& path) override;
   void Remove(const std::filesystem::path& path) override;
   void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override;
   void SyncFolder(const std::filesystem::path& folder) override;
@@ -62,6 +64,7 @@ class FaultFiles final : public FileSystem {
     std::vector<std::byte> durable;
     std::vector<std::byte> now;
     std::vector<Change> unsynced;
+    std::int64_t version;
   };
   using Names = std::map<std::string, std::shared_ptr<Node>>;
 

@@ -43,6 +43,16 @@ FaultFiles Disk(const Bytes& file, const Bytes& journal) {
   return files;
 }
 
+template <typename Work>
+Fault FaultOf(const Work& work) {
+  try {
+    work();
+  } catch (const PagerError& error) {
+    return error.Kind();
+  }
+  return Fault::kOther;
+}
+
 // The disk when the file on it has been opened.
 FaultFiles Opened(FaultFiles files) {
   Pager::Open(kFile, TestProbe, files);
@@ -53,14 +63,51 @@ FaultFiles Opened(FaultFiles files) {
 TEST(Journal, TruncatedOrDamagedChangesNothing) {
   const Bytes journal = CrashWhileChanging(MakeFile(12, 10)).Content(kJournal);
   const Bytes good = MakeFile(14, 500);
-  for (std::size_t size = 0; size < journal.size(); size += 37) {
+  for (std::size_t size = sizeof kJournalMagic; size < journal.size(); size += 37) {
     Bytes damaged = journal;
     damaged[size] ^= std::byte{1};
     ASSERT_EQ(Opened(Disk(good, damaged)).Content(kFile), good) << size;
     damaged.resize(size);
     ASSERT_EQ(Opened(Disk(good, damaged)).Content(kFile), good) << size;
   }
-  EXPECT_EQ(Opened(Disk(good, Bytes(100000, std::byte{0x5a}))).Content(kFile), good);
+}
+
+TEST(Journal, FileOfAnotherProgramInItsPlaceIsLeftAlone) {
+  const Bytes letters(100000, std::byte{0x5a});
+  FaultFiles files = Disk(MakeFile(12, 10), letters);
+  const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, files);
+  EXPECT_EQ(ReadAll(*pager).size(), 12U);
+  EXPECT_EQ(FaultOf([&] { Store(*pager, {1}, 0, 11); }), Fault::kNotOurs);
+  EXPECT_EQ(files.Content(kJournal), letters);
+  files.Remove(kJournal);
+  Store(*pager, {1}, 0, 11);
+
+  // It may as well come while the journal is in use.
+  Statement statement(*pager);
+  ChangePage(*pager, 2, 12);
+  statement.Commit();
+  files.Put(kJournal, letters);
+  EXPECT_EQ(FaultOf([&] { pager->Flush(); }), Fault::kChanged);
+  EXPECT_EQ(FaultOf([&] { ReadAll(*pager); }), Fault::kChanged);
+  EXPECT_EQ(files.Content(kJournal), letters);
+  files.Remove(kJournal);
+  EXPECT_EQ(ReadAll(*Pager::Open(kFile, TestProbe, files))[2], 10U);
+}
+
+// The machine stopped in the midst of a change, and then another program wrote to the file.
+TEST(Journal, OfAHalfChangedFileThatDoesNotFitIsKept) {
+  FaultFiles files = CrashWhileChanging(MakeFile(12, 10));
+  const Bytes journal = files.Content(kJournal);
+  const Bytes other = MakeFile(12, 60);
+  std::copy_n(other.begin() + 7 * kTestPage, kTestPage, files.Content(kFile).begin() + 7 * kTestPage);
+  const Bytes damaged = files.Content(kFile);
+  for (int turn = 0; turn < 2; ++turn) {
+    const std::shared_ptr<Pager> pager = Pager::Open(kFile, TestProbe, files);
+    EXPECT_EQ(ReadAll(*pager)[7], 60U);
+    EXPECT_EQ(FaultOf([&] { pager->Begin(); }), Fault::kDamaged);
+  }
+  EXPECT_EQ(files.Content(kFile), damaged);
+  EXPECT_EQ(files.Content(kJournal), journal);
 }
 
 // Well sealed, but no journal of ours: pages that the file never had, kinds that there are not.

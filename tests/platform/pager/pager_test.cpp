@@ -44,7 +44,7 @@ TEST(Pager, ActsLikeAVectorOfPages) {
       if (random() % 4 != 0) {
         statement.Commit();
         model = std::move(after);
-        ASSERT_EQ(pager->Version() > version, changes > 0);
+        ASSERT_TRUE(changes == 0 || pager->Version() > version);
       }
     } else if (what < 90) {
       const auto page = static_cast<std::uint32_t>(random() % model.size());
