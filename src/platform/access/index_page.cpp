@@ -18,7 +18,9 @@ IndexPage::IndexPage(const Format& format, std::uint32_t number, const IndexPage
   std::vector<std::byte> buffer;
   for (IndexPageView::Place place = page.First(); !page.IsEnd(place); place = page.After(place)) {
     const Bytes entry = page.Entry(place, buffer);
-    if (bytes_.size() + entry.size() > kMostFullBytes) {
+    // An entry has to fit into a page of its own, and so has its copy with a child in the page above.
+    if (entry.size() + kEntryChildSize > format.page_size - format.index_page.entries ||
+        bytes_.size() + entry.size() > kMostFullBytes) {
       throw AccessError(number, "the entries of the index page do not fit into it");
     }
     bytes_.insert(bytes_.end(), entry.begin(), entry.end());
