@@ -31,7 +31,24 @@ VIAddVersionKey /LANG=${LANG_TRADCHINESE} "LegalCopyright" ""
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Marlevo"
 
+; Nothing is written over or removed from under a running program, which Windows keeps from being opened for writing. The
+; operator ends it and tries again; a silent run gives up with the error level 2, before it changed anything.
+!macro WaitForTheProgram
+  wait:
+  IfFileExists "$INSTDIR\marlevo.exe" 0 free
+  ClearErrors
+  FileOpen $0 "$INSTDIR\marlevo.exe" a
+  IfErrors 0 close
+  MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Marlevo 正在執行中，或這個資料夾不能寫入。$\r$\n請先結束程式，再按「重試」。" /SD IDCANCEL IDRETRY wait
+  SetErrorLevel 2
+  Abort "Marlevo 正在執行中：什麼都沒有改變。"
+  close:
+  FileClose $0
+  free:
+!macroend
+
 Section
+  !insertmacro WaitForTheProgram
   SetOutPath "$INSTDIR"
   File "${FOLDER}\marlevo.exe"
   File "${FOLDER}\make_database.exe"
@@ -57,6 +74,7 @@ Section
 SectionEnd
 
 Section "Uninstall"
+  !insertmacro WaitForTheProgram
   Delete "$INSTDIR\marlevo.exe"
   Delete "$INSTDIR\make_database.exe"
   Delete "$INSTDIR\使用手冊.html"
