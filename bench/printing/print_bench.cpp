@@ -20,7 +20,7 @@ TicketList AllTickets(int kind) {
   for (std::size_t i = 0; i < tickets.size(); ++i) {
     std::size_t rest = i;
     for (int column = digits - 1; column >= 0; --column, rest /= 10) {
-      tickets[i].cells[static_cast<std::size_t>(column)] = static_cast<char>('0' + rest % 10);
+      tickets[i].cells[column] = static_cast<char>('0' + rest % 10);
     }
   }
   return tickets;
@@ -58,22 +58,21 @@ int main(int argc, char** argv) {
   std::array<std::vector<std::vector<QRectF>>, kBetKinds> rectangles;
   std::size_t slips = 0;
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    const auto index = static_cast<std::size_t>(kind);
-    lists[index] = AllTickets(kind);
-    for (const PageDrawing& page : Slips(kind, lists[index])) {
-      std::vector<QRectF>& bare = rectangles[index].emplace_back();
+    lists[kind] = AllTickets(kind);
+    for (const PageDrawing& page : Slips(kind, lists[kind])) {
+      std::vector<QRectF>& bare = rectangles[kind].emplace_back();
       for (const Mark& mark : page.marks) {
         bare.emplace_back(mark.x, mark.y, mark.width, mark.height);
       }
     }
-    slips += rectangles[index].size();
+    slips += rectangles[kind].size();
   }
   std::printf("%zu slips\n", slips);
 
   const auto print = [&] {
     for (int kind = 0; kind < kBetKinds; ++kind) {
       PrintJob job("bench", folder.filePath(QString("%1.pdf").arg(kind)).toStdString());
-      for (const PageDrawing& page : Slips(kind, lists[static_cast<std::size_t>(kind)])) {
+      for (const PageDrawing& page : Slips(kind, lists[kind])) {
         job.Draw(page);
         job.NewPage();
       }

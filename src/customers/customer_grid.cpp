@@ -42,7 +42,7 @@ void CustomerGrid::Append(const Customer& customer) {
 
 void CustomerGrid::Replace(const Customer& customer) {
   if (const int row = Find(customer.number); row != -1) {
-    customers_[static_cast<std::size_t>(row)] = customer;
+    customers_[row] = customer;
     texts_->Replace(row, Texts(customer));
     SetWidths();
     Highlight(row);

@@ -26,7 +26,7 @@ class CustomerGrid : public ChoosingView<QTableView> {
 
   void Show(std::vector<Customer> customers);
 
-  const Customer& At(int row) const { return customers_[static_cast<std::size_t>(row)]; }
+  const Customer& At(int row) const { return customers_[row]; }
   // The row of a customer, found by its number, letter for letter; -1 when there is none.
   int Find(std::string_view number) const;
 

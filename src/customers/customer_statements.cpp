@@ -48,10 +48,10 @@ std::string InsertTicket(std::string_view number, std::string_view stamp, const 
 }
 
 std::string SelectWinners(int mode, const std::array<std::string, 4>& drawn, const CheckScope& scope) {
-  const PrizeClass& prize = kPrizeClasses[static_cast<std::size_t>(mode)];
+  const PrizeClass& prize = kPrizeClasses[mode];
   std::string sql = "SELECT * FROM CUSTOM_D WHERE PLAY_MODE=" + std::to_string(mode);
-  for (std::size_t column = 0; column < static_cast<std::size_t>(prize.digits); ++column) {
-    const std::string& digit = drawn[static_cast<std::size_t>(prize.first_position) + column];
+  for (int column = 0; column < prize.digits; ++column) {
+    const std::string& digit = drawn[prize.first_position + column];
     sql += " AND NO" + std::to_string(column + 1) + "=" + SqlNumber(digit);
   }
   if (scope.number) {

@@ -14,12 +14,12 @@ constexpr std::array<std::string_view, kCustomerFields> kFields = {"CUSTOM_NO", 
 constexpr std::array<std::string_view, 4> kDigits = {"NO1", "NO2", "NO3", "NO4"};
 
 // Nothing unless the play mode is one of 0 to 4.
-std::optional<std::size_t> PlayMode(const Recordset& ticket) {
+std::optional<int> PlayMode(const Recordset& ticket) {
   const double mode = ticket.Number("PLAY_MODE");
   if (ticket.IsNull("PLAY_MODE") || mode < 0 || mode >= kPlayModes || mode != std::floor(mode)) {
     return std::nullopt;
   }
-  return static_cast<std::size_t>(mode);
+  return static_cast<int>(mode);
 }
 
 }  // namespace
@@ -80,10 +80,10 @@ PurchaseRecord CustomerStore::Record(std::string_view number, std::string_view s
   PurchaseRecord record;
   Recordset rows = connection_.Open(SelectRecord(number, stamp));
   for (int read = 1; !rows.AtEnd(); rows.MoveNext(), ++read) {
-    if (const std::optional<std::size_t> mode = PlayMode(rows)) {
+    if (const std::optional<int> mode = PlayMode(rows)) {
       record.stakes[*mode] = rows.Text("PLAY_AMT");
       RecordTicket& ticket = record.tickets[*mode].emplace_back(RecordTicket{rows.Text("PLAY_SEQ"), {}});
-      for (std::size_t i = 0; i < static_cast<std::size_t>(kPrizeClasses[*mode].digits); ++i) {
+      for (int i = 0; i < kPrizeClasses[*mode].digits; ++i) {
         ticket.digits[i] = rows.Text(kDigits[i]);
       }
     }

@@ -91,14 +91,10 @@ void frmCustom::SetUpWidgets() {
   txtCustom_No_->installEventFilter(this);
   connect(txtCustom_No_, &QLineEdit::textEdited, this, &frmCustom::txtCustom_No_KeyPress);
 
-  QPushButton* const cmdAdd = NewButton(this, "cmdAdd", "新增", Emphasis::kMain);
-  QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改");
-  QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除客戶資料");
-  QPushButton* const check = NewButton(this, "Command1", "客戶資料對獎");
-  connect(cmdAdd, &QPushButton::clicked, this, &frmCustom::cmdAdd_Click);
-  connect(cmdEdit, &QPushButton::clicked, this, &frmCustom::cmdEdit_Click);
-  connect(cmdDel, &QPushButton::clicked, this, &frmCustom::cmdDel_Click);
-  connect(check, &QPushButton::clicked, this, &frmCustom::Command1_Click);
+  QPushButton* const cmdAdd = NewButton(this, "cmdAdd", "新增", &frmCustom::cmdAdd_Click, Emphasis::kMain);
+  QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改", &frmCustom::cmdEdit_Click);
+  QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除客戶資料", &frmCustom::cmdDel_Click);
+  QPushButton* const check = NewButton(this, "Command1", "客戶資料對獎", &frmCustom::Command1_Click);
 
   lstRecord_ = new RecordList(this);
   lstRecord_->OnPressed([this] { lstRecord_MouseDown(); });
@@ -106,10 +102,8 @@ void frmCustom::SetUpWidgets() {
   lblRecord->setBuddy(lstRecord_);
   SSTab1_ = new RecordTabs(this);
 
-  QPushButton* const cmdDelRecord = NewButton(this, "cmdDelRecord", "刪除購買記錄");
-  QPushButton* const cmdExit = NewButton(this, "cmdExit", "結束");
-  connect(cmdDelRecord, &QPushButton::clicked, this, &frmCustom::cmdDelRecord_Click);
-  connect(cmdExit, &QPushButton::clicked, this, &frmCustom::cmdExit_Click);
+  QPushButton* const cmdDelRecord = NewButton(this, "cmdDelRecord", "刪除購買記錄", &frmCustom::cmdDelRecord_Click);
+  QPushButton* const cmdExit = NewButton(this, "cmdExit", "結束", &frmCustom::cmdExit_Click);
 
   auto* const customer_buttons = new QHBoxLayout;
   customer_buttons->setSpacing(8);

@@ -7,6 +7,7 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QStringListModel>
+#include <algorithm>
 
 #include "customers/customer_grid.h"
 #include "customers/prizes.h"
@@ -20,7 +21,6 @@ namespace marlevo {
 
 namespace {
 
-constexpr std::array<const char*, 4> kPositions = {"第一柱", "第二柱", "第三柱", "第四柱"};
 constexpr std::array<const char*, 3> kScopes = {"單一客戶指定記錄", "單一客戶所有記錄", "所有客戶"};
 
 }  // namespace
@@ -58,27 +58,24 @@ void frmCustom_CHK::SetUpWidgets() {
   auto* const digits = new QGridLayout;
   digits->setHorizontalSpacing(12);
   digits->setVerticalSpacing(4);
-  for (std::size_t i = 0; i < cboCheck_.size(); ++i) {
-    const int position = static_cast<int>(i);
-    cboCheck_[i] = new DigitList(this, ElementName("cboCheck", position));
+  for (int i = 0; i < 4; ++i) {
+    cboCheck_[i] = new DigitList(this, ElementName("cboCheck", i));
     cboCheck_[i]->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 5);
-    digits->addWidget(NewLabel(this, ElementName("lblTitle2", position), QString(kPositions[i])), 0, position);
-    digits->addWidget(cboCheck_[i], 1, position);
+    digits->addWidget(NewLabel(this, ElementName("lblTitle2", i), QString::fromUtf8(kPositionNames[i])), 0, i);
+    digits->addWidget(cboCheck_[i], 1, i);
   }
   digits->setColumnStretch(4, 1);
 
   auto* const scopes = new QVBoxLayout;
   scopes->setSpacing(8);
-  for (std::size_t i = 0; i < Option1_.size(); ++i) {
-    Option1_[i] = Named(new QRadioButton(QString(kScopes[i]), this), ElementName("Option1", static_cast<int>(i)));
+  for (int i = 0; i < 3; ++i) {
+    Option1_[i] = Named(new QRadioButton(kScopes[i], this), ElementName("Option1", i));
     scopes->addWidget(Option1_[i]);
   }
   Option1_[0]->setChecked(true);
 
-  QPushButton* const cmdCheck2 = NewButton(this, "cmdCheck2", "比對", Emphasis::kMain);
-  QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開");
-  connect(cmdCheck2, &QPushButton::clicked, this, &frmCustom_CHK::cmdCheck2_Click);
-  connect(cmdExit, &QPushButton::clicked, this, &frmCustom_CHK::cmdExit_Click);
+  QPushButton* const cmdCheck2 = NewButton(this, "cmdCheck2", "比對", &frmCustom_CHK::cmdCheck2_Click, Emphasis::kMain);
+  QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開", &frmCustom_CHK::cmdExit_Click);
 
   // A model of its own: a draw can have thousands of winners.
   auto* const lstCheck = Named(new QListView(this), "lstCheck");
@@ -142,9 +139,7 @@ void frmCustom_CHK::cmdCheck2_Click() {
     return;
   }
   std::array<std::string, 4> drawn;
-  for (std::size_t i = 0; i < drawn.size(); ++i) {
-    drawn[i] = cboCheck_[i]->currentText().toStdString();
-  }
+  std::ranges::transform(cboCheck_, drawn.begin(), &DigitList::Text);
   QStringList lines;
   for (const Winner& winner : store_.Winners(drawn, *scope)) {
     lines += QString::fromStdString(PrizeLine(winner));

@@ -38,12 +38,9 @@ void frmSave::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kNumberAndName);
   mfgCustom_H_->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 30 + fontMetrics().height() * 2);
 
-  QPushButton* const save = NewButton(this, "cmdPrint", "存  檔", Emphasis::kMain);
-  QPushButton* const cmdCustom = NewButton(this, "cmdCustom", "客戶資料維護");
-  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
-  connect(save, &QPushButton::clicked, this, &frmSave::cmdPrint_Click);
-  connect(cmdCustom, &QPushButton::clicked, this, &frmSave::cmdCustom_Click);
-  connect(cmdCancel, &QPushButton::clicked, this, &frmSave::cmdCancel_Click);
+  QPushButton* const save = NewButton(this, "cmdPrint", "存  檔", &frmSave::cmdPrint_Click, Emphasis::kMain);
+  QPushButton* const cmdCustom = NewButton(this, "cmdCustom", "客戶資料維護", &frmSave::cmdCustom_Click);
+  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開", &frmSave::cmdCancel_Click);
 
   auto* const buttons = new QHBoxLayout;
   buttons->setSpacing(8);

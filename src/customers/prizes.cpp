@@ -5,7 +5,7 @@
 namespace marlevo {
 
 std::string PrizeLine(const Winner& winner) {
-  const PrizeClass& prize = kPrizeClasses[static_cast<std::size_t>(winner.mode)];
+  const PrizeClass& prize = kPrizeClasses[winner.mode];
   return winner.customer_no + " " + std::string(prize.name) + "中獎 " + NumberText(winner.stake * prize.multiplier) +
          " 元 !!";
 }

@@ -27,7 +27,7 @@ std::size_t BytesOf(std::string_view text, int count) {
 std::vector<StoredTicket> TicketsToStore(const CurrentList& list) {
   std::vector<StoredTicket> stored;
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    const KindList& of_kind = list.kinds[static_cast<std::size_t>(kind)];
+    const KindList& of_kind = list.kinds[kind];
     if (!of_kind.ticked) {
       continue;
     }
@@ -35,7 +35,7 @@ std::vector<StoredTicket> TicketsToStore(const CurrentList& list) {
     int seq = 0;
     for (const Ticket& ticket : of_kind.tickets) {
       StoredTicket& row = stored.emplace_back(StoredTicket{kind, amount, ++seq, {}});
-      for (std::size_t column = 0; column < static_cast<std::size_t>(DigitColumns(kind)); ++column) {
+      for (int column = 0; column < DigitColumns(kind); ++column) {
         row.digits[column] = DigitValue(ticket.cells[column]);
       }
     }
@@ -55,7 +55,7 @@ std::string RecordLine(const RecordSummary& record) {
     // From the right, so that the places further left stay as they are.
     const std::size_t month = shown.size() - 10;
     for (const auto& [place, mark] : {std::pair{8, ':'}, {6, ':'}, {4, '-'}, {2, '/'}, {0, '/'}}) {
-      shown.insert(month + static_cast<std::size_t>(place), 1, mark);
+      shown.insert(month + place, 1, mark);
     }
   }
   return shown + " " + WidthMask(std::to_string(record.tickets), 5) + "張";

@@ -41,7 +41,7 @@ QString RecordList::SelectedLine() const {
 
 int RecordList::SelectedTickets() const {
   const int row = ChosenRow();
-  return row == -1 ? 0 : records_[static_cast<std::size_t>(row)].tickets;
+  return row == -1 ? 0 : records_[row].tickets;
 }
 
 void RecordList::RemoveSelectedLine() {

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "platform/text/text.h"
+#include "tickets/tickets.h"
 #include "ui/choosing_view.h"
 #include "ui/digit_list.h"
 #include "ui/frmMessage.h"
@@ -19,12 +20,6 @@
 #include "ui/widgets.h"
 
 namespace marlevo {
-
-namespace {
-
-constexpr std::array<const char*, 4> kPositions = {"一", "二", "三", "四"};
-
-}  // namespace
 
 frmInput::frmInput(QWidget* parent, const std::string& connection_string) : QDialog(parent), store_(connection_string) {
   setObjectName("frmInput");
@@ -65,23 +60,17 @@ void frmInput::SetUpWidgets() {
   entry->setVerticalSpacing(10);
   entry->addWidget(lblVou_No, 0, 0);
   entry->addWidget(txtVou_No_, 0, 1);
-  for (std::size_t i = 0; i < cboCheck_.size(); ++i) {
-    const int position = static_cast<int>(i);
-    cboCheck_[i] = new DigitList(this, ElementName("cboCheck", position));
-    entry->addWidget(NewLabel(this, ElementName("lblTitle2", position), "第" + QString(kPositions[i]) + "柱"),
-                     position + 1, 0);
-    entry->addWidget(cboCheck_[i], position + 1, 1);
+  for (int i = 0; i < 4; ++i) {
+    cboCheck_[i] = new DigitList(this, ElementName("cboCheck", i));
+    entry->addWidget(NewLabel(this, ElementName("lblTitle2", i), QString::fromUtf8(kPositionNames[i])), i + 1, 0);
+    entry->addWidget(cboCheck_[i], i + 1, 1);
   }
   entry->setColumnMinimumWidth(1, fontMetrics().horizontalAdvance('0') * 16);
 
-  QPushButton* const cmdAdd = NewButton(this, "cmdAdd", "新增", Emphasis::kMain);
-  QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改");
-  QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除");
-  QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開");
-  connect(cmdAdd, &QPushButton::clicked, this, &frmInput::cmdAdd_Click);
-  connect(cmdEdit, &QPushButton::clicked, this, &frmInput::cmdEdit_Click);
-  connect(cmdDel, &QPushButton::clicked, this, &frmInput::cmdDel_Click);
-  connect(cmdExit, &QPushButton::clicked, this, &frmInput::cmdExit_Click);
+  QPushButton* const cmdAdd = NewButton(this, "cmdAdd", "新增", &frmInput::cmdAdd_Click, Emphasis::kMain);
+  QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改", &frmInput::cmdEdit_Click);
+  QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除", &frmInput::cmdDel_Click);
+  QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開", &frmInput::cmdExit_Click);
 
   auto* const buttons = new QHBoxLayout;
   buttons->setSpacing(8);
@@ -110,11 +99,7 @@ void frmInput::SetUpWidgets() {
 }
 
 void frmInput::SetupDrawGrid() {
-  QStringList headings = {"期數"};
-  for (const char* position : kPositions) {
-    headings += "第" + QString(position) + "注";
-  }
-  draws_ = new TextModel(headings, Qt::AlignHCenter, this);
+  draws_ = new TextModel({"期數", "第一注", "第二注", "第三注", "第四注"}, Qt::AlignHCenter, this);
   draws_->SetTexts({QStringList(5)});
   SetUpGrid(*mfgNumeric_, GridSelection::kRow);
   mfgNumeric_->setModel(draws_);
@@ -207,16 +192,16 @@ void frmInput::cmdExit_Click() {
 }
 
 void frmInput::mfgNumeric_RowChosen(int row) {
-  const QStringList& texts = draws_->Texts()[static_cast<std::size_t>(row)];
+  const QStringList& texts = draws_->Texts()[row];
   txtVou_No_->setText(texts[0]);
-  for (std::size_t i = 0; i < cboCheck_.size(); ++i) {
-    const double digit = LenientNumber(texts[static_cast<int>(i) + 1].toStdString());
+  for (int i = 0; i < 4; ++i) {
+    const double digit = LenientNumber(texts[i + 1].toStdString());
     cboCheck_[i]->SetDigit(QString::fromStdString(NumberText(digit)));
   }
 }
 
 void frmInput::txtVou_No_GotFocus() {
-  txtVou_No_->setSelection(0, static_cast<int>(txtVou_No_->text().length()));
+  txtVou_No_->selectAll();
 }
 
 bool frmInput::txtVou_No_KeyPress(const QKeyEvent& event) {
@@ -251,9 +236,7 @@ bool frmInput::HasNumber() {
 
 Draw frmInput::Entered() const {
   Draw draw{txtVou_No_->text().toStdString(), {}};
-  for (std::size_t i = 0; i < draw.digits.size(); ++i) {
-    draw.digits[i] = cboCheck_[i]->currentText().toStdString();
-  }
+  std::ranges::transform(cboCheck_, draw.digits.begin(), &DigitList::Text);
   return draw;
 }
 

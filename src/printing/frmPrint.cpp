@@ -58,69 +58,25 @@ frmPrint::frmPrint(QWidget* parent, const CurrentList& list, std::filesystem::pa
     : QDialog(parent), list_(list), settings_folder_(std::move(settings_folder)) {
   setObjectName("frmPrint");
   setWindowTitle("列  印");
+  Form_Load();
+}
+
+void frmPrint::SetUpWidgets() {
   QWidget* const heading = NewHeading();
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    rows_[static_cast<std::size_t>(kind)] = NewKindRow(kind);
+    rows_[kind] = NewKindRow(kind);
   }
   for (int i = 0; i < 2; ++i) {
-    QRadioButton*& option = Option1_[static_cast<std::size_t>(i)];
+    QRadioButton*& option = Option1_[i];
     option = Named(new QRadioButton(i == 0 ? "全部列印" : "部份列印", this), ElementName("Option1", i));
     connect(option, &QRadioButton::clicked, this, &frmPrint::Option1_Click);
   }
   chkPage_ = Named(new QCheckBox("印出序號", this), "chkPage");
   chkPage_->setToolTip("在投注單的每一注旁印上它在清單中的序號");
   lblSlips_ = NewLabel(this, "lblSlips", {});
-  auto* const cmdPrint = new PrintButton(this, "列  印", [this] { cmdPrint_Click(); });
-  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
-  connect(cmdCancel, &QPushButton::clicked, this, &frmPrint::cmdCancel_Click);
-  LayOut(heading, cmdPrint, cmdCancel);
-  Form_Load();
-}
+  QPushButton* const cmdPrint = NewPrintButton(this, "列  印", [this] { cmdPrint_Click(); });
+  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開", &frmPrint::cmdCancel_Click);
 
-QWidget* frmPrint::NewHeading() {
-  auto* const heading = new QWidget(this);
-  QHBoxLayout* const row = NewRowLayout(heading);
-  const std::pair<const char*, int> columns[] = {
-      {"種類", kKindWidth}, {"列印範圍", kRangeWidth}, {"張數", kCountWidth}, {"長期投注", kMultiDrawWidth}};
-  for (const auto& [caption, width] : columns) {
-    NewColumn(row, width)->addWidget(new QLabel(caption, heading));
-  }
-  return heading;
-}
-
-frmPrint::KindRow frmPrint::NewKindRow(int kind) {
-  auto* const frame = Named(new QFrame(this), ElementName("fraPlay", kind));
-  frame->setFrameShape(QFrame::StyledPanel);
-  const auto index = static_cast<std::size_t>(kind);
-  KindRow row;
-  row.kind = kind;
-  row.list = &list_.kinds[index];
-  row.fraPlay = frame;
-  row.chkPlay = Named(new QCheckBox(QString::fromUtf8(kSlipKindNames[index]), frame), ElementName("chkPlay", kind));
-  row.txtStart = Named(new SelectAllEdit(frame), ElementName("txtStart", kind));
-  row.txtEnd = Named(new SelectAllEdit(frame), ElementName("txtEnd", kind));
-  row.lblMax = NewLabel(frame, ElementName("lblMax", kind), {});
-  row.cboMD = new DropDownList(frame, ElementName("cboMD", kind));
-
-  QHBoxLayout* const columns = NewRowLayout(frame);
-  NewColumn(columns, kKindWidth)->addWidget(row.chkPlay);
-  QHBoxLayout* const range = NewColumn(columns, kRangeWidth);
-  range->addWidget(row.txtStart);
-  range->addWidget(new QLabel("至", frame));
-  range->addWidget(row.txtEnd);
-  NewColumn(columns, kCountWidth)->addWidget(row.lblMax);
-  NewColumn(columns, kMultiDrawWidth)->addWidget(row.cboMD);
-
-  for (QLineEdit* const box : {row.txtStart, row.txtEnd}) {
-    box->setValidator(new QRegularExpressionValidator(QRegularExpression("[0-9]*"), box));
-  }
-  connect(row.chkPlay, &QCheckBox::clicked, this, &frmPrint::chkPlay_Click);
-  connect(row.txtStart, &QLineEdit::textChanged, this, &frmPrint::txtStart_Change);
-  connect(row.txtEnd, &QLineEdit::textChanged, this, &frmPrint::txtEnd_Change);
-  return row;
-}
-
-void frmPrint::LayOut(QWidget* heading, PrintButton* cmdPrint, QWidget* cmdCancel) {
   auto* const count = new QGroupBox("列印張數", this);
   auto* const options = new QHBoxLayout(count);
   options->setSpacing(24);
@@ -149,8 +105,54 @@ void frmPrint::LayOut(QWidget* heading, PrintButton* cmdPrint, QWidget* cmdCance
   column->addLayout(buttons);
 }
 
+QWidget* frmPrint::NewHeading() {
+  auto* const heading = new QWidget(this);
+  QHBoxLayout* const row = NewRowLayout(heading);
+  const std::pair<const char*, int> columns[] = {
+      {"種類", kKindWidth}, {"列印範圍", kRangeWidth}, {"張數", kCountWidth}, {"長期投注", kMultiDrawWidth}};
+  for (const auto& [caption, width] : columns) {
+    NewColumn(row, width)->addWidget(new QLabel(caption, heading));
+  }
+  return heading;
+}
+
+frmPrint::KindRow frmPrint::NewKindRow(int kind) {
+  auto* const frame = Named(new QFrame(this), ElementName("fraPlay", kind));
+  frame->setFrameShape(QFrame::StyledPanel);
+  KindRow row;
+  row.kind = kind;
+  row.list = &list_.kinds[kind];
+  row.fraPlay = frame;
+  row.chkPlay = Named(new QCheckBox(QString::fromUtf8(kSlipKindNames[kind]), frame), ElementName("chkPlay", kind));
+  row.txtStart = Named(new SelectAllEdit(frame), ElementName("txtStart", kind));
+  row.txtEnd = Named(new SelectAllEdit(frame), ElementName("txtEnd", kind));
+  row.lblMax = NewLabel(frame, ElementName("lblMax", kind), {});
+  row.cboMD = new DropDownList(frame, ElementName("cboMD", kind));
+
+  QHBoxLayout* const columns = NewRowLayout(frame);
+  NewColumn(columns, kKindWidth)->addWidget(row.chkPlay);
+  QHBoxLayout* const range = NewColumn(columns, kRangeWidth);
+  range->addWidget(row.txtStart);
+  range->addWidget(new QLabel("至", frame));
+  range->addWidget(row.txtEnd);
+  NewColumn(columns, kCountWidth)->addWidget(row.lblMax);
+  NewColumn(columns, kMultiDrawWidth)->addWidget(row.cboMD);
+
+  for (QLineEdit* const box : {row.txtStart, row.txtEnd}) {
+    box->setValidator(new QRegularExpressionValidator(QRegularExpression("[0-9]*"), box));
+  }
+  connect(row.chkPlay, &QCheckBox::clicked, this, &frmPrint::ShowSlipCount);
+  connect(row.txtStart, &QLineEdit::textChanged, this, &frmPrint::ShowSlipCount);
+  connect(row.txtEnd, &QLineEdit::textChanged, this, &frmPrint::ShowSlipCount);
+  return row;
+}
+
 void frmPrint::Form_Load() {
+  SetUpWidgets();
   for (const KindRow& row : rows_) {
+    for (const std::string_view draws : kMultiDraws) {
+      row.cboMD->addItem(QString::fromUtf8(draws));
+    }
     row.fraPlay->setVisible(row.list->ticked);
     if (row.list->ticked) {
       const QString count = QString::number(TicketCount(*row.list));
@@ -160,30 +162,10 @@ void frmPrint::Form_Load() {
       row.txtEnd->setText(count);
     }
   }
-  for (const KindRow& row : rows_) {
-    row.chkPlay->setChecked(false);
-    row.cboMD->clear();
-    for (const std::string_view draws : kMultiDraws) {
-      row.cboMD->addItem(QString::fromUtf8(draws));
-    }
-    row.cboMD->setCurrentText("不加注");
-  }
   Option1_[0]->setChecked(true);
 }
 
 void frmPrint::Option1_Click() {
-  ShowSlipCount();
-}
-
-void frmPrint::chkPlay_Click() {
-  ShowSlipCount();
-}
-
-void frmPrint::txtStart_Change() {
-  ShowSlipCount();
-}
-
-void frmPrint::txtEnd_Change() {
   ShowSlipCount();
 }
 

@@ -19,7 +19,6 @@ class QRadioButton;
 namespace marlevo {
 
 class DropDownList;
-class PrintButton;
 
 class frmPrint : public QDialog {
   Q_OBJECT
@@ -42,10 +41,8 @@ class frmPrint : public QDialog {
   };
 
   void Form_Load();
+  void SetUpWidgets();
   void Option1_Click();
-  void chkPlay_Click();
-  void txtStart_Change();
-  void txtEnd_Change();
   void cmdPrint_Click();
   void cmdCancel_Click();
   // One job for each ticked kind, with the settings that its file holds when the job begins.
@@ -53,7 +50,6 @@ class frmPrint : public QDialog {
 
   QWidget* NewHeading();
   KindRow NewKindRow(int kind);
-  void LayOut(QWidget* heading, PrintButton* cmdPrint, QWidget* cmdCancel);
 
   std::array<KindChoice, kBetKinds> Choices() const;
   SlipOrder OrderOf(const KindRow& row) const;

@@ -48,12 +48,15 @@ class SheetPicture : public QWidget {
 frmPrintNote::frmPrintNote(QWidget* parent) : QDialog(parent) {
   setObjectName("frmPrintNote");
   setWindowTitle("4星彩包牌便條紙列印");
+  Form_Load();
+}
+
+void frmPrintNote::SetUpWidgets() {
   cboPage_ = new DropDownList(this, "cboPage");
   cboPage_->setLineEdit(new SelectAllEdit(this));
   cboPage_->setInsertPolicy(QComboBox::NoInsert);
-  auto* const cmdPrint = new PrintButton(this, "列印便條紙", [this] { cmdPrint_Click(); });
-  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
-  connect(cmdCancel, &QPushButton::clicked, this, &frmPrintNote::cmdCancel_Click);
+  QPushButton* const cmdPrint = NewPrintButton(this, "列印便條紙", [this] { cmdPrint_Click(); });
+  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開", &frmPrintNote::cmdCancel_Click);
 
   auto* const pages = new QHBoxLayout;
   pages->setSpacing(10);
@@ -73,10 +76,10 @@ frmPrintNote::frmPrintNote(QWidget* parent) : QDialog(parent) {
   columns->setSizeConstraint(QLayout::SetFixedSize);
   columns->addWidget(new SheetPicture(this));
   columns->addLayout(right);
-  Form_Load();
 }
 
 void frmPrintNote::Form_Load() {
+  SetUpWidgets();
   for (int pages = 1; pages <= kPageCounts; ++pages) {
     cboPage_->addItem(QString::number(pages));
   }

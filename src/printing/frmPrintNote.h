@@ -16,6 +16,7 @@ class frmPrintNote : public QDialog {
 
  private:
   void Form_Load();
+  void SetUpWidgets();
   void cmdPrint_Click();
   void cmdCancel_Click();
 

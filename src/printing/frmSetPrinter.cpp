@@ -35,6 +35,10 @@ namespace {
 constexpr QSize kComfortable(1180, 690);
 constexpr double kReferencePoints = 10.5;  // all rows of the reference list fit without scrolling
 
+QString Caption(SlipType type) {
+  return QString::fromUtf8(SlipCaption(type));
+}
+
 QTableWidgetItem* NewCell(const QString& text, Qt::Alignment alignment = Qt::AlignRight) {
   auto* const cell = new QTableWidgetItem(text);
   cell->setTextAlignment(alignment | Qt::AlignVCenter);
@@ -66,6 +70,10 @@ frmSetPrinter::frmSetPrinter(QWidget* parent, std::filesystem::path settings_fol
     : QDialog(parent), settings_folder_(std::move(settings_folder)) {
   setObjectName("frmSetPrinter");
   setWindowTitle("投注單列印調整");
+  Form_Load();
+}
+
+void frmSetPrinter::SetUpWidgets() {
   picPreview_ = new SlipPreview(this);
   lblField_ = NewLabel(this, "lblField", {});
 
@@ -97,19 +105,18 @@ frmSetPrinter::frmSetPrinter(QWidget* parent, std::filesystem::path settings_fol
   rows->addLayout(NewButtons());
   FillScrolling(this, content);
   resize(kComfortable.boundedTo(screen()->availableSize()));
-
-  Form_Load();
 }
 
 void frmSetPrinter::Form_Load() {
+  SetUpWidgets();
   opPlay4_Click();
   txtInput_[0]->setFocus();
 }
 
 QLayout* frmSetPrinter::NewBoxes() {
   auto* const fraSlip = Named(new QGroupBox("投注單選項", this), "fraSlip");
-  opPlay4_ = Named(new QRadioButton(QString::fromUtf8(SlipCaption(SlipType::kFourDigit)), fraSlip), "opPlay4");
-  opPlay3_ = Named(new QRadioButton(QString::fromUtf8(SlipCaption(SlipType::kThreeDigit)), fraSlip), "opPlay3");
+  opPlay4_ = Named(new QRadioButton(Caption(SlipType::kFourDigit), fraSlip), "opPlay4");
+  opPlay3_ = Named(new QRadioButton(Caption(SlipType::kThreeDigit), fraSlip), "opPlay3");
   connect(opPlay4_, &QRadioButton::clicked, this, &frmSetPrinter::opPlay4_Click);
   connect(opPlay3_, &QRadioButton::clicked, this, &frmSetPrinter::opPlay3_Click);
   auto* const options = new QHBoxLayout(fraSlip);
@@ -131,8 +138,8 @@ QLayout* frmSetPrinter::NewBoxes() {
     box->installEventFilter(this);
     // Text that the mouse pastes or drops comes without a key release.
     connect(box, &QLineEdit::textEdited, this, [this, i] { txtInput_KeyUp(i); });
-    form->addRow(QString::fromUtf8(kSlipFieldTable[static_cast<std::size_t>(i)].label), box);
-    txtInput_[static_cast<std::size_t>(i)] = box;
+    form->addRow(QString::fromUtf8(kSlipFieldTable[i].label), box);
+    txtInput_[i] = box;
   }
   auto* const column = new QVBoxLayout;
   column->setSpacing(12);
@@ -150,7 +157,7 @@ QLayout* frmSetPrinter::NewReference() {
   list->horizontalHeader()->setFont(small);
   SetUpGrid(*list, GridSelection::kNone);
   list->verticalHeader()->setDefaultSectionSize(list->fontMetrics().height());
-  list->setHorizontalHeaderLabels({"單位 1/1440 吋", "3星彩", "4星彩"});
+  list->setHorizontalHeaderLabels({"單位 1/1440 吋", Caption(SlipType::kThreeDigit), Caption(SlipType::kFourDigit)});
   list->horizontalHeaderItem(0)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   list->horizontalHeaderItem(1)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
   list->horizontalHeaderItem(2)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -172,13 +179,10 @@ QLayout* frmSetPrinter::NewReference() {
 }
 
 QLayout* frmSetPrinter::NewButtons() {
-  QPushButton* const cmdPreview = NewButton(this, "cmdPreview", "預  覽");
-  auto* const cmdPrint = new PrintButton(this, "測試列印", [this] { cmdPrint_Click(); });
-  QPushButton* const cmdSave = NewButton(this, "cmdSave", "存  檔");
-  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開");
-  connect(cmdPreview, &QPushButton::clicked, this, &frmSetPrinter::cmdPreview_Click);
-  connect(cmdSave, &QPushButton::clicked, this, &frmSetPrinter::cmdSave_Click);
-  connect(cmdCancel, &QPushButton::clicked, this, &frmSetPrinter::cmdCancel_Click);
+  QPushButton* const cmdPreview = NewButton(this, "cmdPreview", "預  覽", &frmSetPrinter::cmdPreview_Click);
+  QPushButton* const cmdPrint = NewPrintButton(this, "測試列印", [this] { cmdPrint_Click(); });
+  QPushButton* const cmdSave = NewButton(this, "cmdSave", "存  檔", &frmSetPrinter::cmdSave_Click);
+  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開", &frmSetPrinter::cmdCancel_Click);
   chkZoom_ = Named(new QCheckBox("放大", this), "chkZoom");
   connect(chkZoom_, &QCheckBox::clicked, this, &frmSetPrinter::chkZoom_Click);
   auto* const buttons = new QHBoxLayout;
@@ -186,7 +190,7 @@ QLayout* frmSetPrinter::NewButtons() {
   buttons->addWidget(chkZoom_);
   buttons->addSpacing(20);
   buttons->addWidget(lblField_, 1);
-  for (QPushButton* const button : {cmdPreview, static_cast<QPushButton*>(cmdPrint), cmdSave, cmdCancel}) {
+  for (QPushButton* const button : {cmdPreview, cmdPrint, cmdSave, cmdCancel}) {
     buttons->addWidget(button);
   }
   return buttons;
@@ -251,8 +255,7 @@ void frmSetPrinter::ChooseType(SlipType type) {
 }
 
 void frmSetPrinter::txtInput_KeyUp(int index) {
-  const auto field = static_cast<std::size_t>(index);
-  SlipSettings().*kSlipFieldTable[field].value = LenientNumber(txtInput_[field]->text().toStdString());
+  SlipSettings().*kSlipFieldTable[index].value = LenientNumber(txtInput_[index]->text().toStdString());
   Explain(index);
   RefreshPreview();
 }
@@ -267,7 +270,7 @@ void frmSetPrinter::Explain(int index) {
   if (index < 0) {
     return;
   }
-  const SlipField& field = kSlipFieldTable[static_cast<std::size_t>(index)];
+  const SlipField& field = kSlipFieldTable[index];
   const double twips = SlipSettings().*field.value;
   lblField_->setText(QString("%1 %2  ＝ %3 公釐")
                          .arg(QString::fromUtf8(field.label), QString::fromStdString(NumberText(twips)))

@@ -33,6 +33,7 @@ class frmSetPrinter : public QDialog {
 
  private:
   void Form_Load();
+  void SetUpWidgets();
   void opPlay3_Click();
   void opPlay4_Click();
   // Enter and Down move the focus to the next box, Up to the one before. True when the key moved the focus.

@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <array>
 
+#include "tickets/tickets.h"
+
 namespace marlevo {
 
 namespace {
@@ -62,7 +64,6 @@ class Sheet {
 
 // Four columns, one for each position, of ten boxes, one for each digit, to tick or to circle.
 void DrawPositions(Sheet& sheet, double top, double bottom) {
-  constexpr std::array kTitles = {"第一柱", "第二柱", "第三柱", "第四柱"};
   constexpr double kTitleHeight = 330;
   constexpr double kSide = 560;  // width of the column of digits at the left
   const double row = (bottom - top - kTitleHeight) / 10;
@@ -75,17 +76,16 @@ void DrawPositions(Sheet& sheet, double top, double bottom) {
     sheet.Horizontal(kLeft, kRight, y, kThin, kRule);
     sheet.Text(QRectF(kLeft, y, kSide, row), Qt::AlignHCenter, 190, QString::number(digit), true);
   }
-  for (std::size_t i = 0; i < kTitles.size(); ++i) {
-    const double x = kLeft + kSide + static_cast<double>(i) * column;
+  for (int i = 0; i < 4; ++i) {
+    const double x = kLeft + kSide + i * column;
     sheet.Vertical(x, top, bottom, kThin, kRule);
-    sheet.Text(QRectF(x, top, column, kTitleHeight), Qt::AlignHCenter, 200, kTitles[i], true);
+    sheet.Text(QRectF(x, top, column, kTitleHeight), Qt::AlignHCenter, 200, QString::fromUtf8(kPositionNames[i]), true);
   }
   sheet.Frame(QRectF(kLeft, top, kRight - kLeft, bottom - top), kThick, kInk);
 }
 
 // A line for each bet kind with a box to tick and room for multiple, number of tickets and amount.
 void DrawKinds(Sheet& sheet, double top, double bottom) {
-  constexpr std::array kKinds = {"四星正彩", "四星組彩", "三星正彩", "三星組彩", "三星對彩"};
   constexpr std::array kTitles = {"玩  法", "倍  數", "張  數", "金  額"};
   constexpr std::array kColumns = {0.0, 1500.0, 2500.0, 3500.0};
   constexpr double kTick = 150;
@@ -100,11 +100,12 @@ void DrawKinds(Sheet& sheet, double top, double bottom) {
       sheet.Vertical(x, top, i + 1 < kColumns.size() ? bottom - row : bottom, kThin, kRule);
     }
   }
-  for (std::size_t i = 0; i < kKinds.size(); ++i) {
-    const double y = top + static_cast<double>(i + 1) * row;
+  for (int kind = 0; kind < kBetKinds; ++kind) {
+    const double y = top + (kind + 1) * row;
     sheet.Horizontal(kLeft, kRight, y, kThin, kRule);
     sheet.Frame(QRectF(kLeft + 130, y + (row - kTick) / 2, kTick, kTick), kThin, kInk);
-    sheet.Text(QRectF(kLeft + 400, y, kColumns[1] - 400, row), Qt::AlignLeft, 185, kKinds[i]);
+    sheet.Text(QRectF(kLeft + 400, y, kColumns[1] - 400, row), Qt::AlignLeft, 185,
+               QString::fromUtf8(kBetKindNames[kind]));
     sheet.Text(QRectF(kLeft, y, width - 120, row), Qt::AlignRight, 160, "元");
   }
   const double total = bottom - row;

@@ -1,10 +1,9 @@
 #include "printing/print_button.h"
 
 #include <QCoreApplication>
-#include <QMouseEvent>
 #include <utility>
 
-#include "ui/style.h"
+#include "ui/widgets.h"
 
 namespace marlevo {
 
@@ -32,22 +31,14 @@ class SwitchedOff {
 
 }  // namespace
 
-PrintButton::PrintButton(QWidget* parent, const QString& caption, std::function<void()> print)
-    : QPushButton(caption, parent) {
-  setObjectName("cmdPrint");
-  setAutoDefault(false);
-  setPalette(MainButtonPalette());
-  connect(this, &QPushButton::clicked, this, [this, print = std::move(print)] { Print(print); });
-}
-
-void PrintButton::mouseDoubleClickEvent(QMouseEvent* event) {
-  event->accept();
-}
-
-void PrintButton::Print(const std::function<void()>& print) {
-  const SwitchedOff off(*this);
-  print();
-  QCoreApplication::processEvents();
+QPushButton* NewPrintButton(QWidget* parent, const QString& caption, std::function<void()> print) {
+  QPushButton* const button = NewButton(parent, "cmdPrint", caption, Emphasis::kMain);
+  QObject::connect(button, &QPushButton::clicked, button, [button, print = std::move(print)] {
+    const SwitchedOff off(*button);
+    print();
+    QCoreApplication::processEvents();
+  });
+  return button;
 }
 
 }  // namespace marlevo

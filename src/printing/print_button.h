@@ -1,4 +1,5 @@
-// A button that prints once, however hastily it is pressed: paper that went out cannot be taken back.
+// The button that prints. Paper that went out cannot be taken back, so whoever presses it again while it prints prints
+// nothing more.
 #pragma once
 
 #include <QPushButton>
@@ -6,20 +7,9 @@
 
 namespace marlevo {
 
-class PrintButton : public QPushButton {
-  Q_OBJECT
-
- public:
-  // The button looks like the main action of its window and is named cmdPrint. `print` runs on every click.
-  PrintButton(QWidget* parent, const QString& caption, std::function<void()> print);
-
- protected:
-  // Takes no notice, so that the second press of a double click does not count as a click.
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-
- private:
-  // Runs `print` while the button is disabled: clicks and keys that arrive meanwhile do nothing.
-  void Print(const std::function<void()>& print);
-};
+// The button is named cmdPrint and looks like the main action of its window. `print` runs at every press. While it
+// runs, the program looks at no event: presses and keys that arrive meanwhile come afterwards, when the button is still
+// disabled, and do nothing.
+QPushButton* NewPrintButton(QWidget* parent, const QString& caption, std::function<void()> print);
 
 }  // namespace marlevo

@@ -9,7 +9,7 @@ int CheckPrintChoices(bool print_all, const std::array<KindChoice, kBetKinds>& k
   int code = 0;
   bool any_ticked = false;
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    const KindChoice& choice = kinds[static_cast<std::size_t>(kind)];
+    const KindChoice& choice = kinds[kind];
     if (!choice.ticked) {
       continue;
     }
@@ -25,7 +25,7 @@ int CheckPrintChoices(bool print_all, const std::array<KindChoice, kBetKinds>& k
 }
 
 std::string PrintChoicesMessage(int code) {
-  const std::string kind(kSlipKindNames[static_cast<std::size_t>(code / 10)]);
+  const std::string kind(kSlipKindNames[code / 10]);
   switch (code % 10) {
     case 1:
       return kind + "開始範圍輸入錯誤 !";

@@ -22,7 +22,7 @@ void AddTicket(PageDrawing& page, const Ticket& ticket, int number, int position
                const SlipPrinterSettings& settings) {
   const auto add = [&](SlipPoint at) { page.marks.push_back({at.x, at.y, settings.dot_w, settings.dot_h}); };
   for (int row = 0; row < SlipDigitRows(order.type); ++row) {
-    add(DigitBox(settings, position, row, 9 - DigitValue(ticket.cells[static_cast<std::size_t>(row)])));
+    add(DigitBox(settings, position, row, 9 - DigitValue(ticket.cells[row])));
   }
   if (order.multiple >= 1) {
     add(MultipleBox(settings, position, 10 - order.multiple));
@@ -71,7 +71,7 @@ std::vector<PageDrawing> SlipMarks(const TicketList& tickets, const SlipOrder& o
     if (position == 1) {
       pages.emplace_back();
     }
-    AddTicket(pages.back(), tickets[static_cast<std::size_t>(number - 1)], number, position, order, settings);
+    AddTicket(pages.back(), tickets[number - 1], number, position, order, settings);
     if (++position > SlipCapacity(order.type)) {
       AddMultiDraw(pages.back(), number, order, settings);
       position = 1;

@@ -16,7 +16,7 @@ constexpr int kSampleMultiDraw = 10;  // marks the first box of the second row
 // Tickets that mark the outermost boxes, in one block on the left where the next block has its mark on the right: a
 // page that is stretched or crooked shows in these boxes first.
 TicketList SampleTickets(SlipType type) {
-  TicketList tickets(static_cast<std::size_t>(SlipCapacity(type)));
+  TicketList tickets(SlipCapacity(type));
   for (std::size_t i = 0; i < tickets.size(); ++i) {
     tickets[i].cells = i % 2 == 0 ? std::array{'9', '0', '5', '9'} : std::array{'0', '9', '4', '0'};
   }

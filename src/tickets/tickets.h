@@ -21,6 +21,9 @@ inline constexpr int kThreePair = 4;
 inline constexpr std::array<std::string_view, kBetKinds> kBetKindNames = {"四星正彩", "四星組彩", "三星正彩",
                                                                           "三星組彩", "三星對彩"};
 
+// The four positions of a number, as the columns of lists and forms are headed.
+inline constexpr std::array<std::string_view, 4> kPositionNames = {"第一柱", "第二柱", "第三柱", "第四柱"};
+
 constexpr bool IsFourDigitKind(int kind) {
   return kind == kFourStraight || kind == kFourBox;
 }

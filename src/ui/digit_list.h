@@ -2,6 +2,8 @@
 // outside. Its text is selected when it gets the focus or an entry is chosen, so that typing replaces it.
 #pragma once
 
+#include <string>
+
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -14,6 +16,7 @@ class DigitList : public DropDownList {
   DigitList(QWidget* parent, const QString& name);
 
   void SetDigit(const QString& text);
+  std::string Text() const { return currentText().toStdString(); }
 
  private:
   void cboCheck_Click();

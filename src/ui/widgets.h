@@ -24,6 +24,15 @@ enum class Emphasis { kNormal, kMain };
 QPushButton* NewButton(QWidget* parent, const QString& name, const QString& caption,
                        Emphasis emphasis = Emphasis::kNormal);
 
+// The same, and a press calls `pressed` of the window.
+template <typename Window>
+QPushButton* NewButton(Window* window, const QString& name, const QString& caption, void (Window::*pressed)(),
+                       Emphasis emphasis = Emphasis::kNormal) {
+  QPushButton* const button = NewButton(window, name, caption, emphasis);
+  QObject::connect(button, &QPushButton::clicked, window, pressed);
+  return button;
+}
+
 QLabel* NewLabel(QWidget* parent, const QString& name, const QString& text);
 
 // A closed drop-down list. The wheel never changes it, so that scrolling a window changes no amount in passing; the
