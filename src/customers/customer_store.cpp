@@ -50,11 +50,20 @@ RowChange CustomerStore::Replace(const Customer& customer) {
                              [&customer] { return InsertCustomer(customer); });
 }
 
-void CustomerStore::Remove(std::string_view number) {
-  connection_.FlushAfter([&] {
-    connection_.Execute(DeleteCustomer(number));
+std::optional<DatabaseError> CustomerStore::Remove(std::string_view number) {
+  connection_.Execute(DeleteCustomer(number));
+  std::optional<DatabaseError> refusal;
+  try {
     connection_.Execute(DeletePurchases(number));
-  });
+  } catch (const DatabaseError& error) {
+    if (Has(number)) {
+      throw;  // the disk refused, which has undone the first DELETE as well
+    }
+    refusal.emplace(error.Attempted(), error.Subject(), error.what(), error.Kind(),
+                    "客戶已刪除,他的購買記錄沒有刪除。");
+  }
+  connection_.Flush();
+  return refusal;
 }
 
 std::optional<std::size_t> CustomerStore::MostCharacters(CustomerField field) {

@@ -27,7 +27,7 @@ class CustomerStore {
   // Gives the file back; every later call is a DatabaseError.
   void Close() { connection_.Close(); }
 
-  // In the order of their numbers.
+  // All customers in the order of their numbers.
   std::vector<Customer> Customers();
   // Whether a customer has this number; upper and lower case are the same to the database.
   bool Has(std::string_view number);
@@ -35,8 +35,9 @@ class CustomerStore {
   bool Add(const Customer& customer);
   // Deletes the customer of this number and stores the one given in its place.
   [[nodiscard]] RowChange Replace(const Customer& customer);
-  // With everything that the customer bought.
-  void Remove(std::string_view number);
+  // Deletes the customer, then everything that the customer bought. What is returned is the refusal of the second
+  // deletion: the customer is gone, the purchases are not. It is to be thrown once the window shows that.
+  [[nodiscard]] std::optional<DatabaseError> Remove(std::string_view number);
 
   // How many characters a field of a customer has at most; nothing when the file sets no limit.
   std::optional<std::size_t> MostCharacters(CustomerField field);
@@ -44,7 +45,8 @@ class CustomerStore {
   // two.
   std::function<bool(std::string_view text)> RoomIn(CustomerField field);
 
-  // In the order in which the database gives them. Records without a stamp are left out.
+  // The purchase records of a customer, in the order in which the database gives them. Records without a stamp are left
+  // out.
   std::vector<RecordSummary> RecordsOf(std::string_view number);
   // The tickets of one record. Those with a play mode other than 0 to 4 are left out. `step` is called after every
   // ticket with the number of tickets read so far.
@@ -54,7 +56,8 @@ class CustomerStore {
   // number of tickets stored so far.
   void Save(std::string_view number, const std::vector<StoredTicket>& tickets, const std::function<void(int)>& step);
 
-  // By play mode, and by customer number within a play mode. `drawn`: the drawn digits of positions 1 to 4 as typed.
+  // The winning tickets, sorted by play mode and within a play mode by customer number. `drawn`: the drawn digits of
+  // positions 1 to 4 as typed.
   std::vector<Winner> Winners(const std::array<std::string, 4>& drawn, const CheckScope& scope);
 
  private:

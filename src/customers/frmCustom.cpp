@@ -22,7 +22,8 @@ namespace marlevo {
 
 namespace {
 
-// Whether a key types or edits, Ctrl combinations included; it does not when it only moves, marks or copies.
+// Whether a key changes the text of a box, Ctrl combinations included (Ctrl+V). Keys that only move the cursor, select
+// or copy do not.
 bool Edits(const QKeyEvent& key) {
   constexpr QKeySequence::StandardKey kEditing[] = {QKeySequence::Paste,
                                                     QKeySequence::Cut,
@@ -66,7 +67,7 @@ void frmCustom::done(int result) {
   Form_Unload();
 }
 
-// In the order of the Tab key: first the customers, then what they bought.
+// The widgets are made in the order in which the Tab key visits them: first the customers, then what they bought.
 void frmCustom::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kAll);
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
@@ -189,7 +190,7 @@ void frmCustom::lstRecord_MouseDown() {
 
 void frmCustom::txtCustom_No_KeyPress() {
   lstRecord_->Clear();
-  mfgCustom_H_->Highlight(-1);  // what is entered is no longer that customer
+  mfgCustom_H_->Highlight(-1);  // the number in the box is no longer that of the highlighted row
 }
 
 void frmCustom::cmdAdd_Click() {
@@ -231,8 +232,11 @@ void frmCustom::cmdDel_Click() {
   if (!Question(this, "注意 ! " + number + "客戶所有資料將會被刪除\r\n確定要將" + number + "客戶刪除 ?")) {
     return;
   }
-  store_.Remove(Number());
+  const std::optional<DatabaseError> refusal = store_.Remove(Number());
   UpdateCustomerGrid(Change::kDeleted);
+  if (refusal) {
+    throw DatabaseError(*refusal);
+  }
 }
 
 void frmCustom::cmdDelRecord_Click() {
@@ -255,7 +259,8 @@ void frmCustom::cmdExit_Click() {
 }
 
 bool frmCustom::eventFilter(QObject* watched, QEvent* event) {
-  // What an input method, the mouse or the box's menu brings is told by the box itself.
+  // Text that comes without a key press (from an input method, the mouse or the box's menu) is noticed by textEdited,
+  // which is connected to the same handler.
   if (event->type() == QEvent::KeyPress && Edits(*static_cast<QKeyEvent*>(event))) {
     txtCustom_No_KeyPress();
   }

@@ -41,7 +41,7 @@ class frmCustom : public QDialog {
   void SetUpWidgets();
   // Every text box takes no more than the file has room for.
   void LimitBoxes();
-  // Mirrors a change of the customer in the text boxes.
+  // Shows in the grid what has just been done in the table with the customer in the text boxes.
   void UpdateCustomerGrid(Change change);
 
   void mfgCustom_H_Click(int row);
@@ -54,10 +54,10 @@ class frmCustom : public QDialog {
   void Command1_Click();
   void cmdExit_Click();
 
-  // True when a customer number is entered; otherwise it is asked for.
+  // True when the box of the customer number is filled; otherwise a message asks for the number.
   bool HasNumber();
   std::string Number() const;
-  // The five text boxes.
+  // The customer whom the five text boxes describe.
   Customer Entered() const;
 
   std::string connection_string_;

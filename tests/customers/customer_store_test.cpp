@@ -1,6 +1,7 @@
 #include "customers/customer_store.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "customer_database.h"
 #include "platform/access/database.h"
@@ -29,7 +30,7 @@ TEST_F(CustomerStoreTest, AddsChangesAndRemovesByNumber) {
 
   AddRecord("A01", "20021005143012", {"0 25 1234"});
   AddRecord("B01", "20021005143012", {"0 25 1234"});
-  store_.Remove("A01");
+  EXPECT_FALSE(store_.Remove("A01"));
   EXPECT_FALSE(store_.Has("A01"));
   EXPECT_EQ(Customers(), other);
   EXPECT_EQ(Tickets("A01"), "");
@@ -53,36 +54,25 @@ TEST_F(CustomerStoreTest, AQuoteIsRefusedAndMeansNobody) {
   AddRecord("A01", "20021005143012", {"0 25 1234"});
   const std::string before = Customers() + Tickets("A01");
   const std::string quote = "x' OR 'a'='a";
+  const Customer quoted{quote, "", "", "", ""};
+  const Customer of_quoted_memo{"A02", "", "", "", quote};
+  const std::vector<StoredTicket> ticket{{0, 25, 1, {}}};
+  const auto refuses = [](const auto& call) { return Refusal("組成資料庫指令", call) == Fault::kExplained; };
+  EXPECT_TRUE(refuses([&] { store_.Has(quote); }));
+  EXPECT_TRUE(refuses([&] { store_.Add(of_quoted_memo); }));
+  EXPECT_TRUE(refuses([&] { std::ignore = store_.Replace(quoted); }));
+  EXPECT_TRUE(refuses([&] { std::ignore = store_.Remove(quote); }));
+  EXPECT_TRUE(refuses([&] { store_.RecordsOf(quote); }));
+  EXPECT_TRUE(refuses([&] { store_.Record("A01", quote, no_step_); }));
+  EXPECT_TRUE(refuses([&] { store_.RemoveRecord(quote, "20021005143012"); }));
+  EXPECT_TRUE(refuses([&] { store_.RemoveRecord("A01", quote); }));
+  EXPECT_TRUE(refuses([&] { store_.Save(quote, ticket, no_step_); }));
   const std::array<std::string, 4> drawn = {"1", "2", "3", "4"};
-  const std::vector<std::function<void()>> calls = {[&] { store_.Has(quote); },
-                                                    [&] {
-                                                      store_.Add({"A02", "", "", "", quote});
-                                                    },
-                                                    [&] {
-                                                      static_cast<void>(store_.Replace({quote, "", "", "", ""}));
-                                                    },
-                                                    [&] { store_.Remove(quote); },
-                                                    [&] { store_.RecordsOf(quote); },
-                                                    [&] { store_.Record("A01", quote, no_step_); },
-                                                    [&] { store_.RemoveRecord(quote, "20021005143012"); },
-                                                    [&] { store_.RemoveRecord("A01", quote); },
-                                                    [&] {
-                                                      store_.Save(quote, {{0, 25, 1, {}}}, no_step_);
-                                                    },
-                                                    [&] {
-                                                      store_.Winners(drawn, {quote, {}});
-                                                    },
-                                                    [&] {
-                                                      store_.Winners(drawn, {"A01", quote});
-                                                    },
-                                                    [&] {
-                                                      store_.Winners({"1", "", "3", "4"}, {});
-                                                    },
-                                                    [&] {
-                                                      store_.Winners({"1", "2", "3", "4 OR 1=1"}, {});
-                                                    }};
-  for (const auto& call : calls) {
-    EXPECT_EQ(Refusal("組成資料庫指令", call), Fault::kExplained) << &call - calls.data();
+  for (const CheckScope& scope : {CheckScope{quote, {}}, CheckScope{"A01", quote}}) {
+    EXPECT_TRUE(refuses([&] { store_.Winners(drawn, scope); }));
+  }
+  for (const std::string digit : {"", "4 OR 1=1"}) {
+    EXPECT_TRUE(refuses([&] { store_.Winners({"1", "2", "3", digit}, {}); }));
   }
   EXPECT_EQ(Customers() + Tickets("A01"), before);
 }

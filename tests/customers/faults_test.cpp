@@ -61,6 +61,10 @@ TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
   WithModals([&] { PressRow(window, "mfgCustom_H", 0); }, {ExpectErrorReport("檔案已經損壞", "繼續")});
   EXPECT_EQ(RowsText(window, "lstRecord"), "");
   EXPECT_EQ(RowsText(window, "mfgCustom_H"), "A01|王小明|||\n");
+  // The customer is deleted before the purchases, which cannot be read.
+  const ModalStep yes = ExpectQuestion("注意 ! A01客戶所有資料將會被刪除\r\n確定要將A01客戶刪除 ?", QMessageBox::Yes);
+  Press(window, "cmdDel", {yes, ExpectErrorReport("他的購買記錄沒有刪除", "繼續")});
+  EXPECT_EQ(RowsText(window, "mfgCustom_H") + Customers(), "");
   const Shown<frmCustom_CHK> check(Opening());
   Click(check, "Option1(2)");
   Press(check, "cmdCheck2", {ExpectErrorReport("4star.mdb", "繼續")});

@@ -22,10 +22,6 @@ class FrmCustomTest : public CustomerDatabaseTest {
       Enter(*window_, boxes[i], texts[i]);
     }
   }
-  // The customers' rows and which of them is highlighted.
-  std::string Grid() const {
-    return RowsText(*window_, "mfgCustom_H") + std::to_string(Highlighted(*window_, "mfgCustom_H"));
-  }
   std::string Grids() const {
     std::string text;
     for (int mode = 0; mode < kPlayModes; ++mode) {
@@ -55,20 +51,20 @@ TEST_F(FrmCustomTest, KeepsGridAndTableInStepAndHighlightsWhatIsEntered) {
   EnterCustomer({"A01", "王小明", "", "", ""});
   Press(window, "cmdAdd");
   const std::string other = "B01|歐陽娜娜|02-2345-6789|0912-345-678|每週三\n";
-  EXPECT_EQ(Grid(), other + "A01|王小明|||\n1");
+  EXPECT_EQ(GridText(window, "mfgCustom_H"), other + "A01|王小明|||\n1");
   PressRow(window, "mfgCustom_H", 0);
   EnterCustomer({"A01", "王大明", "1", "2", "3"});  // typed, not chosen
   Press(window, "cmdEdit");
-  EXPECT_EQ(Grid(), other + "A01|王大明|1|2|3\n1");
+  EXPECT_EQ(GridText(window, "mfgCustom_H"), other + "A01|王大明|1|2|3\n1");
 
   // The change has deleted the old row; what was typed is still there to be added again.
   Enter(window, "txtMemo1", "it's");
   Press(window, "cmdEdit", {ExpectErrorReport("舊資料已刪除,新資料沒有存入", "繼續")});
-  EXPECT_EQ(Grid(), other + "-1");
+  EXPECT_EQ(GridText(window, "mfgCustom_H"), other + "-1");
   EXPECT_EQ(Customers(), other);
   Enter(window, "txtMemo1", "it is");
   Press(window, "cmdAdd");
-  EXPECT_EQ(Grid(), other + "A01|王大明|1|2|it is\n1");
+  EXPECT_EQ(GridText(window, "mfgCustom_H"), other + "A01|王大明|1|2|it is\n1");
   EXPECT_EQ(Customers(), "A01|王大明|1|2|it is\n" + other);
 
   const QString question = "注意 ! B01客戶所有資料將會被刪除\r\n確定要將B01客戶刪除 ?";
@@ -77,7 +73,7 @@ TEST_F(FrmCustomTest, KeepsGridAndTableInStepAndHighlightsWhatIsEntered) {
   EXPECT_NE(Customers().find(other), std::string::npos);
   Press(window, "cmdDel", {ExpectQuestion(question, QMessageBox::Yes)});
   EXPECT_EQ(Customers(), "A01|王大明|1|2|it is\n");
-  EXPECT_EQ(Grid(), Customers() + "-1") << "no neighbour is highlighted";
+  EXPECT_EQ(GridText(window, "mfgCustom_H"), Customers() + "-1") << "no neighbour is highlighted";
   EXPECT_EQ(BoxText(window, "txtCustom_No"), "B01");
 }
 

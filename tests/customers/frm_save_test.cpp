@@ -58,7 +58,7 @@ TEST_F(FrmSaveTest, TheCurrentCustomerIsTheHeadingOrTheLastAddedOrTheOneBefore) 
             }
             Click(maintenance, "cmdExit");
           }});
-    return RowsText(window, "mfgCustom_H") + std::to_string(Highlighted(window, "mfgCustom_H"));
+    return GridText(window, "mfgCustom_H");
   };
   EXPECT_EQ(visit({"B01", "C01", "A01"}, "cmdAdd"), "A01|\nB01|\nC01|\n0");
   PressRow(window, "mfgCustom_H", 1);

@@ -1,5 +1,7 @@
 #include "draws/draw_store.h"
 
+#include <tuple>
+
 #include "platform/database/database_fixture.h"
 
 namespace marlevo {
@@ -43,14 +45,12 @@ TEST_F(DrawStoreTest, TakesNumbersAsTypedAndNothingElse) {
   for (const char* number : {"", " ", "abc", "1 OR 1=1", "VOU_NO", "1;2", "1--", "1 2", "--1", "1.2.3", ".", "0x10",
                              "1e3", "９２００１", "(1)", "'1'"}) {
     const Draw draw{number, {"5", "5", "5", "5"}};
-    const std::vector<std::function<void()>> calls = {
-        [&] { store_.Add(draw); }, [&] { static_cast<void>(store_.Replace(draw)); }, [&] { store_.Remove(number); },
-        [&] {
-          store_.Add({"2", {"1", "2", number, "4"}});
-        }};
-    for (const auto& call : calls) {
-      EXPECT_EQ(Refusal("組成資料庫指令", call), Fault::kExplained) << number;
-    }
+    const Draw bad_digit{"2", {"1", "2", number, "4"}};
+    const auto refuses = [](const auto& call) { return Refusal("組成資料庫指令", call) == Fault::kExplained; };
+    EXPECT_TRUE(refuses([&] { store_.Add(draw); })) << number;
+    EXPECT_TRUE(refuses([&] { std::ignore = store_.Replace(draw); })) << number;
+    EXPECT_TRUE(refuses([&] { store_.Remove(number); })) << number;
+    EXPECT_TRUE(refuses([&] { store_.Add(bad_digit); })) << number;
   }
   EXPECT_EQ(Stored(), "1|1|2|3|4\n");
   for (const char* number : {"1", "\t1 ", "+1", "1.", "99999999999999999999"}) {

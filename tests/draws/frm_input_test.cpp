@@ -25,10 +25,6 @@ class FrmInputTest : public DatabaseFixture {
     }
     return text;
   }
-  // The draws and which of them is highlighted.
-  std::string Grid() const {
-    return RowsText(*window_, "mfgNumeric") + std::to_string(Highlighted(*window_, "mfgNumeric"));
-  }
   std::string Stored() const {
     Connection connection = OnDisk();
     return Rows(connection, "SELECT * FROM [NUMERIC] ORDER BY VOU_NO", {"VOU_NO", "NO1", "NO2", "NO3", "NO4"});
@@ -52,15 +48,15 @@ TEST_F(FrmInputTest, MirrorsEveryChangeUntilItIsOpenedAgain) {
     Press(window, "cmdAdd");
   }
   Press(window, "cmdAdd", {ExpectMessage("開獎期數已經存在,不可新增 !!")});
-  EXPECT_EQ(Grid(), "92001|3|0|7|1\n92005|3|0|7|1\n92003|3|0|7|1\n||||\n2");
+  EXPECT_EQ(GridText(*window_, "mfgNumeric"), "92001|3|0|7|1\n92005|3|0|7|1\n92003|3|0|7|1\n||||\n2");
   EXPECT_EQ(Entered(), "92003 3071") << "the boxes keep their contents";
 
   EnterDraw("92005", "9876");
   Press(window, "cmdEdit");
-  EXPECT_EQ(Grid(), "92001|3|0|7|1\n92005|9|8|7|6\n92003|3|0|7|1\n||||\n1");
+  EXPECT_EQ(GridText(*window_, "mfgNumeric"), "92001|3|0|7|1\n92005|9|8|7|6\n92003|3|0|7|1\n||||\n1");
   EnterDraw("92001", "0000");
   Press(window, "cmdDel");
-  EXPECT_EQ(Grid(), "92005|9|8|7|6\n92003|3|0|7|1\n||||\n-1");
+  EXPECT_EQ(GridText(*window_, "mfgNumeric"), "92005|9|8|7|6\n92003|3|0|7|1\n||||\n-1");
   EXPECT_EQ(Entered(), "92001 0000") << "a row that goes chooses no other";
 
   // The same number, but not the same text.
@@ -140,7 +136,7 @@ TEST_F(FrmInputTest, GoesOnAfterAStatementThatTheDatabaseRefuses) {
   EnterDraw("92001", "12x4");
   Press(*window_, "cmdEdit", {ExpectErrorReport("舊資料已刪除,新資料沒有存入", "繼續")});
   EXPECT_EQ(Stored(), "");
-  EXPECT_EQ(Grid(), "||||\n-1");
+  EXPECT_EQ(GridText(*window_, "mfgNumeric"), "||||\n-1");
   EXPECT_EQ(Entered(), "92001 12x4");
   EnterDraw("92001", "4321");
   Press(*window_, "cmdAdd");

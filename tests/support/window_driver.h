@@ -127,4 +127,9 @@ inline std::string RowsText(const QWidget& window, const QString& view) {
   return text;
 }
 
+// The same and, behind the last line break, the highlighted row.
+inline std::string GridText(const QWidget& window, const QString& view) {
+  return RowsText(window, view) + std::to_string(Highlighted(window, view));
+}
+
 }  // namespace marlevo
