@@ -13,8 +13,8 @@ target_compile_options(marlevo_options INTERFACE -Wall -Wextra -Wpedantic -Wshad
 # With -Wconversion clang also warns of an int that is used as an index; g++ does not. A cast at every index would hide the
 # few casts that say something.
 target_compile_options(marlevo_options INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
-# A unity build compiles the sources of a library as one, so a class of one source may well have members of a type that
-# only this source knows.
+# g++ warns when a class outside the main file has a member whose type lies in an unnamed namespace, since two sources could
+# then disagree about the class. In a unity build every source is such an outside file, and the warning is a false alarm.
 target_compile_options(marlevo_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 if(MARLEVO_SANITIZE)
   target_compile_options(marlevo_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
@@ -22,7 +22,7 @@ if(MARLEVO_SANITIZE)
   target_link_options(marlevo_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(MARLEVO_FUZZ)
-  # Counters alone: a fuzzer that looks into comparisons as well has half as many inputs.
+  # Only counters of the ways taken: recording comparisons as well makes the fuzzer half as fast.
   target_compile_options(marlevo_options INTERFACE -fsanitize-coverage=inline-8bit-counters,pc-table)
 endif()
 if(WIN32)
@@ -92,7 +92,7 @@ endfunction()
 function(marlevo_share_qt_header name)
   get_target_property(windows_entry ${name} WIN32_EXECUTABLE)
   if(WIN32 AND windows_entry)
-    return()  # compiled with another entry point, which the header may not be shared across
+    return()  # such a program is compiled with other options, and then a precompiled header cannot be shared
   endif()
   marlevo_share_header(${name} qt_header <QtWidgets/QtWidgets> marlevo_qt)
 endfunction()

@@ -1,5 +1,5 @@
-// The yardstick of start_bench: the shortest program that shows a window. As large as the board on the screen at the
-// counter, with a window manager or without: a window's memory is part of its price.
+// The yardstick of start_bench: the shortest program that shows a window. The window is as large as the board, because
+// a larger window takes more memory and more time to paint.
 #include <QApplication>
 #include <QMainWindow>
 #include <QScreen>

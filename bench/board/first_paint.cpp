@@ -1,6 +1,6 @@
-// Preloaded into a Qt program by start_bench: stands before Qt's own function that brings a painted window to the
-// screen and writes a line to the standard output each time it has done so. Qt's log would say the same, but writes
-// about every widget and so slows down the program with more of them.
+// start_bench preloads this library into a Qt program. It takes the place of Qt's own function that brings a painted
+// window to the screen, calls that function, and writes a line to the standard output. Qt's log could tell the same,
+// but it writes a line for every widget, which would slow down the program that has more of them.
 #include <dlfcn.h>
 #include <unistd.h>
 
@@ -8,7 +8,7 @@
 #include <QRegion>
 
 void QBackingStore::flush(const QRegion& region, QWindow* window, const QPoint& offset) {
-  // On this system a member function is called like a function that takes the object first.
+  // On Linux a member function is called like a plain function whose first argument is the object.
   using Flush = void (*)(QBackingStore*, const QRegion&, QWindow*, const QPoint&);
   static const auto original =
       reinterpret_cast<Flush>(dlsym(RTLD_NEXT, "_ZN13QBackingStore5flushERK7QRegionP7QWindowRK6QPoint"));

@@ -50,7 +50,8 @@ Start Run(const QString& program, const QProcessEnvironment& environment) {
   return start;
 }
 
-// A program that says something as soon as it is ready, for as long as this lives.
+// Runs a program as long as the object lives. The program writes a line as soon as it is ready; the constructor waits
+// for that line.
 class Service {
  public:
   Service(const QString& program, const QStringList& arguments) {
@@ -80,8 +81,9 @@ struct Times {
   Start best;
 };
 
-// The middle counts, and not the best as elsewhere: a start is the work of four programs, and how the system spreads
-// them over the processors makes rare rounds much shorter than all others.
+// The middle round counts here, not the best one as in other benches. Four programs take part in a start (X server,
+// window manager, bench and program), and in rare rounds the system spreads them over the processors so well that the
+// round is much shorter than all others.
 Times Sorted(std::vector<Start> starts) {
   std::sort(starts.begin(), starts.end(),
             [](const Start& a, const Start& b) { return a.milliseconds < b.milliseconds; });
@@ -92,8 +94,8 @@ Times Sorted(std::vector<Start> starts) {
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  // A screen of the size that is usual at the counter; it must not begin anew whenever its last window has gone. And a
-  // small window manager: without one no window would get the size that it asks for.
+  // The screen has the size that is usual at the counter; -noreset keeps it from starting anew whenever its last window
+  // is closed. Without a window manager no window gets the size that it asks for.
   const Service screen("Xvfb", {"-displayfd", "1", "-noreset", "-screen", "0", "1366x768x24", "-nolisten", "tcp"});
   const QString display = ':' + screen.Said();
   qputenv("DISPLAY", display.toLatin1());

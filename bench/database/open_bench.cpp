@@ -31,7 +31,8 @@ double OpenMilliseconds(const std::string& opening) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  // The file is made by another process: what making it took must not count.
+  // Called with a file name, the program only makes the file. It calls itself so, because the memory that making the
+  // file takes must not count in the process that is measured.
   if (count == 2) {
     bench::MakeStore(arguments[1], bench::Tickets(1000000));
     return 0;

@@ -10,8 +10,8 @@ class QLineEdit;
 
 namespace marlevo {
 
-// The box takes no more than `most` characters, if there is such a limit, and nothing that makes its text one that the
-// file has no room for.
+// Lets the box take at most `most` characters, and refuses every edit after which `has_room_for` says no to the box's
+// whole text. Both are needed: in an old file a column of 50 characters has room for only 25 Chinese ones.
 void LimitBox(QLineEdit& box, std::optional<std::size_t> most, std::function<bool(std::string_view text)> has_room_for);
 
 }  // namespace marlevo

@@ -51,7 +51,7 @@ void CustomerGrid::Replace(const Customer& customer) {
 
 void CustomerGrid::Remove(std::string_view number) {
   if (const int row = Find(number); row != -1) {
-    Highlight(-1);  // before the row goes: the view would highlight its neighbour
+    Highlight(-1);  // or else the view would highlight the neighbour of the row that it loses
     customers_.erase(customers_.begin() + row);
     texts_->Remove(row);
     Highlight(-1);

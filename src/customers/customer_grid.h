@@ -12,7 +12,7 @@
 
 namespace marlevo {
 
-// What of the customers is shown.
+// Which fields of the customers the grid shows.
 enum class CustomerColumns {
   kAll,            // all five fields, each column as wide as its texts need; only a press, Enter or Space chooses
   kNumberAndName,  // two columns of fifteen "W" each; moving chooses
@@ -30,8 +30,8 @@ class CustomerGrid : public ChoosingView<QTableView> {
   // The row of a customer, found by its number, letter for letter; -1 when there is none.
   int Find(std::string_view number) const;
 
-  // These keep the grid in step with the table. What is added or replaced is highlighted; after a removal nothing is.
-  // Nothing happens when there is no such row.
+  // Append, Replace and Remove keep the grid in step with the table. A row that is added or replaced is highlighted
+  // afterwards; after a removal no row is. Replace and Remove do nothing when no row has this number.
   void Append(const Customer& customer);
   void Replace(const Customer& customer);
   void Remove(std::string_view number);

@@ -77,7 +77,7 @@ void frmCustom_CHK::SetUpWidgets() {
   QPushButton* const cmdCheck2 = NewButton(this, "cmdCheck2", "比對", &frmCustom_CHK::cmdCheck2_Click, Emphasis::kMain);
   QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開", &frmCustom_CHK::cmdExit_Click);
 
-  // A model of its own: a draw can have thousands of winners.
+  // A QListWidget would make an object for each line, and a draw can have thousands of winners.
   auto* const lstCheck = Named(new QListView(this), "lstCheck");
   winners_ = new QStringListModel(this);
   lstCheck->setUniformItemSizes(true);

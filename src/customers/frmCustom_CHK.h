@@ -37,7 +37,8 @@ class frmCustom_CHK : public QDialog {
   void cmdCheck2_Click();
   void cmdExit_Click();
 
-  // What is to be checked; nothing when the operator has first to choose something, which is then said.
+  // Which tickets the operator wants checked. Nothing when a customer or a record has to be chosen first; a notice has
+  // then said so.
   std::optional<CheckScope> ChosenScope();
 
   CustomerStore store_;

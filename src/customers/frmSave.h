@@ -28,14 +28,16 @@ class frmSave : public QDialog {
   void Form_Load();
   void Form_Unload();
   void SetUpWidgets();
-  // Reads the customers. The first of `wanted` that is among them becomes the current one, else the first customer.
+  // Reads the customers. The current one becomes the first number of `wanted` that a customer has, or, when none of
+  // them is found, the first customer.
   void LoadCustomers(const std::vector<std::string>& wanted);
 
   void cmdPrint_Click();
   void cmdCustom_Click();
   void cmdCancel_Click();
 
-  // The first text of the current row: with no customer at all the heading row is the current one.
+  // The number of the current customer, under which a save is stored. Without any customer the heading row counts as
+  // current, and its text "客戶編號" is the number.
   std::string CurrentNumber() const;
 
   std::string connection_string_;

@@ -9,7 +9,7 @@
 namespace marlevo {
 
 namespace {
-constexpr int kPlaces = 40;  // as often as the bar is painted from empty to full
+constexpr int kPlaces = 40;  // the bar is painted so many times on its way from empty to full
 }
 
 MessagePanel::MessagePanel(QWidget* window) : QFrame(window), bar_(Named(new QProgressBar(this), "prgMsg")) {

@@ -14,23 +14,24 @@ class MessagePanel : public QFrame {
   // Hidden at first.
   explicit MessagePanel(QWidget* window);
 
-  // Keeps the panel on the screen as long as it lives, so that an error on the way takes the panel down too. No event
-  // of the operator is handled meanwhile: painting needs no event loop.
+  // The panel is on the screen as long as a Work lives, so that an exception takes the panel down, too. The panel is
+  // painted directly, without an event loop: no press of the operator is handled while the work goes on.
   class Work {
    public:
-    // `steps`: how many steps the bar stands for.
+    // `steps`: how many steps fill the bar.
     Work(MessagePanel& panel, int steps);
     ~Work() { panel_.hide(); }
     Work(const Work&) = delete;
     Work& operator=(const Work&) = delete;
 
-    // Paints now and then only: a step costs nothing.
+    // To be called after every step with the number of steps done. Only one call in many paints, so a step costs
+    // nothing.
     void Advance(int done);
 
    private:
     MessagePanel& panel_;
     int steps_;
-    int shown_ = 0;  // in places of the bar
+    int shown_ = 0;  // how many of the bar's places are filled
   };
 
  private:

@@ -1,6 +1,7 @@
-// What a stored ticket is taken for once it is stored. The play mode of a ticket is written as the bet kind that it was
-// sold as, but shown and checked as one of the prize classes of the four-digit game below; the two readings differ on
-// purpose and are not to be brought together.
+// The prize classes by which stored tickets are shown and checked. PLAY_MODE of a stored ticket is the bet kind that
+// the ticket was sold as (2 is "三星正彩"), but everything that reads it takes it as a prize class of the four-digit
+// game (2 is "後三彩", which compares NO1 to NO3 with drawn digits 2 to 4). The two readings differ on purpose and are
+// not to be brought together.
 #pragma once
 
 #include <array>

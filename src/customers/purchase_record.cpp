@@ -9,7 +9,7 @@ namespace marlevo {
 
 namespace {
 
-// Where the character with index `count` of a UTF-8 text begins.
+// How many bytes the first `count` characters of a UTF-8 text take.
 std::size_t BytesOf(std::string_view text, int count) {
   std::size_t bytes = 0;
   while (bytes < text.size()) {
@@ -47,12 +47,12 @@ std::string RecordLine(const RecordSummary& record) {
   std::string_view stamp = record.stamp;
   std::string shown(stamp);
   if (stamp.find_first_not_of("0123456789") == std::string_view::npos) {
-    // The pattern is filled from its right end: a short stamp gets zeros on the left, a long one keeps its extra
-    // digits.
+    // The pattern 0000/00/00-00:00:00 is filled from its right end: 021005143012 is shown as 0002/10/05-14:30:12, and
+    // a stamp of more than 14 digits keeps the extra ones at the left.
     stamp.remove_prefix(std::min(stamp.find_first_not_of('0'), stamp.size()));
     shown.assign(stamp.size() < 14 ? 14 - stamp.size() : 0, '0');
     shown.append(stamp);
-    // From the right, so that the places further left stay as they are.
+    // The marks go in from right to left, so that none of them moves the place of the next one.
     const std::size_t month = shown.size() - 10;
     for (const auto& [place, mark] : {std::pair{8, ':'}, {6, ':'}, {4, '-'}, {2, '/'}, {0, '/'}}) {
       shown.insert(month + place, 1, mark);

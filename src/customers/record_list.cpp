@@ -46,7 +46,7 @@ int RecordList::SelectedTickets() const {
 
 void RecordList::RemoveSelectedLine() {
   const int row = ChosenRow();
-  Highlight(-1);  // before the line goes: the list would select its neighbour
+  Highlight(-1);  // or else the list would select the neighbour of the line that it loses
   delete takeItem(row);
   records_.erase(records_.begin() + row);
   Highlight(-1);

@@ -23,16 +23,16 @@ class RecordList : public ChoosingView<QListWidget> {
   // Empties the list and remembers the customer number that it is for.
   void Begin(const std::string& number);
   void Show(std::vector<RecordSummary> records);
-  // Forgets the customer number too.
+  // Empties the list and forgets the customer number.
   void Clear() { Begin({}); }
 
-  // The customer number that the list is for.
+  // The customer number that Begin was called with last.
   const std::string& Number() const { return number_; }
-  // Empty when no line is selected.
+  // The text of the selected line; empty when no line is selected.
   QString SelectedLine() const;
-  // How many tickets the selected record has.
+  // How many tickets the selected record has; 0 when no line is selected.
   int SelectedTickets() const;
-  // No line is selected afterwards.
+  // Afterwards no line is selected.
   void RemoveSelectedLine();
 
  protected:

@@ -18,7 +18,8 @@ class RecordTabs : public QTabWidget {
  public:
   explicit RecordTabs(QWidget* parent);
 
-  // Shows the page of the first mode with tickets unless the page in front has some.
+  // Fills all five pages. The page in front stays in front when it has tickets; otherwise the first page that has some
+  // comes to the front.
   void Show(const PurchaseRecord& record);
   void Clear() { Show({}); }
 

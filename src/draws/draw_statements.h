@@ -1,5 +1,6 @@
 // The SQL texts of the draw register: table NUMERIC, one row per draw with its number and its four drawn digits, all
-// numbers. Draw number and digits go in as typed; one that is not a number is a DatabaseError.
+// numbers. Draw number and digits stand in the statement as they were typed; a text that is not a number is a
+// DatabaseError.
 #pragma once
 
 #include <array>

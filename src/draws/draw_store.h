@@ -20,9 +20,9 @@ class DrawStore {
   // Gives the file back; every later call is a DatabaseError.
   void Close() { connection_.Close(); }
 
-  // In the order of their numbers; a missing value is an empty text.
+  // All draws in the order of their numbers. A value that is missing in the table is an empty text.
   std::vector<Draw> Draws();
-  // By value: 092001 is 92001.
+  // Whether the register has a draw of this number. Numbers are compared as numbers: 092001 is 92001.
   bool Has(std::string_view number);
   // False when the number is taken already; nothing is stored then.
   bool Add(const Draw& draw);

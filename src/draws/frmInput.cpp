@@ -132,7 +132,7 @@ void frmInput::UpdateDrawGrid(Change change) {
     mfgNumeric_->scrollToBottom();
     return;
   }
-  // By text: a number typed with leading zeros is found in the table, but not here.
+  // The grid is searched for the text as it was typed. 092001 changes draw 92001 in the table, but no row of the grid.
   const TextModel::Rows& rows = draws_->Texts();
   const auto same = [&row](const QStringList& other) { return other[0] == row[0]; };
   const auto found = std::find_if(rows.begin(), rows.end(), same);
@@ -141,7 +141,7 @@ void frmInput::UpdateDrawGrid(Change change) {
   }
   const int place = static_cast<int>(found - rows.begin());
   if (change == Change::kDeleted) {
-    mfgNumeric_->Highlight(-1);  // before the row goes: the grid would highlight its neighbour
+    mfgNumeric_->Highlight(-1);  // or else the grid would highlight the neighbour of the row that it loses
     draws_->Remove(place);
     mfgNumeric_->Highlight(-1);
   } else {
@@ -205,7 +205,7 @@ void frmInput::txtVou_No_GotFocus() {
 }
 
 bool frmInput::txtVou_No_KeyPress(const QKeyEvent& event) {
-  // These two combinations never type anything; Ctrl with Alt is how some keyboards type.
+  // With Ctrl or Ctrl+Shift a key is a command such as paste. With Ctrl+Alt it may type: that is what AltGr sends.
   const bool command =
       event.modifiers() == Qt::ControlModifier || event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
   const auto allowed = [](QChar character) {
@@ -220,7 +220,8 @@ bool frmInput::eventFilter(QObject* watched, QEvent* event) {
     return true;
   }
   if (event->type() == QEvent::FocusIn) {
-    // After the mouse press that brought the focus, which would put the cursor where it hit.
+    // Queued, because the mouse press that brings the focus puts the cursor into the text afterwards, which would undo
+    // the selection.
     QMetaObject::invokeMethod(this, &frmInput::txtVou_No_GotFocus, Qt::QueuedConnection);
   }
   return QDialog::eventFilter(watched, event);

@@ -50,9 +50,9 @@ class frmInput : public QDialog {
   // True when the key is to be discarded.
   static bool txtVou_No_KeyPress(const QKeyEvent& event);
 
-  // True when a draw number is entered; otherwise it is asked for.
+  // True when the box of the draw number is filled; otherwise a message asks for the number.
   bool HasNumber();
-  // What the box and the lists hold.
+  // The draw that the number box and the four digit lists describe.
   Draw Entered() const;
 
   DrawStore store_;

@@ -101,7 +101,7 @@ void frmPrintNote::cmdPrint_Click() {
   PrintProgress progress(this, pages);
   for (int page = 0; page < pages && progress.NextPage(); ++page) {
     const PaperSize paper = job.Paper();
-    // Halves are whole twips, and one twip lies between neighbouring sheets.
+    // Each sheet is half as wide and half as high as the paper, in whole twips; the second one begins one twip further.
     const int width = paper.width / 2;
     const int height = paper.height / 2;
     for (const QPoint corner :

@@ -136,7 +136,7 @@ QLayout* frmSetPrinter::NewBoxes() {
     box->setAlignment(Qt::AlignRight);
     box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * 12);
     box->installEventFilter(this);
-    // Text that the mouse pastes or drops comes without a key release.
+    // Text that is pasted or dropped with the mouse brings no key release.
     connect(box, &QLineEdit::textEdited, this, [this, i] { txtInput_KeyUp(i); });
     form->addRow(QString::fromUtf8(kSlipFieldTable[i].label), box);
     txtInput_[i] = box;
@@ -243,7 +243,8 @@ QRadioButton* frmSetPrinter::OptionOf(SlipType type) const {
 }
 
 void frmSetPrinter::ChooseType(SlipType type) {
-  OptionOf(type_)->setChecked(true);  // the former type stays chosen when loading throws
+  OptionOf(type_)->setChecked(
+      true);  // the click has moved the choice already; it moves on only when loading does not throw
   LoadSlipSettings(settings_folder_, type);
   OptionOf(type)->setChecked(true);
   type_ = type;

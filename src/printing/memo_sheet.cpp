@@ -29,7 +29,7 @@ class Sheet {
  public:
   explicit Sheet(QPainter& painter) : painter_(painter) {}
 
-  // Lines are drawn as filled rectangles: the width of a pen differs between devices.
+  // Lines are filled rectangles, because screens and printers draw the same pen in different widths.
   void Horizontal(double x1, double x2, double y, double thickness, QRgb colour) {
     painter_.fillRect(QRectF(x1, y - thickness / 2, x2 - x1, thickness), QColor::fromRgb(colour));
   }

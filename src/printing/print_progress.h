@@ -12,7 +12,7 @@ class PrintProgress {
   // `pages`: how many will be printed, of all jobs together.
   PrintProgress(QWidget* parent, int pages);
 
-  // To be called before each page. False once the operator has cancelled: that page must not be printed any more.
+  // To be called before each page. False once the operator has cancelled: the page must not be printed then.
   bool NextPage();
   bool Cancelled() const { return window_.wasCanceled(); }
 
@@ -23,7 +23,7 @@ class PrintProgress {
  private:
   QProgressDialog window_;
   QElapsedTimer since_update_;
-  int pages_ = 0;  // begun
+  int pages_ = 0;  // how many NextPage let through
 };
 
 }  // namespace marlevo

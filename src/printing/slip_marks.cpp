@@ -49,7 +49,8 @@ SlipPoint DigitBox(const SlipPrinterSettings& settings, int position, int row, i
 }
 
 SlipPoint MultipleBox(const SlipPrinterSettings& settings, int position, int column) {
-  // Both slips count three digit rows here. The four-digit slip has a fourth one; its dot2amt is larger for that.
+  // The height of three digit rows is counted for both slips. The four-digit slip has a fourth row; the value of its
+  // dot2amt contains that row's height.
   const SlipPoint first = DigitBox(settings, position, 0, column);
   return {first.x, first.y + 3 * settings.dot_h + 2 * settings.dot2dot_h + settings.dot2amt};
 }

@@ -53,7 +53,7 @@ PageDrawing TestSheet(SlipType type, const SlipPrinterSettings& settings, double
     lowest = std::max(lowest, mark.y + mark.height);
     rightmost = std::max(rightmost, mark.x + mark.width);
   }
-  // The texts begin below the marks, or else on their right.
+  // The texts stand below the marks where the paper has room for them there, otherwise to the right of the marks.
   const double last_x = std::max(kBorder, paper_width - kBorder - 2 * kValueColumn);
   const bool below = lowest + (kLines + 2) * kLine + kBorder < paper_height;
   const double x = std::clamp(below ? settings.left : rightmost + 4 * kLine, kBorder, last_x);

@@ -13,7 +13,7 @@ std::string JobRefusal() {
 #else
 
 std::string JobRefusal() {
-  // Qt's print support has the CUPS library loaded when it prints through it; its last answer belongs to the thread.
+  // When Qt prints through CUPS, it has loaded the CUPS library, which keeps the last error of each thread.
   QLibrary cups("cups", 2);
   const auto last_error = reinterpret_cast<int (*)()>(cups.resolve("cupsLastError"));
   const auto last_words = reinterpret_cast<const char* (*)()>(cups.resolve("cupsLastErrorString"));

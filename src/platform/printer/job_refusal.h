@@ -6,7 +6,8 @@
 namespace marlevo {
 
 // The print system's own words when it refused the job that this thread handed over last; empty when it took the job.
-// QPrinter does not tell. On Windows a refused job already fails to begin, and the answer is always empty.
+// QPrinter does not say whether a job was taken. On Windows a job that will be refused does not even begin, so the
+// answer is always empty there.
 std::string JobRefusal();
 
 }  // namespace marlevo

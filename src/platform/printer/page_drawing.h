@@ -22,7 +22,7 @@ struct Mark {
   bool operator==(const Mark&) const = default;
 };
 
-// False for what lies ten metres away or is no number: no driver counts right with such values.
+// False when a number of the mark is ten metres or more, or not a number at all (NaN): drivers overflow on such values.
 inline bool FitsAnyPaper(const Mark& mark) {
   constexpr double kLongest = 10000 * kTwipsPerMillimetre;
   const auto fits = [](double length) { return std::abs(length) < kLongest; };

@@ -21,8 +21,8 @@ namespace {
 
 constexpr int kTwipsPerInch = 1440;
 
-// Qt's PDF engine takes two blocks of some 16 MB for every page and frees them at once. Left to itself glibc gives them
-// back to the system each time, which takes as long as drawing the page.
+// Qt's PDF engine takes two blocks of some 16 MB for every page and frees them when the page is done. By default glibc
+// gives such blocks back to the system each time, which takes as long as drawing the page.
 void KeepFreedBlocks() {
 #ifdef __GLIBC__
   constexpr int kBlock = 32 << 20;
@@ -48,8 +48,8 @@ QPrinterInfo DefaultPrinter() {
   return printer;
 }
 
-// Full page comes before the margins, because margins smaller than the printer's own are refused outside full-page
-// mode. Windows moves the origin by the margins even in full-page mode; elsewhere they then count for nothing.
+// The order matters: outside full-page mode a printer refuses margins smaller than its own. The margins are set to zero
+// because Windows moves the origin by them even in full-page mode; other systems ignore them in that mode.
 void SetUpPage(QPrinter& printer, const QPageSize& size, const std::string& name) {
   const auto require = [&](bool done, const char* reason) {
     if (!done) {
@@ -119,8 +119,8 @@ QPrinter& PrintJob::Printer() {
       printer = std::make_unique<QPrinter>(info, QPrinter::HighResolution);
       size = PaperOf(info);
       name = info.printerName().toStdString();
-      // A queue that fits pages into its printable area would move every mark. Drivers that do not know the option pass
-      // over it.
+      // Some queues shrink every page into the printable area, which would move all marks; this option forbids it.
+      // Drivers that do not know the option ignore it.
       constexpr auto kQueueOptions = static_cast<QPrintEngine::PrintEnginePropertyKey>(0xfe00);
       printer->printEngine()->setProperty(kQueueOptions, QStringList{"print-scaling", "none"});
     } else {

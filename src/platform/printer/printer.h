@@ -16,12 +16,13 @@ class QPrinter;
 
 namespace marlevo {
 
-// Draws a page with a painter whose unit is the twip: the one way to the screen, into a PDF and onto paper. Marks and
-// texts are opaque black without outline or smoothing, so that every driver passes them on as they are. What no paper
-// holds is left out.
+// Draws a page with a painter whose unit is the twip. Screen, PDF and paper are all drawn by this function. Marks and
+// texts are opaque black without outline or smoothing, because anything transparent
+// makes Windows print the page as a bitmap. Marks and texts for which FitsAnyPaper is false are left out.
 void DrawPage(QPainter& painter, const PageDrawing& page);
 
-// A drawing without pixels. `draw` fills (0, 0) to (width, height); printed, it is stretched into any rectangle.
+// A drawing that is sharp at any size. `draw` fills the rectangle from (0, 0) to (width, height), which PrintJob::Draw
+// stretches to the place on the paper.
 struct Picture {
   double width;
   double height;
@@ -44,7 +45,7 @@ class PrintJob {
   // `title` names the job in the system's queue. With `pdf_file` the pages go into that file instead of the printer
   // (for measuring what would be printed).
   explicit PrintJob(std::string title, std::filesystem::path pdf_file = {});
-  // Ends the job like End, without saying whether it was taken.
+  // Ends the job like End, but cannot report that the print system refused it.
   ~PrintJob();
 
   // The paper that will be printed on, without any margin.
