@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "database/stores.h"
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/database/connection.h"
 #include "support/scratch_folder.h"
 #include "support/yardstick.h"

@@ -12,7 +12,7 @@
 
 #include "database/memory.h"
 #include "database/stores.h"
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/database/connection.h"
 #include "support/scratch_folder.h"
 

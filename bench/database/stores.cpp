@@ -4,7 +4,7 @@
 #include <random>
 #include <stdexcept>
 
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/database/connection.h"
 #include "platform/database/sqlite_setup.h"
 #include "tools/make_database/new_database.h"

@@ -1,7 +1,7 @@
 #include "customers/customer_statements.h"
 
 #include "customers/prizes.h"
-#include "platform/sql_text/sql_text.h"
+#include "platform/database/sql_text.h"
 
 namespace marlevo {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/clock/clock.h"
+#include "platform/base/clock.h"
 
 namespace marlevo {
 

@@ -1,6 +1,6 @@
 #include "customers/prizes.h"
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 

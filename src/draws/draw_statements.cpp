@@ -1,6 +1,6 @@
 #include "draws/draw_statements.h"
 
-#include "platform/sql_text/sql_text.h"
+#include "platform/database/sql_text.h"
 
 namespace marlevo {
 

@@ -9,7 +9,7 @@
 #include <QTableView>
 #include <algorithm>
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 #include "tickets/tickets.h"
 #include "ui/choosing_view.h"
 #include "ui/digit_list.h"

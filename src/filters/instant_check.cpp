@@ -1,6 +1,6 @@
 #include "filters/instant_check.h"
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 

@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/base/text.h"
 #include "platform/printer/printer.h"
-#include "platform/text/text.h"
 #include "printing/print_button.h"
 #include "printing/print_progress.h"
 #include "printing/slip_settings_file.h"

@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 #include "printing/memo_sheet.h"
 #include "printing/print_button.h"
 #include "printing/print_progress.h"

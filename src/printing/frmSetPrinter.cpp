@@ -15,8 +15,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/base/text.h"
 #include "platform/printer/printer.h"
-#include "platform/text/text.h"
 #include "printing/print_button.h"
 #include "printing/slip_preview.h"
 #include "printing/slip_reference.h"

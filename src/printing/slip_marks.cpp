@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 

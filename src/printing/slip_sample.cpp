@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 #include "printing/slip_marks.h"
 
 namespace marlevo {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <istream>
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/errors/operation_error.h"
+#include "platform/base/operation_error.h"
 #include "printing/slip_settings.h"
 #include "printing/slip_type.h"
 

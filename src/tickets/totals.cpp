@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 

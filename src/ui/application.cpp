@@ -4,7 +4,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "platform/errors/operation_error.h"
+#include "platform/base/operation_error.h"
 #include "ui/appearance.h"
 #include "ui/fault_text.h"
 

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "platform/errors/fault.h"
+#include "platform/base/fault.h"
 
 namespace marlevo {
 

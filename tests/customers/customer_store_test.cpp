@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "customer_database.h"
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "support/ticket_text.h"
 
 namespace marlevo {

@@ -7,7 +7,7 @@
 #include "customers/frmCustom_CHK.h"
 #include "customers/frmSave.h"
 #include "draws/frmInput.h"
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "support/window_driver.h"
 
 namespace marlevo {

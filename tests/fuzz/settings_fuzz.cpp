@@ -2,7 +2,7 @@
 #include <sstream>
 
 #include "fuzz/fuzz_input.h"
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 #include "printing/slip_settings.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

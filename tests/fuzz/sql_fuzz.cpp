@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "fuzz/fuzz_input.h"
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
+#include "platform/base/operation_error.h"
 #include "platform/database/connection.h"
-#include "platform/errors/operation_error.h"
 #include "support/scratch_folder.h"
 
 namespace marlevo {

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/text/text.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 namespace {

@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <stdexcept>
 
-#include "platform/errors/operation_error.h"
+#include "platform/base/operation_error.h"
 #include "support/window_driver.h"
 
 namespace marlevo {

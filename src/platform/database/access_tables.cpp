@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/access/properties.h"
+#include "platform/access/bytes/properties.h"
 #include "platform/database/column_value.h"
 #include "platform/database/text_order.h"
 

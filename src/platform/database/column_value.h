@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "platform/access/schema.h"
-#include "platform/access/table.h"
+#include "platform/access/bytes/schema.h"
+#include "platform/access/table/table.h"
 
 namespace marlevo {
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/database/access_tables.h"
 #include "platform/database/column_value.h"
 #include "platform/database/recordset_rows.h"

@@ -24,9 +24,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/operation_error.h"
 #include "platform/database/connection_string.h"
 #include "platform/database/recordset.h"
-#include "platform/errors/operation_error.h"
 
 namespace marlevo {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/errors/operation_error.h"
+#include "platform/base/operation_error.h"
 
 namespace marlevo {
 namespace {

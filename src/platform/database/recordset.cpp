@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "platform/base/text.h"
 #include "platform/database/recordset_rows.h"
-#include "platform/text/text.h"
 
 namespace marlevo {
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <utility>
 
-#include "platform/errors/operation_error.h"
+#include "platform/base/operation_error.h"
 
 namespace marlevo {
 namespace {

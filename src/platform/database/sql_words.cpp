@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/access/schema.h"
+#include "platform/access/bytes/schema.h"
 
 namespace marlevo {
 namespace {

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/errors/fault.h"
+#include "platform/base/fault.h"
 
 namespace marlevo::pager {
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/errors/operation_error.h"
+#include "platform/base/operation_error.h"
 #include "platform/printer/page_drawing.h"
 
 class QPainter;

@@ -7,7 +7,7 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/access/copy.h"
+#include "platform/access/database/copy.h"
 #include "tools/make_database/new_database.h"
 
 namespace {

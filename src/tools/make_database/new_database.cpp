@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "platform/base/operation_error.h"
 #include "platform/database/connection.h"
-#include "platform/errors/operation_error.h"
 #include "platform/pager/read_only_files.h"
 
 namespace marlevo {

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 
 namespace marlevo {
 

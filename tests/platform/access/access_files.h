@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "support/scratch_folder.h"
 
 namespace marlevo::access {

@@ -5,8 +5,8 @@
 #include <random>
 #include <string>
 
-#include "platform/access/bytes.h"
-#include "platform/access/format.h"
+#include "platform/access/bytes/bytes.h"
+#include "platform/access/bytes/format.h"
 #include "platform/access/random_row.h"
 
 namespace marlevo::access {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "fuzz/fuzz_input.h"
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/pager/fault_files.h"
 
 namespace marlevo::access {

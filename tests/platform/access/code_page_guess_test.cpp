@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/access/access_files.h"
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 
 namespace marlevo::access {
 namespace {

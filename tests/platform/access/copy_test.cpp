@@ -1,6 +1,6 @@
 // The way out for files that are read but not written: a copy.
 
-#include "platform/access/copy.h"
+#include "platform/access/database/copy.h"
 
 #include "platform/access/any_file.h"
 #include "platform/access/odd_file.h"

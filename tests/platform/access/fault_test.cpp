@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "platform/access/access_files.h"
-#include "platform/access/database.h"
-#include "platform/access/format.h"
+#include "platform/access/bytes/format.h"
+#include "platform/access/database/database.h"
 #include "platform/pager/fault_files.h"
 
 namespace marlevo::access {

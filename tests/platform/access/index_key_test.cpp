@@ -1,4 +1,4 @@
-#include "platform/access/index_key.h"
+#include "platform/access/index/index_key.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,9 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/access/access_error.h"
 #include "platform/access/access_files.h"
-#include "platform/access/bytes.h"
+#include "platform/access/bytes/access_error.h"
+#include "platform/access/bytes/bytes.h"
 
 namespace marlevo::access {
 namespace {

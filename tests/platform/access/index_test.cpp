@@ -12,11 +12,11 @@
 #include <vector>
 
 #include "platform/access/access_files.h"
-#include "platform/access/catalog.h"
-#include "platform/access/database.h"
-#include "platform/access/definition_pages.h"
-#include "platform/access/index.h"
-#include "platform/access/table_state.h"
+#include "platform/access/database/catalog.h"
+#include "platform/access/database/database.h"
+#include "platform/access/index/index.h"
+#include "platform/access/storage/definition_pages.h"
+#include "platform/access/table/table_state.h"
 
 namespace marlevo::access {
 namespace {

@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/access/other_readers.h"
 #include "platform/access/random_row.h"
 

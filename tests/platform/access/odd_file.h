@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "platform/access/access_files.h"
-#include "platform/access/catalog.h"
-#include "platform/access/definition_pages.h"
-#include "platform/access/file.h"
-#include "platform/access/system_tables.h"
-#include "platform/access/table_definition.h"
+#include "platform/access/bytes/table_definition.h"
+#include "platform/access/database/catalog.h"
+#include "platform/access/database/system_tables.h"
+#include "platform/access/storage/definition_pages.h"
+#include "platform/access/storage/file.h"
 
 namespace marlevo::access {
 

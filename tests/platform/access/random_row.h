@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/access/schema.h"
+#include "platform/access/bytes/schema.h"
 
 namespace marlevo::access {
 

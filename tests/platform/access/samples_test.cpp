@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/access/other_readers.h"
 
 namespace marlevo::access {

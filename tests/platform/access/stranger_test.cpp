@@ -15,7 +15,7 @@
 #include <string>
 
 #include "platform/access/access_files.h"
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 
 namespace marlevo::access {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/errors/operation_error.h"
+#include "platform/base/operation_error.h"
 
 namespace marlevo {
 namespace {

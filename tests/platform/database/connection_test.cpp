@@ -3,7 +3,7 @@
 #include <fstream>
 #include <optional>
 
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/database/database_fixture.h"
 
 namespace marlevo {

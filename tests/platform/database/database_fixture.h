@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/operation_error.h"
 #include "platform/database/connection.h"
-#include "platform/errors/operation_error.h"
 #include "support/scratch_folder.h"
 #include "tools/make_database/new_database.h"
 

@@ -1,5 +1,5 @@
 // A disk that fills up in the middle of one statement.
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/database/database_fixture.h"
 #include "support/file_size_limit.h"
 

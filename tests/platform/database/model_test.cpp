@@ -6,7 +6,7 @@
 #include <random>
 #include <sstream>
 
-#include "platform/access/database.h"
+#include "platform/access/database/database.h"
 #include "platform/database/database_fixture.h"
 
 namespace marlevo {

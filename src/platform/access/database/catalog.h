@@ -1,0 +1,34 @@
+// What objects a file has: the rows of its table MSysObjects.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/access/storage/file.h"
+
+namespace marlevo::access {
+
+struct CatalogEntry {
+  std::string name;
+  std::int16_t type;
+  std::uint32_t flags;
+  std::uint32_t page;  // first page of a local table's definition
+};
+
+inline constexpr std::int16_t kLocalTable = 1;
+
+std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file);
+
+// A table that people made, not the system's.
+bool IsUserTable(const CatalogEntry& entry);
+
+// Throws AccessError when there is no local table of that name.
+CatalogEntry FindTable(const std::shared_ptr<File>& file, std::string_view name);
+
+// What the catalog keeps of a local table beside its definition (see properties.h); often nothing.
+std::vector<std::byte> StoredProperties(const std::shared_ptr<File>& file, const CatalogEntry& table);
+
+}  // namespace marlevo::access

@@ -1,0 +1,286 @@
+#include "platform/access/database/check.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "platform/access/bytes/access_error.h"
+#include "platform/access/bytes/cell.h"
+#include "platform/access/bytes/data_page.h"
+#include "platform/access/database/catalog.h"
+#include "platform/access/storage/definition_pages.h"
+#include "platform/access/storage/global_map.h"
+#include "platform/access/storage/long_value.h"
+#include "platform/access/table/scan_state.h"
+#include "platform/access/table/table_state.h"
+
+namespace marlevo::access {
+
+namespace {
+
+class Checker {
+ public:
+  explicit Checker(std::shared_ptr<File> file)
+      : file_(std::move(file)), format_(file_->Layout()), users_(file_->Pages().PageCount()) {}
+
+  std::vector<std::string> Run() {
+    Use(0, "the header");
+    Use(kGlobalMapPage, "the map of the file");
+    Try([this] { UseMapPages(GlobalMap(*file_), "the map of the file"); });
+    Try([this] {
+      for (const CatalogEntry& entry : ReadCatalog(file_)) {
+        if (entry.type == kLocalTable) {
+          Try([&] { CheckTable(*TableState::Open(file_, entry.page, entry.name)); });
+        }
+      }
+    });
+    Try([this] { CheckGlobalMap(); });
+    return std::move(faults_);
+  }
+
+ private:
+  // Every part of a file is looked at, whatever is wrong with the others.
+  template <typename Work>
+  void Try(Work work) {
+    try {
+      work();
+    } catch (const AccessError& error) {
+      faults_.emplace_back(error.what());
+    }
+  }
+
+  void Fault(std::uint32_t page, const std::string& what) {
+    faults_.push_back("page " + std::to_string(page) + ": " + what);
+  }
+
+  // Each page has one user. False when it cannot be this one.
+  bool Use(std::uint32_t page, const std::string& user) {
+    if (page >= users_.size()) {
+      Fault(page, user + " has this page, which is outside the file");
+      return false;
+    }
+    if (!users_[page].empty()) {
+      Fault(page, "is used by " + users_[page] + " and by " + user);
+      return false;
+    }
+    users_[page] = user;
+    return true;
+  }
+
+  // The pages of bits of a map, and the page that holds its row, which other maps share.
+  void UseMapPages(const UsageMap& map, const std::string& user) {
+    for (const std::uint32_t page : map.MapPages()) {
+      Use(page, user + " (usage map)");
+    }
+  }
+
+  void UseMap(const UsageMap& map, const std::string& user) {
+    const std::uint32_t page = map.Row().page;
+    if (page < users_.size() && users_[page] != kMapRows) {
+      Use(page, kMapRows);
+    }
+    UseMapPages(map, user);
+  }
+
+  void CheckTable(const TableState& table) {
+    const std::string name = "table " + table.Name();
+    const TableDefinition& definition = table.Definition();
+    for (const std::uint32_t page : DefinitionPages(*file_, table.Page())) {
+      Use(page, name + " (definition)");
+    }
+    CheckOwned(table.OwnedPages(), name);
+    CheckFree(UsageMap(*file_, definition.free_map), table.OwnedPages(), name);
+    for (const LongValueMaps& maps : definition.long_value_maps) {
+      Try([&] { CheckLongValueMaps(maps, name); });
+    }
+    for (const RealIndex& index : definition.real_indexes) {
+      Try([&] { CheckIndexMap(index, name); });
+    }
+    CheckRows(table, name);
+    for (const Index& index : table.Indexes()) {
+      Try([&] { CheckIndex(table, index, name + " (index " + index.Name() + ")"); });
+    }
+  }
+
+  // The pages of a table, a long-value column or an index.
+  void CheckOwned(const UsageMap& owned, const std::string& user) {
+    UseMap(owned, user);
+    for (auto page = owned.Next(0); page; page = owned.Next(*page + 1)) {
+      Use(*page, user);
+    }
+  }
+
+  // Those of them that have room.
+  void CheckFree(const UsageMap& free, const UsageMap& owned, const std::string& user) {
+    UseMap(free, user);
+    for (auto page = free.Next(0); page; page = free.Next(*page + 1)) {
+      if (!owned.Contains(*page)) {
+        Fault(*page, "is offered for new rows of " + user + ", which does not own it");
+      }
+    }
+  }
+
+  // Access itself makes columns without these maps.
+  void CheckLongValueMaps(const LongValueMaps& maps, const std::string& table) {
+    if (maps.owned.page == 0) {
+      return;
+    }
+    const UsageMap owned(*file_, maps.owned);
+    CheckOwned(owned, table + " (long values)");
+    if (maps.free.page != 0) {
+      CheckFree(UsageMap(*file_, maps.free), owned, table + " (long values)");
+    }
+    for (auto page = owned.Next(0); page; page = owned.Next(*page + 1)) {
+      Try([&] { CheckDataPage(*page, kOwnerLongValues); });
+    }
+  }
+
+  void CheckIndexMap(const RealIndex& index, const std::string& table) {
+    const UsageMap owned(*file_, index.owned_map);
+    CheckOwned(owned, table + " (index)");
+    if (!owned.Contains(index.root)) {
+      Fault(index.root, "is the root of an index of " + table + " but not in its map");
+    }
+  }
+
+  // Besides its structure: one entry for each row, no others.
+  void CheckIndex(const TableState& table, const Index& index, const std::string& user) {
+    for (const std::string& fault : index.Tree().Check()) {
+      faults_.push_back(user + ": " + fault);
+    }
+    std::size_t surplus = 0;
+    IndexWalk walk(index.Tree(), {});
+    while (walk.Next()) {
+      ++surplus;
+    }
+    ScanState rows(TableState::Open(file_, table.Page(), table.Name()), {});
+    while (index.Refusal().empty() && rows.Next()) {
+      try {
+        const Index::RowKey key = index.KeyOf(rows.Cells());
+        if (index.Lists(key) && !index.Contains(key.key, rows.Row())) {
+          faults_.push_back(user + " lacks a row of page " + std::to_string(FromRowId(rows.Row()).page));
+        } else {
+          surplus -= index.Lists(key) ? 1 : 0;
+        }
+      } catch (const ValueError&) {
+        --surplus;  // Access knows the place of this value
+      }
+    }
+    if (index.Refusal().empty() && surplus != 0) {
+      faults_.push_back(user + " has entries of rows that do not exist");
+    }
+  }
+
+  // Owner, slots and free space.
+  void CheckDataPage(std::uint32_t number, std::uint32_t owner) {
+    const pager::PageRef ref = file_->Read(number);
+    const DataPage page(format_, number, ref.Bytes());
+    if (page.Owner() != owner) {
+      Fault(number, "says that it belongs to " + std::to_string(page.Owner()) + ", not " + std::to_string(owner));
+    }
+    for (std::size_t slot = 0; slot < page.SlotCount(); ++slot) {
+      static_cast<void>(page.Row(slot));
+    }
+    if (page.FreeSpace() != page.Room()) {
+      Fault(number, "says that it has " + std::to_string(page.FreeSpace()) + " free bytes instead of " +
+                        std::to_string(page.Room()));
+    }
+  }
+
+  void CheckRows(const TableState& table, const std::string& name) {
+    std::size_t rows = 0;
+    bodies_.clear();
+    for (auto page = table.OwnedPages().Next(0); page; page = table.OwnedPages().Next(*page + 1)) {
+      Try([&] {
+        CheckDataPage(*page, table.Page());
+        rows += CheckRowsOf(*page, table);
+      });
+    }
+    for (const auto& [body, pointers] : bodies_) {
+      if (pointers != 1) {
+        Fault(body.first, "the body of a moved row at " + std::to_string(body.second) + " is pointed to " +
+                              std::to_string(pointers) + " times");
+      }
+    }
+    if (rows != table.RowCount()) {
+      faults_.push_back(name + " has " + std::to_string(rows) + " rows but counts " + std::to_string(table.RowCount()));
+    }
+  }
+
+  // How many rows begin on the page.
+  std::size_t CheckRowsOf(std::uint32_t number, const TableState& table) {
+    const pager::PageRef ref = file_->Read(number);
+    const DataPage page(format_, number, ref.Bytes());
+    std::size_t rows = 0;
+    for (std::size_t slot = 0; slot < page.SlotCount(); ++slot) {
+      if (page.IsDeleted(slot)) {
+        continue;
+      }
+      const RowPointer row{number, static_cast<std::uint8_t>(slot)};
+      if ((page.Flags(slot) & kSlotBody) != 0) {
+        bodies_.try_emplace({row.page, row.slot}, 0);
+      } else {
+        ++rows;
+      }
+      if ((page.Flags(slot) & kSlotMoved) != 0) {
+        const RowPointer body = page.Body(slot);
+        ++bodies_[{body.page, body.slot}];
+        static_cast<void>(table.PathOf(row));
+      } else {
+        Try([&] { CheckRow(table, number, page.Row(slot)); });
+      }
+    }
+    return rows;
+  }
+
+  void CheckRow(const TableState& table, std::uint32_t number, Bytes bytes) {
+    const RowView row(format_, number, bytes, table.HasVariableColumns());
+    std::vector<std::byte> value;
+    for (const ColumnDefinition& column : table.Definition().columns) {
+      const ColumnType type = column.shown.type;
+      if (!row.IsSet(column.number) || type == ColumnType::kBoolean) {
+        continue;
+      }
+      const Bytes cell =
+          column.fixed ? row.Fixed(column.fixed_offset, column.stored_length) : row.Variable(column.variable_index);
+      if (cell.size() < WidthOf(type) || (column.fixed && cell.size() != column.stored_length)) {
+        Fault(number,
+              "a row's value of column " + column.shown.name + " has only " + std::to_string(cell.size()) + " bytes");
+      }
+      if (IsLongValue(type) && !cell.empty()) {
+        ReadLongValue(*file_, number, cell, value);
+      }
+    }
+  }
+
+  void CheckGlobalMap() {
+    const GlobalMap map(*file_);
+    for (std::uint32_t page = 0; page < users_.size(); ++page) {
+      const bool free = map.Contains(page);
+      if (free && !users_[page].empty()) {
+        Fault(page, "is used by " + users_[page] + " but the map of the file calls it free");
+      } else if (!free && users_[page].empty()) {
+        Fault(page, "is used by nobody but the map of the file does not call it free");
+      }
+    }
+  }
+
+  static constexpr const char* kMapRows = "usage maps";
+
+  std::shared_ptr<File> file_;
+  const Format& format_;
+  std::vector<std::string> users_;                                // by page
+  std::map<std::pair<std::uint32_t, std::uint8_t>, int> bodies_;  // of moved rows: how many pointers lead there
+  std::vector<std::string> faults_;
+};
+
+}  // namespace
+
+std::vector<std::string> CheckFile(const std::shared_ptr<File>& file) {
+  const pager::Reading reading(file->Pages());
+  return Checker(file).Run();
+}
+
+}  // namespace marlevo::access
