@@ -11,8 +11,8 @@
 #include <array>
 #include <string>
 
+#include "board/ticket_model.h"
 #include "tickets/tickets.h"
-#include "ui/ticket_model.h"
 #include "ui/widgets.h"
 
 class QVBoxLayout;

@@ -1,4 +1,4 @@
-#include "ui/ticket_model.h"
+#include "board/ticket_model.h"
 
 #include <gtest/gtest.h>
 
