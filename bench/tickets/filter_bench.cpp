@@ -91,7 +91,7 @@ class Bench {
                {.prepare = {},
                 .run =
                     [&] {
-                      marlevo::bench::KeepResult(marlevo::CheckInstantly(list, {"1", "2", "3", "4"}));
+                      marlevo::bench::KeepResult(marlevo::CheckInstantly(list, {1, 2, 3, 4}));
                     }},
                {.prepare = {},
                 .run =
@@ -154,7 +154,7 @@ int main() {
           key[3] = digits[3];
         }
         if (box) {
-          key = marlevo::SortString(key);
+          std::ranges::sort(key);
         }
         std::size_t value = 0;
         for (const char digit : key) {

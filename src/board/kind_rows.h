@@ -3,7 +3,6 @@
 
 #include <QCheckBox>
 #include <QFrame>
-#include <array>
 
 #include "tickets/tickets.h"
 #include "ui/widgets.h"
@@ -25,9 +24,9 @@ class KindRows : public QFrame {
   void chkPlay_Click(int kind);
   void cboPlay2_Click(int kind);
 
-  std::array<QCheckBox*, kBetKinds> chkPlay_{};
-  std::array<DropDownList*, kBetKinds> cboPlay_{};
-  std::array<DropDownList*, kBetKinds> cboPlay2_{};
+  PerKind<QCheckBox*> chkPlay_{};
+  PerKind<DropDownList*> cboPlay_{};
+  PerKind<DropDownList*> cboPlay2_{};
 };
 
 }  // namespace marlevo

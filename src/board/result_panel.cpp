@@ -17,16 +17,17 @@ namespace marlevo {
 namespace {
 
 constexpr int kSpacing = 12;
-constexpr int kCheckLines = 7;  // the most there can be
+constexpr int kCheckLines = 2 + kBetKinds;  // the total, the line of hyphens, and a line of each kind with winners
 constexpr double kGridPoints = 14;
 constexpr int kGridBorder = 6;
-constexpr double kSequenceWidth = 3.75;  // in widths of "W"
-constexpr double kDigitWidth = 4;        // so narrow that a grid fits into the smallest window, 800 wide
+// Widths of columns, in widths of the text "W".
+constexpr double kSequenceWidth = 3.75;
+constexpr double kNarrowestDigit = 4;  // so narrow that a grid fits into the smallest window, 800 wide
 constexpr double kWidestDigit = 10.25;
 constexpr int kDrawnWidth = 50;
-constexpr std::array<const char*, 4> kPositions = {"第一柱", "第二柱", "第三柱", "第四柱"};
 
-// Draws tickets; neither selection nor focus nor mouse covers the yellow of a winning one.
+// Draws tickets. The yellow of a winning one stays to be seen when its row is selected, has the focus or lies under the
+// mouse.
 class TicketDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -80,16 +81,15 @@ void ResultPanel::KeepFree(int height) {
 }
 
 void ResultPanel::AddGrid(int kind) {
-  const auto index = static_cast<std::size_t>(kind);
   auto* const grid = Named(new QTableView(SSTab1_), ElementName("mfgData", kind));
   QFont font = grid->font();
   font.setPointSizeF(kGridPoints);
   grid->setFont(font);
   SetUpGrid(*grid, GridSelection::kRow);
   grid->setItemDelegate(new TicketDelegate(grid));
-  models_[index] = new TicketModel(list_.kinds[index].tickets, DigitColumns(kind), grid);
-  grid->setModel(models_[index]);
-  // Fixed, wherever the digits are scrolled to.
+  models_[kind] = new TicketModel(list_.kinds[kind].tickets, DigitColumns(kind), grid);
+  grid->setModel(models_[kind]);
+  // The heads of the rows show the sequence numbers instead: they stay in sight when the digits are scrolled sideways.
   grid->hideColumn(0);
   QHeaderView& numbers = *grid->verticalHeader();
   numbers.show();
@@ -97,29 +97,26 @@ void ResultPanel::AddGrid(int kind) {
   numbers.setDefaultAlignment(Qt::AlignCenter);
   numbers.setHighlightSections(false);
   numbers.setSectionsClickable(false);
-  mfgData_[index] = grid;
-  SSTab1_->addTab(grid,
-                  QString::fromUtf8(kBetKindNames[index].data(), static_cast<qsizetype>(kBetKindNames[index].size())));
+  mfgData_[kind] = grid;
+  SSTab1_->addTab(grid, QString::fromUtf8(kBetKindNames[kind]));
 }
 
 QWidget* ResultPanel::NewCheckArea() {
   auto* const area = Named(new QFrame(this), "picCheck");
-  area->setFrameStyle(QFrame::StyledPanel);
-  area->setBackgroundRole(QPalette::Base);
-  area->setAutoFillBackground(true);
+  SetUpPanel(*area);
 
   auto* const drawn = new QGridLayout;
   drawn->setVerticalSpacing(2);
-  for (std::size_t position = 0; position < cboCheck_.size(); ++position) {
-    const int index = static_cast<int>(position);
-    auto* const list = new DropDownList(area, ElementName("cboCheck", index));
+  for (int position = 0; position < 4; ++position) {
+    auto* const list = new DropDownList(area, ElementName("cboCheck", position));
     for (int digit = 0; digit <= 9; ++digit) {
       list->addItem(QString::number(digit));
     }
     list->setMaxVisibleItems(10);
     list->setFixedWidth(kDrawnWidth);
-    drawn->addWidget(NewLabel(area, ElementName("lblCheck", index), kPositions[position]), 0, index);
-    drawn->addWidget(list, 1, index);
+    drawn->addWidget(NewLabel(area, ElementName("lblCheck", position), QString::fromUtf8(kPositionNames[position])), 0,
+                     position);
+    drawn->addWidget(list, 1, position);
     cboCheck_[position] = list;
   }
   cmdCheck2_ = NewButton(area, "cmdCheck2", "對獎", Emphasis::kMain);
@@ -128,7 +125,7 @@ QWidget* ResultPanel::NewCheckArea() {
 
   lstCheck_ = Named(new QListWidget(area), "lstCheck");
   lstCheck_->setFont(AlignedFont());
-  // Only the line of hyphens is longer than a narrow area.
+  // Nothing is lost without a scroll bar: in a narrow window only the line of hyphens is cut off.
   lstCheck_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   lstCheck_->setFixedHeight(QFontMetrics(AlignedFont()).height() * kCheckLines + 12);
 
@@ -139,16 +136,18 @@ QWidget* ResultPanel::NewCheckArea() {
   return area;
 }
 
-// Digits take what room there is, within what reads well.
+// The columns of digits share the width that there is, between the two limits.
 void ResultPanel::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   layout()->activate();
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    QTableView& grid = *mfgData_[static_cast<std::size_t>(kind)];
-    const int room = SSTab1_->width() - style()->pixelMetric(QStyle::PM_ScrollBarExtent) - kGridBorder;
-    const double units = static_cast<double>(room) / grid.fontMetrics().horizontalAdvance('W') - kSequenceWidth;
-    SetColumnWidths(grid, std::vector<double>(static_cast<std::size_t>(DigitColumns(kind)) + 1,
-                                              std::clamp(units / DigitColumns(kind), kDigitWidth, kWidestDigit)));
+    QTableView& grid = *mfgData_[kind];
+    const int columns = DigitColumns(kind);
+    const double room = SSTab1_->width() - style()->pixelMetric(QStyle::PM_ScrollBarExtent) - kGridBorder;
+    const double units = room / grid.fontMetrics().horizontalAdvance('W') - kSequenceWidth;
+    for (int column = 1; column <= columns; ++column) {
+      SetColumnWidth(grid, column, std::clamp(units / columns, kNarrowestDigit, kWidestDigit));
+    }
   }
 }
 
@@ -161,7 +160,7 @@ void ResultPanel::RefreshGrids() {
 void ResultPanel::ShowTickedPages() {
   int first = -1;
   for (int kind = kBetKinds - 1; kind >= 0; --kind) {
-    const bool ticked = list_.kinds[static_cast<std::size_t>(kind)].ticked;
+    const bool ticked = list_.kinds[kind].ticked;
     SSTab1_->setTabEnabled(kind, ticked);
     first = ticked ? kind : first;
   }
@@ -169,7 +168,7 @@ void ResultPanel::ShowTickedPages() {
 }
 
 void ResultPanel::RefreshPaint() {
-  for (std::size_t kind = 0; kind < kBetKinds; ++kind) {
+  for (int kind = 0; kind < kBetKinds; ++kind) {
     models_[kind]->RefreshPaint();
     const TicketList& tickets = list_.kinds[kind].tickets;
     const auto winner = std::find_if(tickets.begin(), tickets.end(),
@@ -185,10 +184,10 @@ void ResultPanel::SetTotals(const std::string& text) {
   txtCombineMessage_->setPlainText(QString::fromStdString(text));
 }
 
-std::array<std::string, 4> ResultPanel::DrawnDigits() const {
-  std::array<std::string, 4> digits;
-  for (std::size_t position = 0; position < digits.size(); ++position) {
-    digits[position] = cboCheck_[position]->currentText().toStdString();
+std::array<int, 4> ResultPanel::DrawnDigits() const {
+  std::array<int, 4> digits;
+  for (int position = 0; position < 4; ++position) {
+    digits[position] = cboCheck_[position]->currentIndex();
   }
   return digits;
 }

@@ -1,6 +1,5 @@
-// The result stage of the board: one page per kind with its ticket grid, and the area of the instant prize check under
-// it; the totals text beside them. Shows a list that belongs to the board. The numbers of the tickets, column 0, are
-// the fixed heads of the grid's rows.
+// The result stage of the board: a page with a ticket grid for each kind, under it the area of the instant prize check,
+// and beside them the totals text. The list that it shows belongs to the board.
 #pragma once
 
 #include <QListWidget>
@@ -23,26 +22,27 @@ class ResultPanel : public QWidget {
   Q_OBJECT
 
  public:
-  // `list` outlives the panel. `side_width`: of the totals.
+  // `list` outlives the panel. `side_width`: width of the totals text.
   ResultPanel(QWidget* parent, const CurrentList& list, int side_width);
 
-  // Keeps this height free under the totals, for a button bar; 0 for none.
+  // Leaves this height under the totals text empty: a button bar of the board stands there. 0 when none does.
   void KeepFree(int height);
 
   // Shows what the lists hold now.
   void RefreshGrids();
-  // Makes the pages of the ticked kinds available, of the others not, and turns to the first ticked one.
+  // Enables the pages of the ticked kinds, disables the others, and turns to the first enabled one.
   void ShowTickedPages();
   // Shows the colours of the tickets and brings the first winner of each kind into view.
   void RefreshPaint();
 
   void SetTotals(const std::string& text);
 
-  // The grid of the page that shows.
+  // The grid that can be seen.
   QWidget* CurrentGrid() const { return SSTab1_->currentWidget(); }
   QWidget* CheckArea() const { return picCheck_; }
   QPushButton* CheckButton() const { return cmdCheck2_; }
-  std::array<std::string, 4> DrawnDigits() const;
+  // The digits that the four lists of the instant prize check show.
+  std::array<int, 4> DrawnDigits() const;
   void ShowCheckLines(const std::vector<std::string>& lines);
 
  protected:
@@ -54,8 +54,8 @@ class ResultPanel : public QWidget {
 
   const CurrentList& list_;
   QTabWidget* SSTab1_;
-  std::array<QTableView*, kBetKinds> mfgData_{};
-  std::array<TicketModel*, kBetKinds> models_{};
+  PerKind<QTableView*> mfgData_{};
+  PerKind<TicketModel*> models_{};
   QVBoxLayout* side_;
   QPlainTextEdit* txtCombineMessage_;
   QWidget* picCheck_;

@@ -6,7 +6,7 @@ int CheckSelection(const Selection& picks) {
   bool four_digits = false;
   bool three_digits = false;
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    if (picks.kinds[static_cast<std::size_t>(kind)]) {
+    if (picks.kinds[kind]) {
       (IsFourDigitKind(kind) ? four_digits : three_digits) = true;
     }
   }

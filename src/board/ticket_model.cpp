@@ -1,15 +1,12 @@
 #include "board/ticket_model.h"
 
 #include <QColor>
-#include <array>
+#include <algorithm>
+#include <iterator>
 
 #include "ui/appearance.h"
 
 namespace marlevo {
-
-namespace {
-constexpr std::array<const char*, 5> kHeadings = {"", "第一柱", "第二柱", "第三柱", "第四柱"};
-}
 
 TicketModel::TicketModel(const TicketList& tickets, int digit_columns, QObject* parent)
     : QAbstractTableModel(parent),
@@ -42,18 +39,17 @@ QVariant TicketModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::BackgroundRole && index.column() == 0) {
     return QColor(colours::kGround);
   }
-  const auto row = static_cast<std::size_t>(index.row());
-  // The list may already be longer or shorter than the views know.
-  if (row >= tickets_.size() || index.row() >= ticket_count_) {
+  // The list may have grown or shrunk since the last Refresh.
+  if (index.row() >= std::min<std::ptrdiff_t>(ticket_count_, std::ssize(tickets_))) {
     return {};
   }
   if (index.column() == 0) {
-    return role == Qt::DisplayRole ? QVariant(QString::number(row + 1)) : QVariant();
+    return role == Qt::DisplayRole ? QVariant(QString::number(index.row() + 1)) : QVariant();
   }
-  const Ticket& ticket = tickets_[row];
+  const Ticket& ticket = tickets_[index.row()];
   switch (role) {
     case Qt::DisplayRole: {
-      const char cell = ticket.cells[static_cast<std::size_t>(index.column() - 1)];
+      const char cell = ticket.cells[index.column() - 1];
       return cell == 0 ? QVariant() : QVariant(QString(QLatin1Char(cell)));
     }
     case Qt::BackgroundRole:
@@ -73,7 +69,7 @@ QVariant TicketModel::headerData(int section, Qt::Orientation orientation, int r
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section > digit_columns_) {
     return {};
   }
-  return QString::fromUtf8(kHeadings[static_cast<std::size_t>(section)]);
+  return section == 0 ? QString() : QString::fromUtf8(kPositionNames[section - 1]);
 }
 
 }  // namespace marlevo

@@ -1,6 +1,6 @@
-// A ticket grid as a table model over a TicketList. The heading row is the model's horizontal header; model row r is
-// ticket r + 1; column 0 is the sequence number (the heads of
-// the rows say the same), columns 1 to 3 or 1 to 4 are the digits; the last row is always blank.
+// A ticket grid as a table model over a TicketList. Row r is ticket r + 1, and one more row, always blank, stands at
+// the end. Column 0 is the ticket's sequence number, which the heads of the rows show too; columns 1 to 3 or 1 to 4 are
+// the digits.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -16,7 +16,7 @@ class TicketModel : public QAbstractTableModel {
   // `tickets` belongs to the caller and outlives the model. `digit_columns`: 3 or 4.
   TicketModel(const TicketList& tickets, int digit_columns, QObject* parent);
 
-  // To be called after every change of the list: one reset, whatever changed.
+  // To be called after every change of the list.
   void Refresh();
   // To be called when only the paint of tickets changed: rows and selection stay where they are.
   void RefreshPaint();
@@ -28,7 +28,7 @@ class TicketModel : public QAbstractTableModel {
 
  private:
   const TicketList& tickets_;
-  int ticket_count_;  // as the views know it
+  int ticket_count_;  // at the last Refresh: the views know of no other tickets
   int digit_columns_;
 };
 

@@ -31,10 +31,9 @@ std::vector<StoredTicket> TicketsToStore(const CurrentList& list) {
     if (!of_kind.ticked) {
       continue;
     }
-    const int amount = LenientInteger(of_kind.amount);
     int seq = 0;
     for (const Ticket& ticket : of_kind.tickets) {
-      StoredTicket& row = stored.emplace_back(StoredTicket{kind, amount, ++seq, {}});
+      StoredTicket& row = stored.emplace_back(StoredTicket{kind, of_kind.amount, ++seq, {}});
       for (int column = 0; column < DigitColumns(kind); ++column) {
         row.digits[column] = DigitValue(ticket.cells[column]);
       }

@@ -1,8 +1,8 @@
 #include "filters/filters.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
-#include <vector>
 
 namespace marlevo {
 
@@ -14,17 +14,23 @@ using Cells = std::array<char, 4>;
 template <typename Matches>
 void DeleteWhere(CurrentList& list, Matches matches) {
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    KindList& of_kind = list.kinds[static_cast<std::size_t>(kind)];
+    KindList& of_kind = list.kinds[kind];
     if (of_kind.ticked) {
       std::erase_if(of_kind.tickets, [&](const Ticket& ticket) { return matches(ticket.cells, kind); });
     }
   }
 }
 
-// How many cells hold the digit of column `column`, from 1. The fourth cell of three digits is empty and never counts.
-std::ptrdiff_t CountOf(const Cells& cells, std::size_t column) {
+// How many cells hold the digit of column `column`, counted from 1. None when that cell is empty.
+std::ptrdiff_t CountOf(const Cells& cells, int column) {
   const char digit = cells[column - 1];
   return digit == 0 ? 0 : std::ranges::count(cells, digit);
+}
+
+// The cells in ascending order, empty ones first: the same for all orderings of the same digits.
+Cells SortString(Cells digits) {
+  std::ranges::sort(digits);
+  return digits;
 }
 
 }  // namespace
@@ -46,12 +52,12 @@ void DeleteAllSame(CurrentList& list) {
   DeleteWhere(list, [](const Cells& cells, int kind) { return CountOf(cells, 1) == DigitColumns(kind); });
 }
 
-// A digit in three of four columns stands in column 1 or 2, one in two of them in column 1, 2 or 3.
-
+// A digit that stands in three of four columns stands in column 1 or 2.
 void DeleteThreeSame(CurrentList& list) {
   DeleteWhere(list, [](const Cells& cells, int) { return CountOf(cells, 1) >= 3 || CountOf(cells, 2) >= 3; });
 }
 
+// A digit that stands in two of four columns stands in column 1, 2 or 3.
 void DeleteTwoSame(CurrentList& list) {
   DeleteWhere(list, [](const Cells& cells, int) {
     return CountOf(cells, 1) >= 2 || CountOf(cells, 2) >= 2 || CountOf(cells, 3) >= 2;
@@ -69,25 +75,8 @@ void DeleteRepeats(CurrentList& list) {
         any = true;
       }
     }
-    return any && std::exchange(seen.at(static_cast<std::size_t>(value)), true);
+    return any && std::exchange(seen.at(value), true);
   });
-}
-
-std::array<char, 4> SortString(std::array<char, 4> digits) {
-  bool swapped = true;
-  while (swapped) {
-    swapped = false;
-    for (std::size_t a = 0; a < 3; ++a) {
-      for (std::size_t b = a; b < 3; ++b) {
-        if (digits[b] > digits[b + 1]) {
-          // The partner is a, not b; the passes go on until one finds every neighbour in order, so the end is sorted.
-          std::swap(digits[a], digits[b + 1]);
-          swapped = true;
-        }
-      }
-    }
-  }
-  return digits;
 }
 
 }  // namespace marlevo

@@ -7,44 +7,42 @@ namespace marlevo {
 namespace {
 
 // Yuan won for each yuan staked on a ticket.
-constexpr std::array<double, kBetKinds> kPrizeUnits = {5000, 500, 500, 40, 40};
+constexpr PerKind<int> kPrizeUnits = {5000, 500, 500, 40, 40};
+
+bool Wins(const Ticket& ticket, int columns, const std::array<int, 4>& drawn) {
+  for (int column = 0; column < columns; ++column) {
+    if (DigitValue(ticket.cells[column]) != drawn[column]) {
+      return false;
+    }
+  }
+  return true;
+}
 
 }  // namespace
 
-InstantResult CheckInstantly(CurrentList& list, const std::array<std::string, 4>& drawn) {
-  std::array<double, 4> numbers{};
-  for (std::size_t place = 0; place < numbers.size(); ++place) {
-    numbers[place] = LenientNumber(drawn[place]);
-  }
-
+InstantResult CheckInstantly(CurrentList& list, const std::array<int, 4>& drawn) {
   InstantResult result;
-  double winners = 0;
+  int all_winners = 0;
   std::vector<std::string> kind_lines;
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    const auto index = static_cast<std::size_t>(kind);
-    KindList& of_kind = list.kinds[index];
+    KindList& of_kind = list.kinds[kind];
     if (!of_kind.ticked) {
       continue;
     }
-    const auto columns = static_cast<std::size_t>(DigitColumns(kind));
-    double& count = result.winners[index];
+    int& winners = result.winners[kind];
     for (Ticket& ticket : of_kind.tickets) {
-      std::size_t place = 0;
-      while (place < columns && DigitValue(ticket.cells[place]) == numbers[place]) {
-        ++place;
-      }
-      const bool wins = place == columns;
+      const bool wins = Wins(ticket, DigitColumns(kind), drawn);
       ticket.paint = wins ? Paint::kYellow : Paint::kWhite;
-      count += wins ? 1 : 0;
+      winners += wins ? 1 : 0;
     }
-    result.prizes[index] = LenientNumber(of_kind.amount) * count * kPrizeUnits[index];
-    winners += count;
-    if (count > 0) {
-      kind_lines.push_back(std::string(kBetKindNames[index]) + " " + WidthMask(NumberText(count), 4) + " 張");
+    result.prizes[kind] = std::int64_t{of_kind.amount} * winners * kPrizeUnits[kind];
+    all_winners += winners;
+    if (winners > 0) {
+      kind_lines.push_back(std::string(kBetKindNames[kind]) + " " + WidthMask(std::to_string(winners), 4) + " 張");
     }
   }
 
-  result.lines = {"共中獎 " + NumberText(winners) + "張", std::string(48, '-')};
+  result.lines = {"共中獎 " + std::to_string(all_winners) + "張", std::string(48, '-')};
   result.lines.insert(result.lines.end(), kind_lines.begin(), kind_lines.end());
   return result;
 }

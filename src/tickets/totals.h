@@ -1,24 +1,22 @@
-// The totals text: what a list holds and costs. A header line with all tickets and all money, then a line for every
-// ticked kind. Lines end with CR LF, except that of the last kind.
+// The totals text: what a list holds and costs. Its first line counts all tickets and all money; then every ticked kind
+// has a line. Lines end with CR LF, but the line of the last kind, 三星對彩, has no line end.
 #pragma once
 
-#include <array>
 #include <string>
 
 #include "tickets/tickets.h"
 
 namespace marlevo {
 
-// Tickets of each kind.
-using TicketCounts = std::array<double, kBetKinds>;
+using TicketCounts = PerKind<int>;
 
 // The tickets in all five lists, ticked or not.
 TicketCounts CountTickets(const CurrentList& list);
 
-// The text after an expansion, from its own counts.
+// The text after an expansion that made these tickets.
 std::string TotalsText(const CurrentList& list, const TicketCounts& counts);
 
-// The text after a filter, from what the lists hold now. Its lines carry labels of their own ("4星正彩   ").
+// The text after a filter, from what the lists hold now. Its labels differ from those of TotalsText ("4星正彩   ").
 std::string RecountTotals(const CurrentList& list);
 
 }  // namespace marlevo

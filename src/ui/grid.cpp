@@ -12,7 +12,7 @@ namespace marlevo {
 
 namespace {
 
-// Shows a text that is cut off in its cell whole while the mouse rests on it.
+// Shows the whole of a text that is cut off in its cell as a tooltip.
 class CellDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -52,10 +52,15 @@ void SetUpGrid(QTableView& grid, GridSelection selection) {
   grid.setItemDelegate(new CellDelegate(&grid));
 }
 
-void SetColumnWidths(QTableView& grid, const std::vector<double>& widths) {
+void SetColumnWidth(QTableView& grid, int column, double width) {
   const double unit = QFontMetricsF(grid.font()).horizontalAdvance('W');
-  for (std::size_t column = 0; column < widths.size(); ++column) {
-    grid.setColumnWidth(static_cast<int>(column), static_cast<int>(std::lround(widths[column] * unit)));
+  grid.setColumnWidth(column, static_cast<int>(std::lround(width * unit)));
+}
+
+void SetColumnWidths(QTableView& grid, const std::vector<double>& widths) {
+  int column = 0;
+  for (const double width : widths) {
+    SetColumnWidth(grid, column++, width);
   }
 }
 

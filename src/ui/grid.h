@@ -1,6 +1,6 @@
-// How every grid of the system looks: rows of one fixed height that comes from the font, column widths in widths of the
-// text "W", whole rows selected, nothing edited in place. A text wider than its cell ends in "…"; a tooltip shows it
-// whole.
+// How every grid of the system looks: all rows have one height, which comes from the font; columns are measured in
+// widths of the text "W"; rows are selected whole; nothing is edited in place. A text wider than its cell ends in "…",
+// and a tooltip shows it whole.
 #pragma once
 
 #include <vector>
@@ -15,7 +15,9 @@ enum class GridSelection { kNone, kRow };
 // cost.
 void SetUpGrid(QTableView& grid, GridSelection selection);
 
-// Column j becomes widths[j] times as wide as the text "W" in the grid's font. Call after the model is set.
+// Makes a column `width` times as wide as the text "W" in the grid's font. Call after the model is set.
+void SetColumnWidth(QTableView& grid, int column, double width);
+// The same for the columns from 0 on.
 void SetColumnWidths(QTableView& grid, const std::vector<double>& widths);
 
 }  // namespace marlevo

@@ -23,6 +23,12 @@ QLabel* NewLabel(QWidget* parent, const QString& name, const QString& text) {
   return Named(new QLabel(text, parent), name);
 }
 
+void SetUpPanel(QFrame& frame) {
+  frame.setFrameStyle(QFrame::StyledPanel);
+  frame.setBackgroundRole(QPalette::Base);
+  frame.setAutoFillBackground(true);
+}
+
 DropDownList::DropDownList(QWidget* parent, const QString& name) : QComboBox(parent) {
   setObjectName(name);
   setFocusPolicy(Qt::StrongFocus);

@@ -1,8 +1,9 @@
-// How windows make their widgets: every widget carries its name as objectName, an element of a widget array as
+// How windows make their widgets. Every widget carries its name as objectName; an element of a widget array is called
 // "name(i)".
 #pragma once
 
 #include <QComboBox>
+#include <QFrame>
 #include <QLabel>
 #include <QPushButton>
 #include <QString>
@@ -18,8 +19,7 @@ Widget* Named(Widget* widget, const QString& name) {
   return widget;
 }
 
-// A button that Enter never presses by itself, not even in a dialog. An emphasized button is the main action of its
-// bar.
+// A button that Enter presses only while it has the focus, in dialogs too. kMain marks the one main action of its bar.
 enum class Emphasis { kNormal, kMain };
 QPushButton* NewButton(QWidget* parent, const QString& name, const QString& caption,
                        Emphasis emphasis = Emphasis::kNormal);
@@ -35,8 +35,11 @@ QPushButton* NewButton(Window* window, const QString& name, const QString& capti
 
 QLabel* NewLabel(QWidget* parent, const QString& name, const QString& text);
 
-// A closed drop-down list. The wheel never changes it, so that scrolling a window changes no amount in passing; the
-// open list scrolls as usual.
+// Gives a frame the look of a panel: white inside an outline.
+void SetUpPanel(QFrame& frame);
+
+// A drop-down list that the wheel does not change while it is closed, so that scrolling a window changes no amount in
+// passing; the open list scrolls as usual.
 class DropDownList : public QComboBox {
   Q_OBJECT
 

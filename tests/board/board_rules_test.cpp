@@ -120,7 +120,7 @@ TEST(Expansion, MatchesTheSlowWalkForRandomPicks) {
     for (std::size_t kind = 0; kind < kBetKinds; ++kind) {
       const std::string slow = picks.kinds[kind] ? SlowExpansion(columns, kind < 2 ? 4 : 3) : "";
       ASSERT_EQ(Text(list, static_cast<int>(kind)), slow) << "round " << round;
-      ASSERT_EQ(counts[kind], static_cast<double>(list.kinds[kind].tickets.size()));
+      ASSERT_EQ(counts[kind], static_cast<int>(list.kinds[kind].tickets.size()));
       ASSERT_EQ(list.kinds[kind].ticked, picks.kinds[kind]);
     }
   }

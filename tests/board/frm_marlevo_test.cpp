@@ -199,7 +199,7 @@ TEST_F(FrmMarlevoTest, FiltersThinTheListThatIsCheckedAndPrinted) {
   Click("cmdPrint");
   EXPECT_EQ(printed_.kinds[0].tickets.size(), 4U);
   EXPECT_TRUE(printed_.kinds[0].ticked);
-  EXPECT_EQ(printed_.kinds[0].amount, "100");
+  EXPECT_EQ(printed_.kinds[0].amount, 100);
   EXPECT_EQ(printed_.kinds[0].multiplier, 0);
 
   Click("cmdBack");

@@ -81,7 +81,7 @@ TEST_F(CustomerStoreTest, SavesEveryTicketOfTheTickedKindsUnderOneStamp) {
   // A three-digit list has no fourth column, whatever its cell holds; an empty cell is 0.
   CurrentList list = test::Lists({{0, "1234 5678"}, {3, "1126 1_3"}, {4, ""}});
   list.kinds[1].tickets = test::Tickets("9999");
-  list.kinds[3].amount = "1250";
+  list.kinds[3].amount = 1250;
   std::vector<int> steps;
   store_.Save("A02", TicketsToStore(list), [&steps](int stored) { steps.push_back(stored); });
   EXPECT_EQ(steps, (std::vector<int>{1, 2, 3, 4}));
