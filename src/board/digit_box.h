@@ -1,5 +1,5 @@
-// A tick box drawn as one cell of the digit panel: the whole cell is the target. A ticked digit shows by colour, by
-// weight and by a check mark. Arrow and digit keys are left to the panel.
+// A tick box drawn as one cell of the digit panel; a click anywhere in the cell ticks it. A ticked digit shows by
+// colour, by weight and by a check mark. All keys but Space are left to the panel.
 #pragma once
 
 #include <QCheckBox>
@@ -21,7 +21,6 @@ class DigitBox : public QCheckBox {
   QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
-  // The focus has come.
   void GotFocus();
 
  protected:

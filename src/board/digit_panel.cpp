@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <algorithm>
 
 #include "ui/appearance.h"
@@ -13,32 +14,44 @@ namespace marlevo {
 namespace {
 
 constexpr int kBoxSpacing = 3;
-// The extra columns are narrow: their titles are short.
-constexpr std::array<const char*, kPickColumns> kTitles = {"第一柱", "第二柱", "第三柱", "第四柱", "五柱",
-                                                           "六柱",   "七柱",   "八柱",   "九柱",   "十柱"};
-
-// Grid column 0 holds the row titles; a gap stands before the extra columns.
-constexpr int GridColumn(int cell_column) {
-  return cell_column < 6 ? cell_column + 1 : cell_column + 2;
-}
-constexpr int kGapColumn = 7;
 constexpr int kFirstExtraCell = 6;
+constexpr int kGapColumn = kFirstExtraCell + 1;
+// Shorter than the names of the other columns: the extra columns are narrower.
+constexpr std::array<std::string_view, 6> kExtraNames = {"五柱", "六柱", "七柱", "八柱", "九柱", "十柱"};
 
-QLabel* NewTitle(QWidget* parent, const QString& name, const QString& text) {
-  QLabel* const label = NewLabel(parent, name, text);
-  label->setAlignment(Qt::AlignCenter);
-  label->setFont(WindowFont());
-  return label;
+// Where a column of cells stands in the layout. The layout's column 0 holds the titles of the rows, and a gap stands
+// before the extra columns.
+constexpr int GridColumn(int cell_column) {
+  return cell_column < kFirstExtraCell ? cell_column + 1 : cell_column + 2;
+}
+
+// The title of a column: "第一柱", or just "一" where the column is too narrow for that.
+class ColumnTitle : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QString title = text();
+    if (fontMetrics().horizontalAdvance(title) > width()) {
+      title.remove("第").remove("柱");
+    }
+    QPainter(this).drawText(rect(), Qt::AlignCenter, title);
+  }
+};
+
+QLabel* NewColumnTitle(QWidget* parent, const QString& name, const QString& text) {
+  auto* const title = Named(new ColumnTitle(text, parent), name);
+  title->setFont(WindowFont());
+  title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  return title;
 }
 
 }  // namespace
 
 DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(this)) {
   setFont(LargeFont());
-  setFrameStyle(QFrame::StyledPanel);
-  setBackgroundRole(QPalette::Base);
-  setAutoFillBackground(true);
-
+  SetUpPanel(*this);
   grid_->setContentsMargins(6, 8, 8, 8);
   grid_->setSpacing(kBoxSpacing);
   AddShownColumns();
@@ -49,19 +62,22 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(
   grid_->setColumnMinimumWidth(0, 18);
   grid_->setColumnMinimumWidth(kGapColumn, 6);
 
-  reserved_ = NewTitle(this, "lblExtra", {});
+  reserved_ = NewLabel(this, "lblExtra", {});
+  SetUpPanel(*reserved_);
+  reserved_->setAlignment(Qt::AlignCenter);
+  reserved_->setFont(WindowFont());
   reserved_->setWordWrap(true);
   reserved_->setForegroundRole(QPalette::PlaceholderText);
-  reserved_->setFrameStyle(QFrame::StyledPanel);
   reserved_->setBackgroundRole(QPalette::AlternateBase);
-  reserved_->setAutoFillBackground(true);
-  grid_->addWidget(reserved_, 0, GridColumn(kFirstExtraCell), kCellRows + 1, kPickColumns - kShownColumns);
+  ReserveExtraColumns(true);
   WriteHiddenPicks();
 }
 
 void DigitPanel::AddShownColumns() {
   for (int digit = 0; digit < kDigits; ++digit) {
-    QLabel* const title = NewTitle(this, ElementName("lblTitle", digit), QString::number(digit));
+    QLabel* const title = NewLabel(this, ElementName("lblTitle", digit), QString::number(digit));
+    title->setAlignment(Qt::AlignCenter);
+    title->setFont(WindowFont());
     title->setForegroundRole(QPalette::PlaceholderText);
     grid_->addWidget(title, digit + 1, 0);
     grid_->setRowStretch(digit + 1, 1);
@@ -74,8 +90,8 @@ void DigitPanel::AddShownColumns() {
             &QCheckBox::clicked, this, [this, digit] { chkAll_X2_Click(digit); });
   }
   for (int column = 0; column < kShownColumns; ++column) {
-    const QString title = kTitles[static_cast<std::size_t>(column)];
-    grid_->addWidget(NewTitle(this, ElementName("lblTitle2", column), title), 0, GridColumn(column));
+    const QString title = QString::fromUtf8(kPositionNames[column]);
+    grid_->addWidget(NewColumnTitle(this, ElementName("lblTitle2", column), title), 0, GridColumn(column));
     connect(AddAction("chkAll_Y1", column, "全", title + "全選 0 到 9", kDigits, column), &QCheckBox::clicked, this,
             [this, column] { chkAll_Y1_Click(column); });
     connect(AddAction("chkAll_Y2", column, "清", title + "全部不選", kDigits + 1, column), &QCheckBox::clicked, this,
@@ -84,25 +100,35 @@ void DigitPanel::AddShownColumns() {
 }
 
 void DigitPanel::AddExtraColumns() {
-  for (int column = kShownColumns + 1; column <= kPickColumns; ++column) {
-    const int cell_column = kFirstExtraCell + column - kShownColumns - 1;
-    const auto extra = static_cast<std::size_t>(column - kShownColumns - 1);
-    extra_titles_[extra] = NewTitle(this, ElementName("lblTitle3", static_cast<int>(extra)),
-                                    kTitles[static_cast<std::size_t>(column - 1)]);
+  for (int extra = 0; extra < kPickColumns - kShownColumns; ++extra) {
+    const int cell_column = kFirstExtraCell + extra;
+    extra_titles_[extra] = NewColumnTitle(this, ElementName("lblTitle3", extra), QString::fromUtf8(kExtraNames[extra]));
     extra_titles_[extra]->hide();
     grid_->addWidget(extra_titles_[extra], 0, GridColumn(cell_column));
     for (int digit = 0; digit < kDigits; ++digit) {
-      AddDigit(column, digit, cell_column)->hide();
+      AddDigit(kShownColumns + 1 + extra, digit, cell_column)->hide();
     }
   }
+}
+
+// A widget over several columns takes the spacing between them out of the layout even while it is hidden.
+void DigitPanel::ReserveExtraColumns(bool reserve) {
+  if (reserve) {
+    grid_->addWidget(reserved_, 0, GridColumn(kFirstExtraCell), kCellRows + 1, kPickColumns - kShownColumns);
+  } else {
+    grid_->removeWidget(reserved_);
+  }
+  reserved_->setVisible(reserve);
 }
 
 DigitBox* DigitPanel::AddDigit(int column, int digit, int cell_column) {
   const QString caption = QString::number(digit);
   auto* const box =
       new DigitBox(this, ElementName("chkNum" + QString::number(column), digit), caption, DigitBox::Kind::kDigit);
-  box->setAccessibleName(kTitles[static_cast<std::size_t>(column - 1)] + (' ' + caption));
-  columns_[static_cast<std::size_t>(column)][static_cast<std::size_t>(digit)] = box;
+  const std::string_view title =
+      column <= kShownColumns ? kPositionNames[column - 1] : kExtraNames[column - kShownColumns - 1];
+  box->setAccessibleName(QString::fromUtf8(title) + (' ' + caption));
+  columns_[column][digit] = box;
   AddCell(box, digit, cell_column);
   return box;
 }
@@ -117,7 +143,7 @@ DigitBox* DigitPanel::AddAction(const char* name, int index, const QString& capt
 
 void DigitPanel::AddCell(DigitBox* box, int row, int column) {
   grid_->addWidget(box, row + 1, GridColumn(column));
-  cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = box;
+  cells_[row][column] = box;
   box->setFocusPolicy(tab_stop_ == nullptr ? Qt::StrongFocus : Qt::ClickFocus);
   if (tab_stop_ == nullptr) {
     tab_stop_ = box;
@@ -127,7 +153,7 @@ void DigitPanel::AddCell(DigitBox* box, int row, int column) {
 
 void DigitPanel::ReadInto(Selection& picks) const {
   for (int column = 1; column <= kPickColumns; ++column) {
-    for (const DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
+    for (const DigitBox* const box : columns_[column]) {
       if (box->isChecked()) {
         picks.Pick(column, box->text().toInt());
       }
@@ -144,9 +170,9 @@ void DigitPanel::UntickAll() {
 
 void DigitPanel::ToggleExtraColumns() {
   bool shown = false;
-  for (std::size_t column = kShownColumns + 1; column <= kPickColumns; ++column) {
+  for (int column = kShownColumns + 1; column <= kPickColumns; ++column) {
     for (DigitBox* const box : columns_[column]) {
-      // Its own flag: isVisible() is also false while the panel is hidden.
+      // isHidden() asks for the box's own flag; isVisible() is also false while the panel is hidden.
       box->setVisible(box->isHidden());
       shown = !box->isHidden();
     }
@@ -154,7 +180,7 @@ void DigitPanel::ToggleExtraColumns() {
   for (QLabel* const title : extra_titles_) {
     title->setVisible(shown);
   }
-  reserved_->setVisible(!shown);
+  ReserveExtraColumns(!shown);
   if (tab_stop_->isHidden()) {
     SetTabStop(columns_[1][0]);
   }
@@ -178,13 +204,13 @@ void DigitPanel::chkAll_Y2_Click(int column) {
 }
 
 void DigitPanel::TickRow(int digit, bool ticked) {
-  for (std::size_t column = 1; column <= kShownColumns; ++column) {
-    columns_[column][static_cast<std::size_t>(digit)]->setChecked(ticked);
+  for (int column = 1; column <= kShownColumns; ++column) {
+    columns_[column][digit]->setChecked(ticked);
   }
 }
 
 void DigitPanel::TickColumn(int column, bool ticked) {
-  for (DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
+  for (DigitBox* const box : columns_[column]) {
     box->setChecked(ticked);
   }
 }
@@ -223,18 +249,17 @@ void DigitPanel::keyPressEvent(QKeyEvent* event) {
       if (event->key() < Qt::Key_0 || event->key() > Qt::Key_9) {
         return event->ignore();
       }
-      DigitBox* const digit =
-          cells_[static_cast<std::size_t>(event->key() - Qt::Key_0)][static_cast<std::size_t>(at_column)];
+      DigitBox* const digit = cells_[event->key() - Qt::Key_0][at_column];
       digit->setFocus();
       digit->click();
   }
 }
 
-// To the next cell in a direction that is there and shown; at the edge the focus stays.
+// Moves the focus to the next shown cell in a direction. At the edge the focus stays where it is.
 void DigitPanel::MoveFocus(int row, int column, int down, int right) {
   for (row += down, column += right; row >= 0 && row < kCellRows && column >= 0 && column < kCellColumns;
        row += down, column += right) {
-    DigitBox* const cell = cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+    DigitBox* const cell = cells_[row][column];
     if (cell != nullptr && !cell->isHidden()) {
       cell->setFocus();
       return;
@@ -242,15 +267,15 @@ void DigitPanel::MoveFocus(int row, int column, int down, int right) {
   }
 }
 
-// Picks that cannot be seen take part all the same: their place says how many there are.
+// Picks in hidden columns take part in an expansion all the same, so the columns' place says how many there are.
 void DigitPanel::WriteHiddenPicks() {
   int hidden = 0;
   for (int column = kShownColumns + 1; column <= kPickColumns; ++column) {
-    for (const DigitBox* const box : columns_[static_cast<std::size_t>(column)]) {
+    for (const DigitBox* const box : columns_[column]) {
       hidden += box->isChecked() ? 1 : 0;
     }
   }
-  reserved_->setText(hidden == 0 ? QString("第五柱至第十柱\n按「多柱碰」顯示")
+  reserved_->setText(hidden == 0 ? QString("第五柱至第十柱\n按「多柱碰」\n顯示")
                                  : QString("第五柱至第十柱\n已隱藏，其中已選 %1 個號碼，\n組合時一併計算").arg(hidden));
 }
 

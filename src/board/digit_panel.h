@@ -1,8 +1,8 @@
 // The ten digit columns of the board. Columns 1 to 4 always show, with buttons that tick or untick a whole row or
 // column of them; columns 5 to 10 have their place reserved and show on demand. Ticks in hidden columns count.
 //
-// Keyboard: the panel is one stop of the Tab key; the arrow keys move between its cells, Space ticks, a digit key ticks
-// or unticks that digit of the column in which the focus is.
+// Keyboard: the Tab key stops at the panel once, at the cell that had the focus last. The arrow keys move between the
+// cells, Space ticks a cell, and a digit key ticks or unticks that digit of the column in which the focus is.
 #pragma once
 
 #include <QFrame>
@@ -22,31 +22,33 @@ class DigitPanel : public QFrame {
  public:
   explicit DigitPanel(QWidget* parent);
 
-  // Takes the ticked digits of all ten columns; a box stands for the digit of its caption.
+  // Adds the ticked digits of all ten columns to `picks`. A box stands for the digit of its caption.
   void ReadInto(Selection& picks) const;
   void UntickAll();
-  // Inverts the visibility of the boxes of columns 5 to 10.
+  // Shows columns 5 to 10 when they are hidden, and hides them when they are shown.
   void ToggleExtraColumns();
 
   // The cell that the Tab key reaches.
   DigitBox* TabStop() const { return tab_stop_; }
 
  protected:
-  // Of the cell that has the focus.
+  // Gets the keys that the cell with the focus leaves.
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   static constexpr int kDigits = 10;
   static constexpr int kShownColumns = 4;
-  // Cells of the keyboard: ten digit rows and two rows of column buttons; four columns, two columns of row buttons, six
-  // extra columns.
+  // The cells, as the arrow keys see them. Rows: ten digits, then two rows of buttons for whole columns. Columns: the
+  // four that always show, then two columns of buttons for whole rows, then the six extra ones.
   static constexpr int kCellRows = kDigits + 2;
   static constexpr int kCellColumns = kPickColumns + 2;
   using Column = std::array<DigitBox*, kDigits>;
 
   void AddShownColumns();
   void AddExtraColumns();
-  // `column` counts from 1, `cell_column` from 0.
+  // Puts `reserved_` in the place of the extra columns, or takes it away.
+  void ReserveExtraColumns(bool reserve);
+  // `column` is the column of the picks, from 1; `cell_column` is where it stands among the cells, from 0.
   DigitBox* AddDigit(int column, int digit, int cell_column);
   void AddCell(DigitBox* box, int row, int column);
   DigitBox* AddAction(const char* name, int index, const QString& caption, const QString& tip, int row, int column);
@@ -61,7 +63,7 @@ class DigitPanel : public QFrame {
   void MoveFocus(int row, int column, int down, int right);
   void WriteHiddenPicks();
 
-  std::array<Column, kPickColumns + 1> columns_{};  // from 1, as the columns are counted
+  std::array<Column, kPickColumns + 1> columns_{};  // from 1, as columns are counted; entry 0 is empty
   std::array<std::array<DigitBox*, kCellColumns>, kCellRows> cells_{};
   std::array<QLabel*, kPickColumns - kShownColumns> extra_titles_{};
   QGridLayout* grid_;
