@@ -8,9 +8,11 @@
 namespace marlevo {
 
 namespace {
+
 constexpr int kColumns = 4;
 constexpr int kMainButtonHeight = 48;
 constexpr int kPanelMargin = 10;
+
 }  // namespace
 
 ButtonBar::ButtonBar(QWidget* parent, const QString& name, Shape shape)
@@ -19,9 +21,7 @@ ButtonBar::ButtonBar(QWidget* parent, const QString& name, Shape shape)
   grid_->setContentsMargins(0, 0, 0, 0);
   grid_->setSpacing(8);
   if (shape == Shape::kPanel) {
-    setFrameStyle(QFrame::StyledPanel);
-    setBackgroundRole(QPalette::Base);
-    setAutoFillBackground(true);
+    SetUpPanel(*this);
     grid_->setContentsMargins(kPanelMargin, kPanelMargin, kPanelMargin, kPanelMargin);
     for (int column = 0; column < kColumns; ++column) {
       grid_->setColumnStretch(column, 1);
@@ -35,7 +35,8 @@ QPushButton* ButtonBar::Add(const QString& name, const QString& caption, const Q
   button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   QStringList tips{tip};
   if (!key.isEmpty()) {
-    // Not the button's own shortcut: that presses it a tenth of a second later, when another window may be in front.
+    // The shortcut is an object of its own, because QPushButton::setShortcut presses the button only a tenth of a
+    // second later, when another window may be in front.
     auto* const shortcut = new QShortcut(key, button);
     shortcut->setAutoRepeat(false);
     connect(shortcut, &QShortcut::activated, button, &QPushButton::click);

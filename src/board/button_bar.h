@@ -1,5 +1,5 @@
-// A bar of the board: buttons in rows, each with its key. Keys show in tooltips and in the hint line, never in a
-// caption. A key acts at once and, held down, once.
+// A bar of the board: buttons in rows, most of them with a key of their own. The keys show in the buttons' tooltips and
+// in the hint line, never in a caption. A key presses its button when it goes down and not again while it is held.
 #pragma once
 
 #include <QFrame>
@@ -17,20 +17,20 @@ class ButtonBar : public QFrame {
  public:
   enum class Shape {
     kPanel,  // rows of four quarters on a panel
-    kLine    // one row without a panel; widths mean nothing
+    kLine    // one row without a panel, which ignores the buttons' Width
   };
-  // Of a panel's width; a button that does not fit into the row begins the next one.
+  // How much of a panel's row a button takes. A button that does not fit into the row begins the next one.
   enum class Width { kQuarter = 1, kHalf = 2, kFull = 4 };
 
   ButtonBar(QWidget* parent, const QString& name, Shape shape);
 
-  // Adds a button after the ones that are there. `key` and `tip` may be empty.
+  // Adds a button behind the others. `key` and `tip` may be empty.
   QPushButton* Add(const QString& name, const QString& caption, const QKeySequence& key, const QString& tip,
                    Width width = Width::kHalf, Emphasis emphasis = Emphasis::kNormal);
-  // Adds a label over the whole width of a panel.
+  // Adds a label in a row of its own.
   void AddNote(QLabel* note);
 
-  // "F2 組合   F3 重覆選號碼組合 ..."
+  // The keys and what they do, for the hint line: "F2 組合   F3 重覆選號碼組合 ..."
   QString Hint() const;
 
  private:

@@ -23,8 +23,10 @@ namespace marlevo {
 namespace {
 
 constexpr int kMargin = 12;
-constexpr int kSideWidth = 392;            // kinds, totals and bars: the widest bar caption and totals line fit
-constexpr QSize kLargestBoard(1200, 800);  // beyond this the columns only drift apart
+// Of kinds, totals and bars: the widest caption of a bar and the widest line of the totals fit.
+constexpr int kSideWidth = 392;
+// In a larger board the columns would only drift apart.
+constexpr QSize kLargestBoard(1200, 800);
 constexpr const char* kCheckCaption = "即時對獎";
 constexpr const char* kDataCaption = "投注資料";
 
@@ -42,8 +44,9 @@ void frmMarlevo::Form_Load() {
   }
 }
 
-// The bars of the first and the last stage stand at the bottom of the left column, that of the stage between them in
-// the line of the title: no button of a stage stands where one of the next stage will.
+// The bars of the selection stage and of the filters stand at the bottom of the left column; the bar of the result
+// stage, which comes between the two, stands in the line of the title. So no button stands where the next stage has
+// one.
 void frmMarlevo::InitBoard() {
   picMain_ = Named(new QWidget, "picMain");
   picMain_->setMaximumSize(kLargestBoard);
@@ -51,7 +54,7 @@ void frmMarlevo::InitBoard() {
   caption->setFont(LargeFont());
   caption->setForegroundRole(QPalette::Link);
 
-  // In the order of the Tab key: panels before their bars.
+  // Widgets are made in the order in which the Tab key reaches them: panels before their bars.
   picBox1_ = Named(new QWidget(picMain_), "picBox1");
   kinds_ = new KindRows(picBox1_);
   kinds_->setFixedWidth(kSideWidth);
@@ -67,7 +70,7 @@ void frmMarlevo::InitBoard() {
   }
   lblHint_ = NewLabel(picMain_, "lblHint", {});
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
-  // A long line of keys is cut off rather than the board made wider than the window.
+  // A narrow window cuts off the line of keys; without this the line would make the board wider than the window.
   lblHint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
   auto* const side = new QVBoxLayout;
@@ -119,13 +122,13 @@ ButtonBar* frmMarlevo::NewSelectionBar() {
   add("cmdClear", "清除", Qt::Key_F8, "取消所有玩法與十柱的全部號碼；\n已組合的號碼不變", Width::kQuarter,
       &frmMarlevo::cmdClear_Click);
   add("cmdCustom", "客戶資料維護", Qt::Key_F5, "", Width::kHalf, &frmMarlevo::cmdCustom_Click)
-      ->setEnabled(static_cast<bool>(windows_.customers));
+      ->setEnabled(windows_.customers != nullptr);
   add("cmdInput", "輸入開獎號碼", Qt::Key_F6, "", Width::kHalf, &frmMarlevo::cmdInput_Click)
-      ->setEnabled(static_cast<bool>(windows_.draws));
+      ->setEnabled(windows_.draws != nullptr);
   add("cmdSetPrinter", "投注單列印調整", Qt::Key_F7, "", Width::kHalf, &frmMarlevo::cmdSetPrinter_Click)
-      ->setEnabled(static_cast<bool>(windows_.set_printer));
+      ->setEnabled(windows_.set_printer != nullptr);
   add("cmdPrintNote", " 4星彩包牌便條紙列印", Qt::Key_F9, "", Width::kHalf, &frmMarlevo::cmdPrintNote_Click)
-      ->setEnabled(static_cast<bool>(windows_.print_note));
+      ->setEnabled(windows_.print_note != nullptr);
   add("cmdExit", "結束", {}, "關閉視窗即結束", Width::kFull, &frmMarlevo::cmdExit_Click);
   return bar;
 }
@@ -135,11 +138,11 @@ ButtonBar* frmMarlevo::NewResultBar() {
   auto* const bar = new ButtonBar(picMain_, "picMenu2", ButtonBar::Shape::kLine);
   QPushButton* const cmdPrint =
       bar->Add("cmdPrint", "列  印", Qt::Key_F9, "把號碼印在投注單上", Width::kHalf, Emphasis::kMain);
-  cmdPrint->setEnabled(static_cast<bool>(windows_.print));
+  cmdPrint->setEnabled(windows_.print != nullptr);
   connect(cmdPrint, &QPushButton::clicked, this, &frmMarlevo::cmdPrint_Click);
   connect(bar->Add("cmdDelete", "刪除法", Qt::Key_F5, {}), &QPushButton::clicked, this, &frmMarlevo::cmdDelete_Click);
   QPushButton* const cmdSave = bar->Add("cmdSave", "存  檔", Qt::Key_F6, "把號碼存到客戶名下");
-  cmdSave->setEnabled(static_cast<bool>(windows_.save));
+  cmdSave->setEnabled(windows_.save != nullptr);
   connect(cmdSave, &QPushButton::clicked, this, &frmMarlevo::cmdSave_Click);
   cmdCheck_ = bar->Add("cmdCheck", kCheckCaption, Qt::Key_F7, "顯示或隱藏對獎區");
   connect(cmdCheck_, &QPushButton::clicked, this, &frmMarlevo::cmdCheck_Click);
@@ -170,7 +173,7 @@ ButtonBar* frmMarlevo::NewFilterBar() {
   note->setWordWrap(true);
   bar->AddNote(note);
   for (const Button& button : kButtons) {
-    // With Shift: what a key removes here must not be what the same key opened a moment ago.
+    // The keys of the filters take Shift, because without it the same keys open windows in the stages before.
     connect(bar->Add(button.name, button.caption, QKeySequence(Qt::SHIFT | Qt::Key(button.key)), button.tip),
             &QPushButton::clicked, this, button.click);
   }
@@ -210,8 +213,7 @@ void frmMarlevo::ExpandPicks(Expand expand) {
   const Selection picks = ReadPicks();
   const int code = CheckSelection(picks);
   if (code != 0) {
-    const std::string_view message = SelectionMessage(code);
-    ShowMessage(this, QString::fromUtf8(message.data(), static_cast<qsizetype>(message.size())));
+    ShowMessage(this, QString::fromUtf8(SelectionMessage(code)));
     return;
   }
   picBox1_->hide();
@@ -341,7 +343,7 @@ void frmMarlevo::cmdPrint_Click() {
 Selection frmMarlevo::ReadPicks() {
   ReadList();
   Selection picks;
-  for (std::size_t kind = 0; kind < kBetKinds; ++kind) {
+  for (int kind = 0; kind < kBetKinds; ++kind) {
     picks.kinds[kind] = list_.kinds[kind].ticked;
   }
   digits_->ReadInto(picks);

@@ -1,5 +1,5 @@
-// The main window: picks become tickets, the tickets are thinned out, checked, and handed to the windows that print and
-// store them. It owns the current ticket list. Closing it ends the program.
+// The main window, called the board: turns picks into tickets, filters and checks the tickets, and hands them to the
+// windows that print and store them. It owns the current ticket list. Closing it ends the program.
 #pragma once
 
 #include <QPushButton>
@@ -20,8 +20,8 @@ class DigitPanel;
 class KindRows;
 class ResultPanel;
 
-// The windows that the board opens, each shown modally over `parent`; the call returns when it has closed. A button
-// whose window is not there is disabled.
+// The windows that the board opens. Each function shows its window modally over `parent` and returns when the window
+// has closed. The button of an empty function is disabled.
 struct BoardWindows {
   std::function<void(QWidget* parent)> customers;
   std::function<void(QWidget* parent)> draws;
@@ -39,8 +39,8 @@ class frmMarlevo : public QWidget {
  public:
   explicit frmMarlevo(BoardWindows windows);
 
-  // Makes the whole board and then loads the slip settings. To be called once, before the window is shown. When the
-  // settings cannot be loaded it throws, and the board can be used all the same.
+  // Makes the whole board and then loads the slip settings. To be called once, before the window is shown. Throws when
+  // the settings cannot be loaded; the board is complete then and can be used.
   void Form_Load();
 
  Q_SIGNALS:
@@ -91,7 +91,7 @@ class frmMarlevo : public QWidget {
   void WriteTotals(const TicketCounts& counts);
   void RunFilter(Filter filter);
   Selection ReadPicks();
-  // Takes the kinds' ticks, amounts and multipliers over into the current list.
+  // Writes which kinds are ticked, their amounts and their multipliers into the current list.
   const CurrentList& ReadList();
   // Shows one bar in place of the others.
   void ShowBar(ButtonBar* bar);

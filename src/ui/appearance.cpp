@@ -9,11 +9,12 @@
 namespace marlevo {
 
 namespace {
+
 constexpr double kWindowPoints = 12;
 constexpr double kLargePoints = 18;
 constexpr double kAlignedPoints = 14;
 
-// The first of the families that is installed. Of more than one, all would be searched for every size of the font.
+// The first of the families that is installed. A QFont with several families would search all of them for every size.
 QString Family(const QStringList& families) {
   for (const QString& family : families) {
     if (QFontDatabase::hasFamily(family)) {
@@ -29,10 +30,11 @@ QFont WindowFont() {
   static const QString family = Family({"Microsoft JhengHei UI", "Microsoft JhengHei", "Noto Sans CJK TC",
                                         "Noto Sans TC", "PingFang TC", "WenQuanYi Micro Hei"});
   QFont font(family);
-  // Chinese needs neither ligatures nor kerning, and what they cost is felt when a window opens.
+  // Chinese needs neither ligatures nor kerning; looking for them would make windows open noticeably later.
   font.setStyleStrategy(QFont::PreferNoShaping);
 #ifndef Q_OS_WIN
-  // At whole pixels: one picture of a character instead of four. On Windows this would mean another way of drawing.
+  // Full hinting places characters at whole pixels, so that one picture of each is drawn and kept instead of four. Not
+  // on Windows, where the same preference chooses another way of drawing.
   font.setHintingPreference(QFont::PreferFullHinting);
 #endif
   font.setPointSizeF(kWindowPoints);
@@ -50,7 +52,8 @@ QFont AlignedFont() {
   static const QString family = Family({"MingLiU", "Noto Sans Mono CJK TC", "WenQuanYi Micro Hei Mono"});
   QFont font(family);
   font.setStyleHint(QFont::Monospace);
-  // Widths fitted to whole pixels would break that: half of 19 is none.
+  // Hinting rounds widths to whole pixels; a full-width character of 19 pixels would then have no half of 9.5, and
+  // columns would drift apart.
   font.setHintingPreference(QFont::PreferNoHinting);
   font.setPointSizeF(kAlignedPoints);
   return font;

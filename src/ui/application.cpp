@@ -11,15 +11,17 @@
 namespace marlevo {
 
 namespace {
+
 constexpr int kReportWidth = 560;
-}
+
+}  // namespace
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
-  // The words that Qt itself puts on the screen: menus of text boxes, standard buttons.
+  // Qt's own words in Chinese: menus of text boxes, standard buttons.
   if (words_.load(":/words/qtbase_zh_TW.qm")) {
     installTranslator(&words_);
   }
-  setDesktopFileName("org.marlevo.Marlevo");  // by which a Linux desktop finds the icon of the windows
+  setDesktopFileName("org.marlevo.Marlevo");  // by this name a Linux desktop finds the icon of the windows
   SetUpAppearance();
 }
 
@@ -41,7 +43,7 @@ int Application::Run(const std::function<void()>& start) {
   } catch (const std::exception& error) {
     ReportError(error);
   }
-  // The event loop forgets an exit that came before it began.
+  // An exit that was asked for in `start` has no effect on an event loop that begins later.
   const int status = ended_ ? 1 : exec();
   return ended_ ? 1 : status;
 }
@@ -71,7 +73,7 @@ void Application::ReportError(const std::exception& error) {
   }
   reporting_ = false;
   if (ended_) {
-    // Leaves every nested event loop too, those of modal windows included.
+    // Ends every nested event loop too, those of modal windows included.
     exit(1);
   }
 }
@@ -87,7 +89,7 @@ bool Application::Show(const Report& report) {
   QPushButton* const end = box.addButton("結束", QMessageBox::DestructiveRole);
   QPushButton* const proceed = box.addButton("繼續", QMessageBox::RejectRole);
   box.setDefaultButton(end);
-  // Paths and the words of an engine are long; left alone, the box is as narrow as its first line.
+  // QMessageBox makes itself as narrow as its first line; paths and technical words need more room.
   if (auto* const grid = qobject_cast<QGridLayout*>(box.layout())) {
     grid->addItem(new QSpacerItem(kReportWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
   }

@@ -1,6 +1,6 @@
-// The program's QApplication and its two guards. Of errors: an exception that leaves any handler of any window, in
-// whatever nested event loop, ends here and is shown as the error report; windows catch nothing. Of gestures: what is
-// left of a gesture that has acted already is not delivered.
+// The program's QApplication with its two guards. The guard of errors catches every exception that leaves a handler of
+// any window, in any nested event loop, and shows it as the error report; windows catch nothing. The guard of gestures
+// holds back the rest of a gesture that has acted already, such as the second press of a double click.
 #pragma once
 
 #include <QApplication>
@@ -23,8 +23,8 @@ class Application : public QApplication {
 
   bool notify(QObject* receiver, QEvent* event) override;
 
-  // Runs `start` under the guard, then the event loop. The exit status is 1 when the operator ended the program from an
-  // error report, otherwise that of the event loop.
+  // Runs `start` under the guard of errors, then the event loop. Returns the exit status: 1 when the operator ended the
+  // program from an error report, otherwise that of the event loop.
   int Run(const std::function<void()>& start);
 
  private:
@@ -32,12 +32,12 @@ class Application : public QApplication {
     QString attempted;  // what was being done
     QString subject;    // on which file or printer
     QString sentence;   // what is wrong, for the operator
-    QString words;      // the engine's own, for whoever helps the operator
+    QString words;      // the technical words of what failed, for whoever helps the operator
   };
 
-  // The report of an exception. Reports never stand on top of one another: one that comes while another is shown waits.
+  // Shows the report of an exception. One that comes while another report is shown waits until that one is closed.
   void ReportError(const std::exception& error);
-  // True when the operator wants to end the program.
+  // Returns whether the operator wants to end the program.
   static bool Show(const Report& report);
 
   QTranslator words_;

@@ -1,5 +1,5 @@
-// A list or grid that tells what the operator chooses in it. The views' own signals also fire when the program adds,
-// removes or selects rows, and then a row would be shown that nobody asked for.
+// A list or grid that tells what the operator chooses in it, and only that: the views' own signals also fire when the
+// program itself adds, removes or selects rows, and a handler would then show a row that the operator did not ask for.
 #pragma once
 
 #include <QAbstractItemView>
@@ -12,12 +12,12 @@ namespace marlevo {
 
 // What moving the current line by keys or by dragging does.
 enum class Moving {
-  kChooses,  // every line on the way is chosen
-  kOnly,     // nothing is chosen before a press of the mouse, Enter or Space
+  kChooses,  // chooses every line on the way
+  kOnly,     // chooses nothing: a press of the mouse, Enter or Space does
 };
 
-// View is a QAbstractItemView class whose rows are selected one at a time. The chosen row is the highlighted one; the
-// current line, which the frame of the focus shows, may be another one when moving does not choose.
+// View is a QAbstractItemView class whose rows are selected one at a time. The chosen row is the highlighted one. The
+// current line, which has the frame of the focus, may be another one when moving does not choose.
 template <typename View>
 class ChoosingView : public View {
  public:
@@ -32,7 +32,7 @@ class ChoosingView : public View {
     return rows.isEmpty() ? -1 : rows.first().row();
   }
 
-  // Highlights a row without telling; -1: none.
+  // Highlights a row without calling what OnChosen was given; -1 highlights none.
   void Highlight(int row) {
     View::selectionModel()->clear();
     if (row != -1) {
@@ -72,7 +72,7 @@ class ChoosingView : public View {
         chosen_(current.row());
       }
     } else if (moving_ == Moving::kChooses && before == -1 && current.isValid() && event->key() == Qt::Key_Down) {
-      // The focus came to this row without choosing it.
+      // The Tab key made the row current without choosing it: the first Down chooses it instead of passing it.
       View::selectionModel()->select(current, kTheRow);
       TellWhenOther(before);
     } else {
@@ -81,7 +81,7 @@ class ChoosingView : public View {
     }
   }
 
-  // Modifier keys neither add to the selection nor take from it.
+  // Without regard to Shift and Ctrl, with which Qt would add rows to the selection or take rows from it.
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override {
     const bool pressed = event != nullptr && event->type() == QEvent::MouseButtonPress;
     return index.isValid() && (moving_ == Moving::kChooses || pressed) ? kTheRow : QItemSelectionModel::NoUpdate;

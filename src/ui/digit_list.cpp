@@ -15,7 +15,7 @@ DigitList::DigitList(QWidget* parent, const QString& name) : DropDownList(parent
   connect(this, &QComboBox::activated, this, &DigitList::cboCheck_Click);
 }
 
-// An entry that was typed is taken when the focus goes, and then nothing is to be selected any more.
+// Qt also calls this when a typed text is taken because the focus goes to another widget. Nothing is selected then.
 void DigitList::cboCheck_Click() {
   if (hasFocus()) {
     lineEdit()->selectAll();
@@ -23,7 +23,7 @@ void DigitList::cboCheck_Click() {
 }
 
 void DigitList::SetDigit(const QString& text) {
-  // The entry too, so that the arrow keys go on from it.
+  // The entry becomes the current one too, so that the arrow keys go on from there.
   setCurrentIndex(findText(text));
   setEditText(text);
 }

@@ -1,5 +1,5 @@
-// A drop-down list of the digits 0 to 9 in which other texts can be typed and shown too: what is stored may lie
-// outside. Its text is selected when it gets the focus or an entry is chosen, so that typing replaces it.
+// A drop-down list of the digits 0 to 9 that takes other texts too, because a stored value may be something else. Its
+// text is selected when it gets the focus or an entry is chosen, so that typing replaces it.
 #pragma once
 
 #include <string>

@@ -1,5 +1,4 @@
-// The shared message window: one line or two of text, one button that closes it. The short notices of the system go
-// through ShowMessage.
+// The shared message window: one line or two of text, and one button that closes it.
 #pragma once
 
 #include <QDialog>

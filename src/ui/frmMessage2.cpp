@@ -9,7 +9,9 @@
 namespace marlevo {
 
 namespace {
+
 constexpr int kPaintDeadline = 100;  // milliseconds
+
 }
 
 frmMessage2::frmMessage2(QWidget* parent, const QString& text)
@@ -25,7 +27,7 @@ frmMessage2::frmMessage2(QWidget* parent, const QString& text)
 
 void frmMessage2::ShowPainted() {
   show();
-  // A window that has just been mapped may only be painted when the system says that it is there.
+  // A new window is painted only after the window system has reported it as exposed, which is an event of its own.
   QElapsedTimer clock;
   clock.start();
   do {

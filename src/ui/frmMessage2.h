@@ -1,5 +1,5 @@
-// The busy notice: modeless, shown while a long operation runs in the interface thread. It lives as long as the object,
-// so that an error on the way takes it down too.
+// The busy notice: a modeless window, shown while a long operation runs in the interface thread. The operation keeps it
+// as a local object, so that the notice goes too when an exception ends the operation.
 #pragma once
 
 #include <QDialog>
@@ -13,13 +13,13 @@ class frmMessage2 : public QDialog {
  public:
   explicit frmMessage2(QWidget* parent, const QString& text = QStringLiteral("資料產生中,請稍後 ..."));
 
-  // Shows the notice and lets the event loop run until it is really on the screen (a tenth of a second at most).
-  // Keys and clicks of the operator wait meanwhile.
+  // Shows the notice and lets the event loop run until the notice is painted, a tenth of a second at most. Keys and
+  // clicks of the operator wait meanwhile.
   void ShowPainted();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  // Esc does not take a running operation's notice away.
+  // Does nothing: Esc must not close the notice while the operation runs.
   void reject() override {}
 
  private:

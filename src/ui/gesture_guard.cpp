@@ -25,11 +25,11 @@ bool GestureGuard::Refuses(QObject& receiver, QEvent& event) {
       if (!IsHeldActingKey(static_cast<QKeyEvent&>(event))) {
         return false;
       }
-      // An accepted override keeps the key from the shortcuts; the key press that comes instead is refused as well.
+      // Accepting the override keeps the key from all shortcuts. Qt then sends it as a key press, refused here too.
       event.accept();
       return true;
     case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:  // comes in the place of the second press
+    case QEvent::MouseButtonDblClick:  // Qt sends it in the place of the second press
       if (receiver.isWidgetType() && event.spontaneous()) {
         refusing_ = RefusesPress(static_cast<QWidget&>(receiver), static_cast<QMouseEvent&>(event));
         return refusing_;

@@ -1,13 +1,12 @@
 // Lets a gesture of the operator's hand act once. Application asks before it delivers an event.
 //
 // Mouse: presses that follow one another within the system's double-click interval and distance are one gesture. Only
-// the widget that took the first of them gets the others, so that a press never reaches a button, a bar or a window
-// that has come under the pointer since. Buttons and tick boxes do not get the others either: a double click on them
-// is one click. Times are those of the events, so that presses that waited while the program was busy count as they
-// were made.
+// the widget that took the first press of a gesture gets the others, so that they never reach a button, a bar or a
+// window that has come under the pointer since. Buttons and tick boxes do not get the others either: a double click on
+// them is one click. The times are those of the events, so that presses count as they were made, also when the program
+// was busy and handles them late.
 //
-// Keys: a key that acts (function keys, Enter, Esc) acts when it goes down and not again while it is held, in no
-// window.
+// Keys: function keys, Enter and Esc act when they go down and not again while they are held, in every window.
 #pragma once
 
 #include <QEvent>

@@ -1,4 +1,4 @@
-// Windows on screens that are smaller than what they show.
+// How a window fits a screen that is smaller than its content.
 #pragma once
 
 class QScrollArea;
@@ -6,8 +6,8 @@ class QWidget;
 
 namespace marlevo {
 
-// Fills `window` with `page`, which is laid out already. The page can be scrolled where the window is smaller; the
-// widget that has the focus is always brought into sight. Returns what scrolls.
+// Fills `window` with `page`, which is laid out already. The page scrolls where the window is smaller than the page,
+// and always so far that the widget with the focus can be seen. Returns the scroll area.
 QScrollArea* FillScrolling(QWidget* window, QWidget* page);
 
 }  // namespace marlevo

@@ -4,7 +4,7 @@ namespace marlevo {
 
 void SelectAllEdit::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
-  // After the mouse press that brought the focus, which would put the cursor where it hit.
+  // Queued: the mouse press that brought the focus is still being handled and would put the cursor where it hit.
   QMetaObject::invokeMethod(this, "selectAll", Qt::QueuedConnection);
 }
 

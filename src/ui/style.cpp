@@ -14,7 +14,8 @@ namespace {
 
 constexpr double kRadius = 4;
 
-// A rounded box whose outline is sharp: one pixel wide lines run through pixel centres.
+// A rounded box with a sharp outline: a line of one pixel has to run through the centres of pixels, half a pixel inside
+// the rectangle.
 void DrawBox(QPainter& painter, const QRect& rect, const QColor& fill, const QColor& line, double thickness = 1) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setBrush(fill);
@@ -25,14 +26,19 @@ void DrawBox(QPainter& painter, const QRect& rect, const QColor& fill, const QCo
 
 enum Edge { kLeft = 1, kTop = 2, kRight = 4, kBottom = 8, kAllEdges = 15 };
 
-// Lines inside the edges of a rectangle. Filled, not drawn: half of a drawn line is cut off at a widget's edge as soon
-// as the screen is scaled.
+// Lines inside the edges of a rectangle. They are filled rectangles, because half of a drawn line is cut off at a
+// widget's edge on a scaled screen.
 void DrawEdges(QPainter& painter, const QRect& rect, int edges) {
   const QColor line(colours::kLine);
-  if (edges & kLeft) painter.fillRect(rect.left(), rect.top(), 1, rect.height(), line);
-  if (edges & kTop) painter.fillRect(rect.left(), rect.top(), rect.width(), 1, line);
-  if (edges & kRight) painter.fillRect(rect.right(), rect.top(), 1, rect.height(), line);
-  if (edges & kBottom) painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, line);
+  const auto fill = [&](Edge edge, int left, int top, int width, int height) {
+    if (edges & edge) {
+      painter.fillRect(left, top, width, height, line);
+    }
+  };
+  fill(kLeft, rect.left(), rect.top(), 1, rect.height());
+  fill(kTop, rect.left(), rect.top(), rect.width(), 1);
+  fill(kRight, rect.right(), rect.top(), 1, rect.height());
+  fill(kBottom, rect.left(), rect.bottom(), rect.width(), 1);
 }
 
 void DrawButtonPanel(QPainter& painter, const QStyleOption& option) {
@@ -164,11 +170,11 @@ int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, con
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
       return 8;
-    case PM_FocusFrameHMargin:  // beside the text of a cell
+    case PM_FocusFrameHMargin:  // the room on both sides of a cell's text
     case PM_HeaderMargin:
       return 6;
     case PM_TabBarTabHSpace: {
-      // Tabs that share the whole width have room of their own, except in the smallest window.
+      // Tabs in document mode share the whole width of the board: they have room enough, except in the smallest window.
       const auto* const tabs = qobject_cast<const QTabBar*>(widget);
       return tabs != nullptr && tabs->documentMode() ? 6 : 20;
     }
@@ -201,7 +207,7 @@ int WindowStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWi
                            QStyleHintReturn* returned) const {
   switch (hint) {
     case SH_MessageBox_TextInteractionFlags:
-      // An error's words can be copied into a mail.
+      // The operator can copy the words of an error report into a mail.
       return Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard;
     case SH_UnderlineShortcut:
     case SH_DialogButtonBox_ButtonsHaveIcons:

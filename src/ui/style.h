@@ -1,5 +1,5 @@
-// The look of all windows: Fusion with flat buttons, tabs, lists and grids. Drawing code instead of a style sheet,
-// which would be matched against each of the board's two hundred widgets at the start.
+// The look of all windows: Fusion with flat buttons, tabs, lists and grids. The look is drawn by code, because Qt would
+// match the rules of a style sheet against each of the board's two hundred widgets at the start.
 #pragma once
 
 #include <QPalette>
@@ -28,9 +28,9 @@ class WindowStyle : public QProxyStyle {
 
 // Light in every system theme: slips and grids are read beside white paper.
 QPalette WindowPalette();
-// Its sliders stand out from what they slide on.
+// The palette of scroll bars: their sliders are darker than the ground under them.
 QPalette ScrollBarPalette();
-// Of the one main action of a bar.
+// The palette of a button that is the main action of its bar.
 QPalette MainButtonPalette();
 
 // A check mark inside `box`, as tick boxes of every kind draw it.

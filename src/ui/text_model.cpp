@@ -24,7 +24,7 @@ void TextModel::Insert(int row, const QStringList& texts) {
 }
 
 void TextModel::Replace(int row, const QStringList& texts) {
-  rows_[static_cast<std::size_t>(row)] = texts;
+  rows_[row] = texts;
   Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
 }
 
@@ -44,7 +44,7 @@ int TextModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TextModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole) {
-    return rows_[static_cast<std::size_t>(index.row())][index.column()];
+    return rows_[index.row()][index.column()];
   }
   return role == Qt::TextAlignmentRole ? QVariant::fromValue(alignment_) : QVariant();
 }
@@ -61,8 +61,7 @@ QVariant TextModel::headerData(int section, Qt::Orientation orientation, int rol
 
 void FitColumns(QTableView& grid, const TextModel& model, const std::vector<double>& least) {
   const QFontMetrics metrics = grid.fontMetrics();
-  // Widths of single characters add up to a text's width or a little more; all beyond the first 128 count as
-  // full-width.
+  // A text is at most as wide as its characters together. Every character outside ASCII counts as a full-width one.
   std::array<int, 128> narrow{};
   for (std::size_t character = 0; character < narrow.size(); ++character) {
     narrow[character] = metrics.horizontalAdvance(QLatin1Char(static_cast<char>(character)));
@@ -83,7 +82,7 @@ void FitColumns(QTableView& grid, const TextModel& model, const std::vector<doub
     for (const QStringList& row : model.Texts()) {
       widest = std::max(widest, width(row[column]));
     }
-    const auto floor = static_cast<int>(least[static_cast<std::size_t>(column)] * unit);
+    const auto floor = static_cast<int>(least[column] * unit);
     const int rest = column == last ? grid.viewport()->width() - before : 0;
     const int chosen = std::max(std::clamp(widest + unit + unit / 2, floor, 2 * floor), rest);
     grid.setColumnWidth(column, chosen);

@@ -1,4 +1,4 @@
-// A grid of texts as a table model: the heading row is the horizontal header, the rows are plain lists of cell texts.
+// A grid of texts as a table model: a heading for each column, and rows that are plain lists of texts.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -20,7 +20,6 @@ class TextModel : public QAbstractTableModel {
 
   const Rows& Texts() const { return rows_; }
 
-  // One reset, however many rows.
   void SetTexts(Rows rows);
   void Insert(int row, const QStringList& texts);
   void Replace(int row, const QStringList& texts);
@@ -37,9 +36,9 @@ class TextModel : public QAbstractTableModel {
   Rows rows_;
 };
 
-// Makes each column as wide as its longest text, but at least least[j] times as wide as "W", at most twice that, and
-// the last one at least so wide that it fills the grid. A look at every text, but none is laid out: 5,000 rows take a
-// millisecond.
+// Makes each column as wide as its longest text, but column j at least least[j] times and at most 2 x least[j] times as
+// wide as "W"; the last column also fills the grid. Texts are measured character by character instead of being laid
+// out, so 5,000 rows take a millisecond.
 void FitColumns(QTableView& grid, const TextModel& model, const std::vector<double>& least);
 
 }  // namespace marlevo
