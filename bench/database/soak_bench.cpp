@@ -91,7 +91,7 @@ int main(int argc, char** argv) {
     best = {1e9, 1e9};
   }
   const std::vector<std::string> faults =
-      access::Database::Open(file, {ParseConnectionString(opening).password, std::nullopt}).Check();
+      access::Database::Open(file, {ParseConnectionString(opening).password, std::nullopt}).FindFaults();
   Connection connection(opening);
   const double rows = connection.Open("SELECT COUNT(*) AS N FROM CUSTOM_D").Number("N");
   std::printf("%.0f tickets at the end, %zu faults in the file\n", rows, faults.size());

@@ -42,7 +42,7 @@ class Target {
     }
     if (++changes_ % 256 == 0) {
       connection_->Flush();
-      Require(access::Database::Open(file_, {"qorvat", {}}).Check().empty());
+      Require(access::Database::Open(file_, {"qorvat", {}}).FindFaults().empty());
     }
     Fill();
   }

@@ -23,9 +23,9 @@ using access::ColumnType;
 constexpr char kTextOrder[] = "ACCESS";
 
 // What the tables of one SQLite connection share.
-struct File {
-  File(access::Database& opened, std::exception_ptr& first_failure,
-       const std::optional<std::vector<std::string>>& named_columns)
+struct SqlContext {
+  SqlContext(access::Database& opened, std::exception_ptr& first_failure,
+             const std::optional<std::vector<std::string>>& named_columns)
       : database(opened), failure(first_failure), named(named_columns) {}
 
   access::Database& database;
@@ -36,14 +36,14 @@ struct File {
 
 // One module a table; SQLite owns it.
 struct Module {
-  std::shared_ptr<File> file;
+  std::shared_ptr<SqlContext> file;
   std::string table_name;
 };
 
 struct VirtualTable : sqlite3_vtab {
-  VirtualTable(File& owner, access::Table opened) : sqlite3_vtab{}, file(owner), table(std::move(opened)) {}
+  VirtualTable(SqlContext& owner, access::Table opened) : sqlite3_vtab{}, file(owner), table(std::move(opened)) {}
 
-  File& file;
+  SqlContext& file;
   access::Table table;
   // One row on its way into the table, kept for its memory.
   std::vector<access::Value> values;
@@ -77,7 +77,7 @@ VirtualCursor& CursorOf(sqlite3_vtab_cursor* cursor) {
 // Runs `work`. SQLite learns only that it failed; what it threw is kept, since the first failure is the reason for
 // those that follow.
 template <typename Work>
-int Guarded(File& file, Work work) {
+int CatchInto(SqlContext& file, Work work) {
   try {
     work();
     return SQLITE_OK;
@@ -102,7 +102,7 @@ std::string Declaration(const access::Table& table) {
   for (const access::Column& column : table.Columns()) {
     columns += columns.empty() ? "" : ", ";
     columns += Quoted(column.name);
-    switch (KindOf(column.type)) {
+    switch (SqlKindOf(column.type)) {
       case SqlKind::kInteger:
         columns += " INTEGER";
         break;
@@ -122,7 +122,7 @@ std::string Declaration(const access::Table& table) {
 
 int Connect(sqlite3* sql, void* aux, int, const char* const*, sqlite3_vtab** made, char**) {
   const auto& module = *static_cast<Module*>(aux);
-  return Guarded(*module.file, [&] {
+  return CatchInto(*module.file, [&] {
     auto table = std::make_unique<VirtualTable>(*module.file, module.file->database.OpenTable(module.table_name));
     table->values.resize(table->table.Columns().size());
     table->buffers.resize(table->table.Columns().size());
@@ -157,7 +157,7 @@ bool IsInOrder(const access::Table& table, const access::IndexView& index, const
       return false;
     }
     const ColumnType type = table.Columns()[index.columns[i]].type;
-    const SqlKind kind = KindOf(type);
+    const SqlKind kind = SqlKindOf(type);
     if ((kind != SqlKind::kInteger && kind != SqlKind::kReal) || type == ColumnType::kBoolean ||
         type == ColumnType::kNumeric) {
       return false;
@@ -193,7 +193,7 @@ void ChooseIndex(const access::Table& table, const std::string& plan, double wal
 // A plan names, for each argument that Filter gets, the column that it is compared with: one byte, column + 1. idxNum
 // is the place of the index to be used + 1, or 0.
 int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
-  return Guarded(TableOf(table).file, [&] {
+  return CatchInto(TableOf(table).file, [&] {
     const access::Table& rows = TableOf(table).table;
     std::string plan;
     const double walked = static_cast<double>(rows.RowCount()) + 1;
@@ -204,11 +204,11 @@ int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
         continue;
       }
       const ColumnType type = rows.Columns()[static_cast<std::size_t>(constraint.iColumn)].type;
-      if (KindOf(type) == SqlKind::kBytes || type == ColumnType::kBoolean || type == ColumnType::kNumeric) {
+      if (SqlKindOf(type) == SqlKind::kBytes || type == ColumnType::kBoolean || type == ColumnType::kNumeric) {
         continue;
       }
       // A comparison under another collation may hold where ours does not.
-      if (KindOf(type) == SqlKind::kText && std::string_view(sqlite3_vtab_collation(info, i)) != kTextOrder) {
+      if (SqlKindOf(type) == SqlKind::kText && std::string_view(sqlite3_vtab_collation(info, i)) != kTextOrder) {
         continue;
       }
       plan += static_cast<char>(constraint.iColumn + 1);
@@ -228,7 +228,7 @@ int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
 }
 
 int OpenCursor(sqlite3_vtab* table, sqlite3_vtab_cursor** made) {
-  return Guarded(TableOf(table).file, [&] { *made = new VirtualCursor(); });
+  return CatchInto(TableOf(table).file, [&] { *made = new VirtualCursor(); });
 }
 
 int CloseCursor(sqlite3_vtab_cursor* cursor) {
@@ -246,8 +246,8 @@ void MoveToNext(VirtualCursor& cursor) {
 }
 
 // What the argument is compared with as a value of the column; nothing where only SQLite can tell.
-std::optional<access::Value> Compared(sqlite3_value* argument, ColumnType type) {
-  const bool text = KindOf(type) == SqlKind::kText;
+std::optional<access::Value> ValueToCompare(sqlite3_value* argument, ColumnType type) {
+  const bool text = SqlKindOf(type) == SqlKind::kText;
   switch (sqlite3_value_type(argument)) {
     case SQLITE_INTEGER:
       return text ? std::nullopt : std::optional<access::Value>(std::int64_t{sqlite3_value_int64(argument)});
@@ -275,7 +275,7 @@ access::Cursor RowsOf(const access::Table& table, int index_number, std::string_
   for (const std::size_t column : table.Indexes()[place].columns) {
     const std::size_t argument = plan.find(static_cast<char>(column + 1));
     const auto value =
-        argument == plan.npos ? std::nullopt : Compared(arguments[argument], table.Columns()[column].type);
+        argument == plan.npos ? std::nullopt : ValueToCompare(arguments[argument], table.Columns()[column].type);
     if (!value) {
       break;
     }
@@ -292,7 +292,7 @@ access::Cursor RowsOf(const access::Table& table, int index_number, std::string_
 }
 
 int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sqlite3_value** arguments) {
-  return Guarded(TableOf(base).file, [&] {
+  return CatchInto(TableOf(base).file, [&] {
     VirtualCursor& cursor = CursorOf(base);
     const access::Table& table = TableOf(base).table;
     std::vector<access::Equals> numbers;
@@ -300,7 +300,7 @@ int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sq
     bool possible = true;
     for (int i = 0; i < count; ++i) {
       const std::size_t column = static_cast<unsigned char>(plan[i]) - std::size_t{1};
-      const bool text = KindOf(table.Columns()[column].type) == SqlKind::kText;
+      const bool text = SqlKindOf(table.Columns()[column].type) == SqlKind::kText;
       switch (sqlite3_value_type(arguments[i])) {
         case SQLITE_NULL:
           possible = false;
@@ -329,7 +329,7 @@ int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sq
 }
 
 int Next(sqlite3_vtab_cursor* cursor) {
-  return Guarded(TableOf(cursor).file, [&] { MoveToNext(CursorOf(cursor)); });
+  return CatchInto(TableOf(cursor).file, [&] { MoveToNext(CursorOf(cursor)); });
 }
 
 int Eof(sqlite3_vtab_cursor* cursor) {
@@ -337,19 +337,19 @@ int Eof(sqlite3_vtab_cursor* cursor) {
 }
 
 int ColumnOf(sqlite3_vtab_cursor* base, sqlite3_context* result, int index) {
-  return Guarded(TableOf(base).file, [&] {
+  return CatchInto(TableOf(base).file, [&] {
     const auto column = static_cast<std::size_t>(index);
     SetResult(result, *CursorOf(base).rows, column, TableOf(base).table.Columns()[column].type);
   });
 }
 
 int RowIdOf(sqlite3_vtab_cursor* cursor, sqlite3_int64* id) {
-  return Guarded(TableOf(cursor).file, [&] { *id = static_cast<sqlite3_int64>(CursorOf(cursor).rows->Row()); });
+  return CatchInto(TableOf(cursor).file, [&] { *id = static_cast<sqlite3_int64>(CursorOf(cursor).rows->Row()); });
 }
 
 // arguments: the row to remove or NULL, then, unless it is a plain removal, the new row's id and its values.
 int Update(sqlite3_vtab* base, int count, sqlite3_value** arguments, sqlite3_int64* id) {
-  return Guarded(TableOf(base).file, [&] {
+  return CatchInto(TableOf(base).file, [&] {
     VirtualTable& table = TableOf(base);
     if (count == 1) {
       table.table.Delete(static_cast<access::RowId>(sqlite3_value_int64(arguments[0])));
@@ -381,8 +381,8 @@ void FindDefaulted(VirtualTable& table) {
 }
 
 int Begin(sqlite3_vtab* table) {
-  return Guarded(TableOf(table).file, [&] {
-    File& file = TableOf(table).file;
+  return CatchInto(TableOf(table).file, [&] {
+    SqlContext& file = TableOf(table).file;
     FindDefaulted(TableOf(table));
     file.statement.emplace(file.database.Begin());
   });
@@ -390,11 +390,11 @@ int Begin(sqlite3_vtab* table) {
 
 // The last moment at which SQLite takes an error: so the statement ends here, and Commit has nothing left to do.
 int Sync(sqlite3_vtab* table) {
-  return Guarded(TableOf(table).file, [&] { TableOf(table).file.statement->Commit(); });
+  return CatchInto(TableOf(table).file, [&] { TableOf(table).file.statement->Commit(); });
 }
 
 int EndStatement(sqlite3_vtab* table) {
-  return Guarded(TableOf(table).file, [&] { TableOf(table).file.statement.reset(); });
+  return CatchInto(TableOf(table).file, [&] { TableOf(table).file.statement.reset(); });
 }
 
 constexpr sqlite3_module MakeModule() {
@@ -427,7 +427,7 @@ int Compare(void*, int left_size, const void* left, int right_size, const void* 
                      {static_cast<const char*>(right), static_cast<std::size_t>(right_size)});
 }
 
-void Check(sqlite3* sql, int code) {
+void RequireOk(sqlite3* sql, int code) {
   if (code != SQLITE_OK) {
     throw std::runtime_error(sqlite3_errmsg(sql));
   }
@@ -437,12 +437,12 @@ void Check(sqlite3* sql, int code) {
 
 void AddAccessTables(sqlite3* sql, access::Database& database, std::exception_ptr& failure,
                      const std::optional<std::vector<std::string>>& named) {
-  Check(sql, sqlite3_create_collation_v2(sql, kTextOrder, SQLITE_UTF8, nullptr, Compare, nullptr));
-  const auto file = std::make_shared<File>(database, failure, named);
+  RequireOk(sql, sqlite3_create_collation_v2(sql, kTextOrder, SQLITE_UTF8, nullptr, Compare, nullptr));
+  const auto file = std::make_shared<SqlContext>(database, failure, named);
   for (const std::string& name : database.Tables()) {
     auto module = std::make_unique<Module>(Module{file, name});
-    Check(sql, sqlite3_create_module_v2(sql, name.c_str(), &kModule, module.release(),
-                                        [](void* gone) { delete static_cast<Module*>(gone); }));
+    RequireOk(sql, sqlite3_create_module_v2(sql, name.c_str(), &kModule, module.release(),
+                                            [](void* gone) { delete static_cast<Module*>(gone); }));
   }
 }
 

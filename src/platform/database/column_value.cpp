@@ -8,7 +8,7 @@ namespace marlevo {
 
 using access::ColumnType;
 
-SqlKind KindOf(ColumnType type) {
+SqlKind SqlKindOf(ColumnType type) {
   switch (type) {
     case ColumnType::kBoolean:
     case ColumnType::kByte:
@@ -31,7 +31,7 @@ SqlKind KindOf(ColumnType type) {
 }
 
 access::Value ColumnValue(sqlite3_value* value, ColumnType type, std::string& buffer) {
-  const SqlKind kind = KindOf(type);
+  const SqlKind kind = SqlKindOf(type);
   const bool number = kind == SqlKind::kInteger || kind == SqlKind::kReal;
   switch (number ? sqlite3_value_numeric_type(value) : sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
@@ -62,7 +62,7 @@ void SetResult(sqlite3_context* result, access::Cursor& row, std::size_t column,
     sqlite3_result_null(result);
     return;
   }
-  switch (KindOf(type)) {
+  switch (SqlKindOf(type)) {
     case SqlKind::kInteger: {
       const std::int64_t value = row.Integer(column);
       sqlite3_result_int64(result, type == ColumnType::kBoolean && value != 0 ? -1 : value);

@@ -13,7 +13,7 @@ namespace marlevo {
 // What a column's values are for SQL. Yes/No is an integer, -1 or 0; money, dates and decimals are real numbers; a GUID
 // is a text.
 enum class SqlKind { kInteger, kReal, kText, kBytes };
-SqlKind KindOf(access::ColumnType type);
+SqlKind SqlKindOf(access::ColumnType type);
 
 // The value as the column takes it: a number for a text column becomes its text, a text for a number column is taken as
 // a number when the whole of it is one. What remains unfit is left to the engine, which refuses it. The result borrows

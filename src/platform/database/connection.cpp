@@ -39,7 +39,7 @@ using StatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 // Runs `work`; any error of the layers below becomes a DatabaseError of the same kind.
 template <typename Work>
-auto Reported(const char* attempted, const std::string& subject, Work work) {
+auto AsDatabaseError(const char* attempted, const std::string& subject, Work work) {
   try {
     return work();
   } catch (const FaultError& error) {
@@ -75,9 +75,9 @@ SqlHandle OpenSql() {
 }  // namespace
 
 // An open file with the SQLite connection that runs the statements on it.
-class Connection::Session {
+class Connection::Engine {
  public:
-  explicit Session(const DataSource& source)
+  explicit Engine(const DataSource& source)
       : subject_(source.file),
         database_(access::Database::Open(std::u8string(source.file.begin(), source.file.end()),
                                          {source.password, source.code_page})),
@@ -86,7 +86,7 @@ class Connection::Session {
     for (std::string& name : database_.Tables()) {
       tables_.insert(std::move(name));
     }
-    sqlite3_set_authorizer(sql_.get(), &Session::Authorize, this);
+    sqlite3_set_authorizer(sql_.get(), &Engine::Authorize, this);
   }
 
   void Execute(std::string_view text) {
@@ -163,7 +163,7 @@ class Connection::Session {
 
   // Called for everything that a statement would do, while it is compiled.
   static int Authorize(void* self, int action, const char* first, const char* second, const char*, const char*) {
-    auto& session = *static_cast<Session*>(self);
+    auto& engine = *static_cast<Engine*>(self);
     // SQLite's own list of tables, which it reads and updates to take in the declaration of a virtual table. It is
     // empty, and a statement that would change it is refused in any case.
     if ((action == SQLITE_READ || action == SQLITE_UPDATE) && std::string_view(first) == "sqlite_master") {
@@ -174,23 +174,23 @@ class Connection::Session {
         return SQLITE_OK;
       case SQLITE_FUNCTION:
         if (const std::string other = OtherMeaningOfFunction(second); !other.empty()) {
-          session.refusal_ = other;
+          engine.refusal_ = other;
           return SQLITE_DENY;
         }
         return SQLITE_OK;
       case SQLITE_READ:
-        return session.Known(first);
+        return engine.AllowTable(first);
       case SQLITE_INSERT:
       case SQLITE_DELETE:
-        session.changes_rows_ = true;
-        return session.Known(first);
+        engine.changes_rows_ = true;
+        return engine.AllowTable(first);
       default:
-        session.refusal_ = "only SELECT, INSERT and DELETE on the tables of the file are run";
+        engine.refusal_ = "only SELECT, INSERT and DELETE on the tables of the file are run";
         return SQLITE_DENY;
     }
   }
 
-  int Known(const char* table) {
+  int AllowTable(const char* table) {
     if (tables_.contains(table)) {
       return SQLITE_OK;
     }
@@ -204,7 +204,7 @@ class Connection::Session {
     for (const std::string& table : tables_) {
       for (const access::Column& column : database_.OpenTable(table).Columns()) {
         if (access::SameName(column.name, name)) {
-          number = KindOf(column.type) == SqlKind::kInteger || KindOf(column.type) == SqlKind::kReal;
+          number = SqlKindOf(column.type) == SqlKind::kInteger || SqlKindOf(column.type) == SqlKind::kReal;
           if (!number) {
             return false;
           }
@@ -305,7 +305,7 @@ class Connection::Session {
 };
 
 Connection::Connection(const std::string& connection_string) : source_(ParseConnectionString(connection_string)) {
-  session_ = Reported(kOpening, source_.file, [&] { return std::make_unique<Session>(source_); });
+  engine_ = AsDatabaseError(kOpening, source_.file, [&] { return std::make_unique<Engine>(source_); });
 }
 
 Connection::Connection(Connection&& other) noexcept = default;
@@ -313,12 +313,12 @@ Connection& Connection::operator=(Connection&& other) noexcept = default;
 Connection::~Connection() = default;
 
 template <typename Work>
-auto Connection::WithSession(const char* attempted, Work work) {
-  if (!session_) {
+auto Connection::WithEngine(const char* attempted, Work work) {
+  if (!engine_) {
     throw DatabaseError(attempted, "", "the connection is closed");
   }
   try {
-    return Reported(attempted, source_.file, [&] { return work(*session_); });
+    return AsDatabaseError(attempted, source_.file, [&] { return work(*engine_); });
   } catch (const DatabaseError& error) {
     outdated_ = outdated_ || error.Kind() == Fault::kChanged;
     throw;
@@ -327,23 +327,23 @@ auto Connection::WithSession(const char* attempted, Work work) {
 
 void Connection::OpenAnewIfOutdated() {
   if (outdated_) {
-    session_ = Reported(kOpening, source_.file, [&] { return std::make_unique<Session>(source_); });
+    engine_ = AsDatabaseError(kOpening, source_.file, [&] { return std::make_unique<Engine>(source_); });
     outdated_ = false;
   }
 }
 
 void Connection::Execute(std::string_view sql) {
   OpenAnewIfOutdated();
-  WithSession(kExecuting, [&](Session& session) { session.Execute(sql); });
+  WithEngine(kExecuting, [&](Engine& engine) { engine.Execute(sql); });
 }
 
 Recordset Connection::Open(std::string_view sql) {
   OpenAnewIfOutdated();
-  return Recordset(WithSession(kReading, [&](Session& session) { return session.Read(sql); }));
+  return Recordset(WithEngine(kReading, [&](Engine& engine) { return engine.Read(sql); }));
 }
 
 void Connection::Flush() {
-  WithSession(kWriting, [](Session& session) { session.Flush(); });
+  WithEngine(kWriting, [](Engine& engine) { engine.Flush(); });
 }
 
 void Connection::FlushAfter(const std::function<void()>& action) {
@@ -366,7 +366,7 @@ RowChange Connection::Replace(std::string_view find, std::string_view remove,
   try {
     Execute(make_insert());
   } catch (const DatabaseError& error) {
-    if (session_->Undone()) {
+    if (engine_->Undone()) {
       throw;
     }
     change.refusal.emplace(error.Attempted(), error.Subject(), error.what(), error.Kind(),
@@ -378,18 +378,18 @@ RowChange Connection::Replace(std::string_view find, std::string_view remove,
 
 std::optional<std::size_t> Connection::MostCharacters(std::string_view table, std::string_view column) {
   OpenAnewIfOutdated();
-  return WithSession(kReading, [&](Session& session) { return session.MostCharacters(table, column); });
+  return WithEngine(kReading, [&](Engine& engine) { return engine.MostCharacters(table, column); });
 }
 
 std::function<bool(std::string_view)> Connection::RoomIn(std::string_view table, std::string_view column) {
   OpenAnewIfOutdated();
-  return WithSession(kReading, [&](Session& session) { return session.RoomIn(table, column); });
+  return WithEngine(kReading, [&](Engine& engine) { return engine.RoomIn(table, column); });
 }
 
 void Connection::Close() {
-  if (session_) {
+  if (engine_) {
     Flush();
-    session_.reset();
+    engine_.reset();
     outdated_ = false;
   }
 }

@@ -76,16 +76,16 @@ class Connection {
   void Close();
 
  private:
-  class Session;
+  class Engine;
 
-  // Does `work` with the session; its errors become DatabaseErrors.
+  // Does `work` with the engine; its errors become DatabaseErrors.
   template <typename Work>
-  auto WithSession(const char* attempted, Work work);
+  auto WithEngine(const char* attempted, Work work);
   void OpenAnewIfOutdated();
 
   DataSource source_;
-  std::unique_ptr<Session> session_;
-  bool outdated_ = false;  // another program has changed the file, so that the session can do nothing more
+  std::unique_ptr<Engine> engine_;
+  bool outdated_ = false;  // another program has changed the file, so that the engine can do nothing more
 };
 
 }  // namespace marlevo

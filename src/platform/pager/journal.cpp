@@ -15,7 +15,7 @@ std::uint64_t RandomSalt() {
 
 }  // namespace
 
-bool LooksLikeJournal(File& file) {
+bool LooksLikeJournal(DiskFile& file) {
   std::uint64_t mark = 0;
   file.ReadAt(0, std::as_writable_bytes(std::span(&mark, 1)));
   return mark == kJournalMagic || mark == 0;
@@ -25,7 +25,7 @@ Journal::Journal(FileSystem& files, std::filesystem::path path) : files_(&files)
 
 void Journal::Prepare() {
   if (file_) return;
-  std::unique_ptr<File> file = files_->Open(path_);
+  std::unique_ptr<DiskFile> file = files_->Open(path_);
   if (!file) {
     file = files_->Create(path_);
     files_->SyncFolder(path_.parent_path());
@@ -47,12 +47,12 @@ void Journal::Start(std::size_t page_size, std::uint32_t page_count) {
   end_ = 0;
 }
 
-void Journal::Keep(std::uint32_t page, std::span<const std::byte> original) {
+void Journal::AddOriginal(std::uint32_t page, std::span<const std::byte> original) {
   Add(RecordKind::kOriginal, page, original);
   kept_[page] = true;
 }
 
-void Journal::Announce(std::uint32_t page, std::span<const std::byte> rewrite) {
+void Journal::AddChecksum(std::uint32_t page, std::span<const std::byte> rewrite) {
   std::vector<std::uint64_t> sectors;
   for (std::size_t at = 0; at < rewrite.size(); at += kSectorBytes) {
     sectors.push_back(Hash(0, rewrite.subspan(at, kSectorBytes)));
@@ -60,14 +60,14 @@ void Journal::Announce(std::uint32_t page, std::span<const std::byte> rewrite) {
   Add(RecordKind::kRewrite, page, std::as_bytes(std::span(sectors)));
 }
 
-void Journal::Seal() {
+void Journal::EndBatch() {
   Add(RecordKind::kBatchEnd, 0, {});
   WriteOut();
   file_->Sync();
   if (!HasItsName()) throw PagerError(path_, "was removed or replaced by another program", Fault::kChanged);
 }
 
-void Journal::Retire() {
+void Journal::Invalidate() {
   file_->Truncate(0);
   file_->Sync();
 }

@@ -11,14 +11,14 @@
 #include <span>
 #include <vector>
 
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 #include "platform/pager/journal_format.h"
 
 namespace marlevo::pager {
 
 // Whether a file of a journal's name is a journal, whole or not: it is empty, begins like one, or begins with zeros, as
 // after a power failure. Any other file is not this program's to change or remove.
-bool LooksLikeJournal(File& file);
+bool LooksLikeJournal(DiskFile& file);
 
 class Journal {
  public:
@@ -27,21 +27,21 @@ class Journal {
   // Makes sure that a journal can be written here, before anybody relies on it.
   void Prepare();
   // The open journal, also when somebody has removed its name. After Prepare.
-  File& Opened() { return *file_; }
+  DiskFile& Opened() { return *file_; }
   // `page_count`: of the file before the change.
   void Start(std::size_t page_size, std::uint32_t page_count);
   // Pages that the file had at Start; others vanish with an undo and need no original.
   bool Covers(std::uint32_t page) const { return page < PageCount(); }
   std::uint32_t PageCount() const { return static_cast<std::uint32_t>(kept_.size()); }
-  bool Keeps(std::uint32_t page) const { return kept_[page]; }
+  bool HasOriginal(std::uint32_t page) const { return kept_[page]; }
   // `original`: the page's bytes in the file.
-  void Keep(std::uint32_t page, std::span<const std::byte> original);
+  void AddOriginal(std::uint32_t page, std::span<const std::byte> original);
   // `rewrite`: what will be written over the page.
-  void Announce(std::uint32_t page, std::span<const std::byte> rewrite);
+  void AddChecksum(std::uint32_t page, std::span<const std::byte> rewrite);
   // Throws Fault::kChanged when the journal has lost its name, by which alone the next process would find it.
-  void Seal();
+  void EndBatch();
   // It is certain when this returns that nobody will play the journal back.
-  void Retire();
+  void Invalidate();
   // Removes a retired journal, and no other file that has its name by now.
   void Close() noexcept;
 
@@ -54,7 +54,7 @@ class Journal {
 
   FileSystem* files_;
   std::filesystem::path path_;
-  std::unique_ptr<File> file_;
+  std::unique_ptr<DiskFile> file_;
   std::vector<bool> kept_;         // by page of the file before
   std::vector<std::byte> buffer_;  // not yet written, belongs at end_
   std::uint64_t end_ = 0;

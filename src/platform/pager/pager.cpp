@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "platform/pager/block_cache.h"
-#include "platform/pager/paged_file.h"
+#include "platform/pager/journaled_file.h"
 
 namespace marlevo::pager {
 namespace {
@@ -18,7 +18,7 @@ std::filesystem::path NewPath(const std::filesystem::path& path) {
 }
 
 // The pagers of this process. The file system is part of the key, since its ids mean nothing to another.
-std::weak_ptr<Pager>& Registered(FileSystem& files, FileId id) {
+std::weak_ptr<Pager>& PagerFor(FileSystem& files, FileId id) {
   static std::map<std::pair<FileSystem*, FileId>, std::weak_ptr<Pager>> pagers;
   std::erase_if(pagers, [](const auto& entry) { return entry.second.expired(); });
   return pagers[{&files, id}];
@@ -29,17 +29,17 @@ std::weak_ptr<Pager>& Registered(FileSystem& files, FileId id) {
 std::shared_ptr<Pager> Pager::Open(const std::filesystem::path& path, const Probe& probe, FileSystem& files,
                                    Limits limits) {
   const std::filesystem::path name = files.Resolve(path);
-  std::unique_ptr<File> opened = files.Open(name);
+  std::unique_ptr<DiskFile> opened = files.Open(name);
   if (!opened) throw PagerError(path, "does not exist", Fault::kMissing);
   const FileId id = opened->Stamp().id;
-  if (std::shared_ptr<Pager> pager = Registered(files, id).lock(); pager && pager->IsCurrent()) return pager;
+  if (std::shared_ptr<Pager> pager = PagerFor(files, id).lock(); pager && pager->IsCurrent()) return pager;
 
-  auto file = std::make_unique<PagedFile>(files, name, std::move(opened), std::filesystem::path());
-  if (!file->Own()) file->Share();
-  file->Use(probe(file->Head()));
-  file->Unshare();
+  auto file = std::make_unique<JournaledFile>(files, name, std::move(opened), std::filesystem::path());
+  if (!file->BecomeWriter()) file->LockForReading();
+  file->SetFormat(probe(file->Head()));
+  file->UnlockAfterReading();
   std::shared_ptr<Pager> pager(new Pager(std::move(file), probe, limits));
-  Registered(files, id) = pager;
+  PagerFor(files, id) = pager;
   return pager;
 }
 
@@ -48,25 +48,25 @@ std::shared_ptr<Pager> Pager::Create(const std::filesystem::path& path, PageForm
   const std::filesystem::path name = files.Resolve(path);
   if (files.Open(name)) throw PagerError(path, "exists already");
   const std::filesystem::path new_name = NewPath(name);
-  if (const std::unique_ptr<File> left = files.Open(new_name)) {
+  if (const std::unique_ptr<DiskFile> left = files.Open(new_name)) {
     if (!left->Lock(LockKind::kWriter, LockMode::kExclusive, false)) {
       throw PagerError(path, "is being created by another program");
     }
     files.Remove(new_name);
   }
-  if (const std::unique_ptr<File> left = files.Open(JournalPath(new_name)); left && LooksLikeJournal(*left)) {
+  if (const std::unique_ptr<DiskFile> left = files.Open(JournalPath(new_name)); left && LooksLikeJournal(*left)) {
     files.Remove(JournalPath(new_name));
   }
-  auto file = std::make_unique<PagedFile>(files, new_name, files.Create(new_name), name);
+  auto file = std::make_unique<JournaledFile>(files, new_name, files.Create(new_name), name);
   const FileId id = file->Id();
-  if (!file->Own()) throw PagerError(path, "is being created by another program");
-  file->Use(std::move(format));
+  if (!file->BecomeWriter()) throw PagerError(path, "is being created by another program");
+  file->SetFormat(std::move(format));
   std::shared_ptr<Pager> pager(new Pager(std::move(file), {}, limits));
-  Registered(files, id) = pager;
+  PagerFor(files, id) = pager;
   return pager;
 }
 
-Pager::Pager(std::unique_ptr<PagedFile> file, Probe probe, Limits limits)
+Pager::Pager(std::unique_ptr<JournaledFile> file, Probe probe, Limits limits)
     : file_(std::move(file)),
       probe_(std::move(probe)),
       limits_(limits),
@@ -97,7 +97,7 @@ bool Pager::ReadOnly() const {
 }
 
 PageRef Pager::Read(std::uint32_t page) {
-  if (readings_ == 0 && !file_->Owned()) {
+  if (readings_ == 0 && !file_->IsWriter()) {
     const Reading reading(*this);
     return Read(page);
   }
@@ -154,12 +154,12 @@ bool Pager::IsCurrent() {
 }
 
 void Pager::BecomeWriter() {
-  if (file_->Owned()) return;
-  if (!file_->Own()) throw PagerError(file_->Path(), "is open for writing in another program", Fault::kInUse);
+  if (file_->IsWriter()) return;
+  if (!file_->BecomeWriter()) throw PagerError(file_->Path(), "is open for writing in another program", Fault::kInUse);
   // Whoever wrote before may have put a file of another format in its place.
   PageFormat format = probe_(file_->Head());
   if (format.page_size != PageSize()) throw PagerError(file_->Path(), "has other pages than before", Fault::kChanged);
-  file_->Use(std::move(format));
+  file_->SetFormat(std::move(format));
   if (readings_ == 0) ForgetPages();
 }
 
@@ -217,7 +217,7 @@ void Pager::Commit() {
     std::vector<std::uint32_t> numbers;
     for (const auto& [number, page] : changed_) numbers.push_back(number);
     Watching([&] { WriteThrough(std::move(numbers)); });
-    file_->Accept();
+    file_->MarkDone();
     batch_ = std::make_shared<Batch>();
   } else {
     for (const Undo& undo : statement_->undo) changed_[undo.page].in_statement = false;
@@ -225,7 +225,7 @@ void Pager::Commit() {
   statement_.reset();
   if (!spilled) return;
   try {
-    file_->Settle();
+    file_->FinishJournal();
   } catch (const PagerError&) {
     // The statement is done; the next Flush tries again and reports.
   }
@@ -252,7 +252,7 @@ void Pager::Rollback() noexcept {
   changed_.clear();
   clean_->Clear();
   try {
-    Watching([&] { file_->Settle(); });
+    Watching([&] { file_->FinishJournal(); });
   } catch (const PagerError&) {
     // Nothing is read from the file before it has been put back: LoadBlock tries again and reports.
   }
@@ -261,7 +261,7 @@ void Pager::Rollback() noexcept {
 void Pager::Flush() {
   if (lost_) RequireUsable();
   // A process that does not own the file has nothing committed; before a statement spilled everything else was flushed.
-  if (!file_->Owned() || (statement_ && statement_->spilled)) return;
+  if (!file_->IsWriter() || (statement_ && statement_->spilled)) return;
   Watching([&] { FlushCommitted(); });
   if (page_count_ > 0 && !statement_) file_->Publish();
 }
@@ -284,8 +284,8 @@ void Pager::BeginReading() {
   if (readings_ == 0) {
     RequireUsable();
     Watching([&] {
-      if (!file_->Owned()) {
-        file_->Share();
+      if (!file_->IsWriter()) {
+        file_->LockForReading();
         ForgetPages();
       }
       if (!statement_) file_->RequireInPlace();
@@ -295,7 +295,7 @@ void Pager::BeginReading() {
 }
 
 void Pager::EndReading() noexcept {
-  if (--readings_ == 0) file_->Unshare();
+  if (--readings_ == 0) file_->UnlockAfterReading();
 }
 
 void Pager::ForgetPages() {
@@ -348,8 +348,8 @@ void Pager::SpillIfFull() {
 }
 
 void Pager::FlushCommitted() {
-  file_->Settle();
-  std::vector<PagedFile::Page> pages;
+  file_->FinishJournal();
+  std::vector<JournaledFile::Page> pages;
   for (const auto& [number, page] : changed_) {
     if (!page.in_statement) pages.emplace_back(number, page.bytes, page.base);
   }
@@ -359,19 +359,19 @@ void Pager::FlushCommitted() {
     }
   }
   if (pages.empty()) return;
-  std::ranges::sort(pages, {}, &PagedFile::Page::number);
+  std::ranges::sort(pages, {}, &JournaledFile::Page::number);
   try {
     file_->Write(pages);
   } catch (const PagerError&) {
     clean_->Clear();
     try {
-      file_->Settle();
+      file_->FinishJournal();
     } catch (const PagerError&) {
       // The first error says more. The journal stays until the file has been put back.
     }
     throw;
   }
-  file_->Accept();
+  file_->MarkDone();
   batch_ = std::make_shared<Batch>();
   ForgetCleanPages();
   std::erase_if(changed_, [](const auto& entry) { return !entry.second.in_statement; });
@@ -382,13 +382,13 @@ void Pager::FlushCommitted() {
       undo.before = nullptr;
     }
   }
-  file_->Settle();
+  file_->FinishJournal();
 }
 
 void Pager::WriteThrough(std::vector<std::uint32_t> numbers) {
   statement_->failed = true;
   std::ranges::sort(numbers);
-  std::vector<PagedFile::Page> pages;
+  std::vector<JournaledFile::Page> pages;
   for (const std::uint32_t number : numbers) pages.emplace_back(number, changed_[number].bytes, changed_[number].base);
   if (!pages.empty()) file_->Write(pages);
   ForgetCleanPages();

@@ -43,14 +43,14 @@
 #include <utility>
 #include <vector>
 
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 #include "platform/pager/page_format.h"
 #include "platform/pager/pager_error.h"
 
 namespace marlevo::pager {
 
 class BlockCache;
-class PagedFile;
+class JournaledFile;
 
 // How much memory may be used, in bytes.
 struct Limits {
@@ -169,7 +169,7 @@ class Pager {
     bool failed;   // on the way to the file
   };
 
-  Pager(std::unique_ptr<PagedFile> file, Probe probe, Limits limits);
+  Pager(std::unique_ptr<JournaledFile> file, Probe probe, Limits limits);
 
   // Does `work`. When it finds that another program has changed the file, this Pager is over.
   template <typename Work>
@@ -191,7 +191,7 @@ class Pager {
   // Writes pages of the statement into the file. What is in there needs no place in memory.
   void WriteThrough(std::vector<std::uint32_t> numbers);
 
-  std::unique_ptr<PagedFile> file_;
+  std::unique_ptr<JournaledFile> file_;
   Probe probe_;
   Limits limits_;
   std::unique_ptr<BlockCache> clean_;

@@ -9,9 +9,9 @@ namespace {
   throw PagerError(path, "is only looked at", Fault::kDenied);
 }
 
-class ReadOnlyFile : public File {
+class ReadOnlyFile : public DiskFile {
  public:
-  ReadOnlyFile(std::filesystem::path path, std::unique_ptr<File> file)
+  ReadOnlyFile(std::filesystem::path path, std::unique_ptr<DiskFile> file)
       : path_(std::move(path)), file_(std::move(file)) {}
 
   std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override { return file_->ReadAt(offset, bytes); }
@@ -26,17 +26,17 @@ class ReadOnlyFile : public File {
 
  private:
   std::filesystem::path path_;
-  std::unique_ptr<File> file_;
+  std::unique_ptr<DiskFile> file_;
 };
 
 }  // namespace
 
-std::unique_ptr<File> ReadOnlyFiles::Open(const std::filesystem::path& path) {
-  std::unique_ptr<File> file = files_.Open(path);
+std::unique_ptr<DiskFile> ReadOnlyFiles::Open(const std::filesystem::path& path) {
+  std::unique_ptr<DiskFile> file = files_.Open(path);
   return file == nullptr ? nullptr : std::make_unique<ReadOnlyFile>(path, std::move(file));
 }
 
-std::unique_ptr<File> ReadOnlyFiles::Create(const std::filesystem::path& path) {
+std::unique_ptr<DiskFile> ReadOnlyFiles::Create(const std::filesystem::path& path) {
   Refuse(path);
 }
 bool ReadOnlyFiles::RemoveUnused(const std::filesystem::path& path) {

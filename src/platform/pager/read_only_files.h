@@ -2,7 +2,7 @@
 // plays a journal back into it nor becomes its writer.
 #pragma once
 
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 
 namespace marlevo::pager {
 
@@ -12,10 +12,10 @@ class ReadOnlyFiles : public FileSystem {
   explicit ReadOnlyFiles(FileSystem& files = NativeFiles()) : files_(files) {}
 
   std::filesystem::path Resolve(const std::filesystem::path& path) override { return files_.Resolve(path); }
-  std::unique_ptr<File> Open(const std::filesystem::path& path) override;
+  std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) override;
   std::optional<FileStamp> Look(const std::filesystem::path& path) override { return files_.Look(path); }
   // The others throw.
-  std::unique_ptr<File> Create(const std::filesystem::path& path) override;
+  std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) override;
   bool RemoveUnused(const std::filesystem::path& path) override;
   void Remove(const std::filesystem::path& path) override;
   void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override;

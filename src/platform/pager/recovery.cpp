@@ -10,21 +10,21 @@
 namespace marlevo::pager {
 namespace {
 
-std::vector<std::byte> ReadBytes(File& file, std::uint64_t offset, std::size_t size) {
+std::vector<std::byte> ReadBytes(DiskFile& file, std::uint64_t offset, std::size_t size) {
   std::vector<std::byte> bytes(size);
   bytes.resize(file.ReadAt(offset, bytes));
   return bytes;
 }
 
 template <typename T>
-std::optional<T> ReadStruct(File& file, std::uint64_t offset) {
+std::optional<T> ReadStruct(DiskFile& file, std::uint64_t offset) {
   T value = {};
   if (file.ReadAt(offset, std::as_writable_bytes(std::span(&value, 1))) != sizeof value) return std::nullopt;
   return value;
 }
 
 // Nothing when the medium does not give the page back.
-std::optional<std::vector<std::byte>> PageNow(File& file, std::uint32_t page, std::size_t page_size) {
+std::optional<std::vector<std::byte>> PageNow(DiskFile& file, std::uint32_t page, std::size_t page_size) {
   try {
     return ReadBytes(file, std::uint64_t{page} * page_size, page_size);
   } catch (const PagerError&) {
@@ -34,7 +34,7 @@ std::optional<std::vector<std::byte>> PageNow(File& file, std::uint32_t page, st
 
 }  // namespace
 
-Recovery::Recovery(File& journal) : journal_(journal) {
+Recovery::Recovery(DiskFile& journal) : journal_(journal) {
   const std::optional<JournalHeader> header = ReadStruct<JournalHeader>(journal, 0);
   if (!header || header->magic != kJournalMagic || header->hash != HeaderHash(*header)) return;
   if (!std::has_single_bit(header->page_size) || header->page_size < kMinPageBytes ||
@@ -66,12 +66,12 @@ Recovery::Recovery(File& journal) : journal_(journal) {
   std::ranges::sort(records_, {}, [](const Record& r) { return std::tuple(r.page, r.kind, r.offset); });
 }
 
-bool Recovery::Fits(File& file) const {
+bool Recovery::Fits(DiskFile& file) const {
   return !records_.empty() && file.Size() >= std::uint64_t{header_.page_count} * header_.page_size &&
          std::ranges::all_of(Pages(), [&](PageRecords records) { return IsKnown(records, file); });
 }
 
-bool Recovery::IsCarriedBy(File& file) const {
+bool Recovery::IsCarriedBy(DiskFile& file) const {
   return std::ranges::any_of(Pages(), [&](PageRecords records) {
     const std::optional<std::vector<std::byte>> now = PageNow(file, records.front().page, header_.page_size);
     return now && now->size() == header_.page_size && records.front().kind == RecordKind::kOriginal &&
@@ -79,7 +79,7 @@ bool Recovery::IsCarriedBy(File& file) const {
   });
 }
 
-void Recovery::RestorePages(File& file, const Wanted& wanted) const {
+void Recovery::RestorePages(DiskFile& file, const Wanted& wanted) const {
   for (const PageRecords records : Pages()) {
     const std::uint32_t page = records.front().page;
     if (records.front().kind == RecordKind::kOriginal && wanted(page, IsKnown(records, file))) {
@@ -88,7 +88,7 @@ void Recovery::RestorePages(File& file, const Wanted& wanted) const {
   }
 }
 
-void Recovery::PlayBack(File& file) const {
+void Recovery::PlayBack(DiskFile& file) const {
   RestorePages(file, [](std::uint32_t, bool) { return true; });
   file.Truncate(std::uint64_t{header_.page_count} * header_.page_size);
   file.Sync();
@@ -123,7 +123,7 @@ std::vector<std::byte> Recovery::OriginalOf(PageRecords records) const {
 // Whether the page consists of sectors from before and from the writes that were announced. One sector may be neither:
 // a disk that tears inside a sector. A page that the medium does not give back counts as known, since writing it anew
 // may cure it.
-bool Recovery::IsKnown(PageRecords records, File& file) const {
+bool Recovery::IsKnown(PageRecords records, DiskFile& file) const {
   const std::optional<std::vector<std::byte>> now = PageNow(file, records.front().page, header_.page_size);
   return !now || (now->size() == header_.page_size && StrangeSectors(records, *now) <= 1);
 }

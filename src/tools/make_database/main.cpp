@@ -49,7 +49,7 @@ std::string Utf8(const std::filesystem::path& path) {
 
 // `work` gives the exit status.
 template <typename Work>
-int Reported(const std::filesystem::path& subject, Work work) {
+int CatchAndSay(const std::filesystem::path& subject, Work work) {
   try {
     return work();
   } catch (const std::exception& error) {
@@ -57,8 +57,8 @@ int Reported(const std::filesystem::path& subject, Work work) {
   }
 }
 
-int Check(const std::filesystem::path& path) {
-  return Reported(path, [&] {
+int CheckStructure(const std::filesystem::path& path) {
+  return CatchAndSay(path, [&] {
     const std::vector<std::string> faults = marlevo::FaultsOf(path);
     for (const std::string& fault : faults) {
       std::puts(fault.c_str());
@@ -71,7 +71,7 @@ int Check(const std::filesystem::path& path) {
 }
 
 int Copy(const std::filesystem::path& from, const std::filesystem::path& to) {
-  return Reported(from, [&] {
+  return CatchAndSay(from, [&] {
     const marlevo::access::CopyReport report = marlevo::access::CopyFile(from, to);
     for (const std::string& lost : report.left_out) {
       std::printf("left out: %s\n", lost.c_str());
@@ -83,7 +83,7 @@ int Copy(const std::filesystem::path& from, const std::filesystem::path& to) {
 
 int Make(const std::filesystem::path& database, const marlevo::access::NewFile& kind, std::istream* statements) {
   bool made = false;
-  const int status = Reported(database, [&] {
+  const int status = CatchAndSay(database, [&] {
     marlevo::MakeDatabase(database, kind);
     made = true;
     if (statements != nullptr) {
@@ -113,7 +113,7 @@ int Run(const std::vector<std::filesystem::path>& arguments) {
     return 0;
   }
   if (option == "--check" && count == 1) {
-    return Check(paths[0]);
+    return CheckStructure(paths[0]);
   }
   if (option == "--copy" && count == 2) {
     return Copy(paths[0], paths[1]);
@@ -133,7 +133,7 @@ int Run(const std::vector<std::filesystem::path>& arguments) {
     }
   }
   if (into) {
-    return Reported(paths[0], [&] {
+    return CatchAndSay(paths[0], [&] {
       marlevo::RunStatements(paths[0], statements);
       return 0;
     });

@@ -64,7 +64,7 @@ void RunStatements(const std::filesystem::path& file, std::istream& statements) 
 
 std::vector<std::string> FaultsOf(const std::filesystem::path& file) {
   pager::ReadOnlyFiles files;
-  return access::Database::Open(file, {.password = {}, .code_page = {}, .any_password = true}, files).Check();
+  return access::Database::Open(file, {.password = {}, .code_page = {}, .any_password = true}, files).FindFaults();
 }
 
 }  // namespace marlevo

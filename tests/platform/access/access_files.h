@@ -78,7 +78,7 @@ inline std::vector<std::string> TextsOf(const Table& table) {
 // "sound", or the faults.
 inline std::string Health(const Database& database) {
   std::string faults;
-  for (const std::string& fault : database.Check()) {
+  for (const std::string& fault : database.FindFaults()) {
     faults += fault + "\n";
   }
   return faults.empty() ? "sound" : faults;

@@ -157,7 +157,7 @@ bool ReadAnyFile(pager::FaultFiles& files, bool check) {
         }
       });
     }
-    well &= !check || database.Check().empty();
+    well &= !check || database.FindFaults().empty();
   });
   return well;
 }

@@ -16,7 +16,7 @@
 #include "platform/access/database/database.h"
 #include "platform/access/index/index.h"
 #include "platform/access/storage/definition_pages.h"
-#include "platform/access/table/table_state.h"
+#include "platform/access/table/loaded_table.h"
 
 namespace marlevo::access {
 namespace {
@@ -83,7 +83,7 @@ class TreeModel {
   }
 
   void Compare() {
-    EXPECT_EQ(tree_.Check(), std::vector<std::string>());
+    EXPECT_EQ(tree_.FindFaults(), std::vector<std::string>());
     auto expected = model_.begin();
     for (IndexWalk walk(tree_, {}); walk.Next(); ++expected) {
       ASSERT_NE(expected, model_.end());
@@ -109,8 +109,8 @@ class IndexTreeTest : public BothFormatsTest {
  protected:
   IndexTreeTest() {
     Make({{"T", {{"n", kLong}}, {{.name = "n", .columns = {{"n"}}}}}});
-    opened_ = File::Open(file_, {.password = kPassword, .code_page = {}}, pager::NativeFiles());
-    state_ = TableState::Open(opened_, FindTable(opened_, "T").page, "T");
+    opened_ = Storage::Open(file_, {.password = kPassword, .code_page = {}}, pager::NativeFiles());
+    state_ = LoadedTable::Open(opened_, FindTable(opened_, "T").page, "T");
     root_ = state_->Definition().real_indexes[0].root;
     statement_.emplace(opened_->Pages());
   }
@@ -133,8 +133,8 @@ class IndexTreeTest : public BothFormatsTest {
     return number;
   }
 
-  std::shared_ptr<File> opened_;
-  std::shared_ptr<TableState> state_;
+  std::shared_ptr<Storage> opened_;
+  std::shared_ptr<LoadedTable> state_;
   std::uint32_t root_ = 0;
   std::optional<pager::Statement> statement_;
 };
@@ -192,9 +192,9 @@ TEST_P(IndexTreeTest, TakesLeavesInThatNothingLeadsTo) {
   second.Insert(0, AsBytes("2222-row"));
   Store(root_, first);
   Store(lost, second);
-  ASSERT_NE(Tree().Check(), std::vector<std::string>());
+  ASSERT_NE(Tree().FindFaults(), std::vector<std::string>());
   EXPECT_TRUE(Tree().Insert(AsBytes("3333-row")));
-  EXPECT_EQ(Tree().Check(), std::vector<std::string>());
+  EXPECT_EQ(Tree().FindFaults(), std::vector<std::string>());
   TreeModel(Tree(), 1).EraseAllBut(0, false);
 
   TreeModel(Tree(), 2).Insert(12'000, Order::kUp);
@@ -210,9 +210,9 @@ TEST_P(IndexTreeTest, TakesLeavesInThatNothingLeadsTo) {
   for (IndexWalk walk(Tree(), {}); walk.Next();) {
     last = AsText(walk.Entry());
   }
-  ASSERT_NE(Tree().Check(), std::vector<std::string>());
+  ASSERT_NE(Tree().FindFaults(), std::vector<std::string>());
   EXPECT_TRUE(Tree().Erase(AsBytes(last)));
-  EXPECT_EQ(Tree().Check(), std::vector<std::string>());
+  EXPECT_EQ(Tree().FindFaults(), std::vector<std::string>());
   TreeModel model(Tree(), 3);
   model.Insert(3000, Order::kRandom);
   model.EraseAllBut(0, true);
@@ -240,10 +240,10 @@ TEST_F(TableIndexes, CountDifferentKeys) {
         EXPECT_TRUE(table.Delete(cursor.Row()));
       }
     }
-    const auto file = File::Open(file_, {.password = kPassword, .code_page = {}}, pager::NativeFiles());
+    const auto file = Storage::Open(file_, {.password = kPassword, .code_page = {}}, pager::NativeFiles());
     const std::uint32_t page = FindTable(file, "T").page;
     const auto indexes =
-        ParseDefinition(file->Layout(), file->Text(0), page, ReadDefinitionPages(*file, page)).real_indexes;
+        ParseDefinition(file->Layout(), file->CodecFor(0), page, ReadDefinitionPages(*file, page)).real_indexes;
     EXPECT_EQ(indexes.at(0).keys, 250u);
     EXPECT_EQ(indexes.at(1).keys, 51u);
     EXPECT_EQ(indexes.at(2).keys, 50u);

@@ -12,22 +12,23 @@
 #include "platform/access/database/catalog.h"
 #include "platform/access/database/system_tables.h"
 #include "platform/access/storage/definition_pages.h"
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
-inline std::shared_ptr<File> OpenFile(const std::filesystem::path& path) {
-  return File::Open(path, {.password = {}, .code_page = {}, .any_password = true}, pager::NativeFiles());
+inline std::shared_ptr<Storage> OpenFile(const std::filesystem::path& path) {
+  return Storage::Open(path, {.password = {}, .code_page = {}, .any_password = true}, pager::NativeFiles());
 }
 
 template <typename Change>
 void ChangeDefinition(const std::filesystem::path& path, std::string_view table, const Change& change) {
   const auto file = OpenFile(path);
   const std::uint32_t page = FindTable(file, table).page;
-  TableDefinition definition = ParseDefinition(file->Layout(), file->Text(0), page, ReadDefinitionPages(*file, page));
+  TableDefinition definition =
+      ParseDefinition(file->Layout(), file->CodecFor(0), page, ReadDefinitionPages(*file, page));
   change(definition);
   Statement statement(file);
-  WriteDefinitionPages(*file, page, BuildDefinition(file->Layout(), file->Text(0), definition));
+  WriteDefinitionPages(*file, page, BuildDefinition(file->Layout(), file->CodecFor(0), definition));
   statement.Commit();
   file->Pages().Flush();
 }

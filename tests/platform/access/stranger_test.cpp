@@ -34,11 +34,11 @@ class WatchedFiles final : public pager::FileSystem {
   }
 
   fs::path Resolve(const fs::path& path) override { return native_.Resolve(path); }
-  std::unique_ptr<pager::File> Open(const fs::path& path) override {
+  std::unique_ptr<pager::DiskFile> Open(const fs::path& path) override {
     Pass();
     return Watched(native_.Open(path));
   }
-  std::unique_ptr<pager::File> Create(const fs::path& path) override {
+  std::unique_ptr<pager::DiskFile> Create(const fs::path& path) override {
     Pass();
     return Watched(native_.Create(path));
   }
@@ -61,9 +61,9 @@ class WatchedFiles final : public pager::FileSystem {
   void SyncFolder(const fs::path&) override { Pass(); }
 
  private:
-  class WatchedFile final : public pager::File {
+  class WatchedFile final : public pager::DiskFile {
    public:
-    WatchedFile(WatchedFiles& files, std::unique_ptr<pager::File> file) : files_(files), file_(std::move(file)) {}
+    WatchedFile(WatchedFiles& files, std::unique_ptr<pager::DiskFile> file) : files_(files), file_(std::move(file)) {}
     std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
       return Passing().ReadAt(offset, bytes);
     }
@@ -82,15 +82,15 @@ class WatchedFiles final : public pager::FileSystem {
     void Unlock(pager::LockKind kind) noexcept override { file_->Unlock(kind); }
 
    private:
-    pager::File& Passing() {
+    pager::DiskFile& Passing() {
       files_.Pass();
       return *file_;
     }
     WatchedFiles& files_;
-    std::unique_ptr<pager::File> file_;
+    std::unique_ptr<pager::DiskFile> file_;
   };
 
-  std::unique_ptr<pager::File> Watched(std::unique_ptr<pager::File> file) {
+  std::unique_ptr<pager::DiskFile> Watched(std::unique_ptr<pager::DiskFile> file) {
     return file ? std::make_unique<WatchedFile>(*this, std::move(file)) : nullptr;
   }
 

@@ -280,7 +280,7 @@ TEST_P(AccessTable, StopsAtTheLargestSize) {
   insert(200);
   EXPECT_EQ(RowsOf(table).size(), rows - 100);
   // The pages that nobody has are no fault of the writer.
-  for (const std::string& fault : database.Check()) {
+  for (const std::string& fault : database.FindFaults()) {
     ASSERT_NE(fault.find("used by nobody"), std::string::npos) << fault;
   }
 }
@@ -291,7 +291,7 @@ TEST_P(AccessTable, WaitsForAccessToCloseTheFile) {
   Database database = Reopen();
   Table table = database.OpenTable("T");
   for (const std::size_t rows : {0u, 1u}) {
-    std::unique_ptr<pager::File> held = pager::NativeFiles().Create(lock);
+    std::unique_ptr<pager::DiskFile> held = pager::NativeFiles().Create(lock);
     held->Lock(pager::LockKind::kWriter, pager::LockMode::kExclusive, false);
     const auto change = [&] { rows == 0 ? static_cast<void>(table.Insert(Row{1})) : database.Flush(); };
     EXPECT_NE(ErrorOf(change).find("close it there"), std::string::npos);

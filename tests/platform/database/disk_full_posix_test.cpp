@@ -44,7 +44,7 @@ TEST_F(DiskFullTest, AStatementThatFindsNoRoomOnItsWayChangesNothing) {
   }
   EXPECT_EQ(Count(connection, "CUSTOM_D"), kRows);
   connection.Close();
-  EXPECT_EQ(access::Database::Open(file_, {"qorvat", std::nullopt}).Check(), std::vector<std::string>());
+  EXPECT_EQ(access::Database::Open(file_, {"qorvat", std::nullopt}).FindFaults(), std::vector<std::string>());
   connection = Connection(Opening());
   EXPECT_EQ(Count(connection, "CUSTOM_D"), kRows);
   connection.Execute(remove);

@@ -172,7 +172,7 @@ TEST_P(ModelTest, RandomStatementsGiveTheSameRows) {
     }
     same(all, fields, false);
   }
-  EXPECT_EQ(access::Database::Open(file_, {"qorvat", std::nullopt}).Check(), std::vector<std::string>());
+  EXPECT_EQ(access::Database::Open(file_, {"qorvat", std::nullopt}).FindFaults(), std::vector<std::string>());
 }
 
 INSTANTIATE_TEST_SUITE_P(Indexes, ModelTest, testing::Bool());

@@ -4,7 +4,7 @@
 #include <utility>
 
 namespace marlevo::pager {
-class FaultFile final : public File {
+class FaultFile final : public DiskFile {
  public:
   FaultFile(FaultFiles& files, std::filesystem::path path, std::shared_ptr<FaultFiles::Node> node, bool writable)
       : files_(files), path_(std::move(path)), node_(std::move(node)), writable_(writable) {}
@@ -82,13 +82,13 @@ void FaultFiles::Put(const std::string& name, std::vector<std::byte> content) {
   unsynced_names_ = {names_};
 }
 
-std::unique_ptr<File> FaultFiles::Open(const std::filesystem::path& path) {
+std::unique_ptr<DiskFile> FaultFiles::Open(const std::filesystem::path& path) {
   const auto found = names_.find(path.string());
   if (found == names_.end()) return nullptr;
   return std::make_unique<FaultFile>(*this, path, found->second, writable_);
 }
 
-std::unique_ptr<File> FaultFiles::Create(const std::filesystem::path& path) {
+std::unique_ptr<DiskFile> FaultFiles::Create(const std::filesystem::path& path) {
   Check(path, true);
   if (!writable_ || names_.contains(path.string())) throw PagerError(path, "cannot be created");
   const auto node = std::make_shared<Node>(Node{next_id_++, {}, {}, {}, 0});
@@ -98,7 +98,7 @@ std::unique_ptr<File> FaultFiles::Create(const std::filesystem::path& path) {
 }
 
 std::optional<FileStamp> FaultFiles::Look(const std::filesystem::path& path) {
-  const std::unique_ptr<File> file = Open(path);
+  const std::unique_ptr<DiskFile> file = Open(path);
   return file ? std::optional(file->Stamp()) : std::nullopt;
 }
 

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 
 namespace marlevo::pager {
 
@@ -43,8 +43,8 @@ class FaultFiles final : public FileSystem {
   void Put(const std::string& name, std::vector<std::byte> content);
 
   std::filesystem::path Resolve(const std::filesystem::path& path) override { return path; }
-  std::unique_ptr<File> Open(const std::filesystem::path& path) override;
-  std::unique_ptr<File> Create(const std::filesystem::path& path) override;
+  std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) override;
+  std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) override;
   std::optional<FileStamp> Look(const std::filesystem::path& path) override;
   bool RemoveUnused(const std::filesystem::path& path) override;
   void Remove(const std::filesystem::path& path) override;

@@ -124,7 +124,7 @@ struct Format {
     std::size_t entries;
   } index_page;
 
-  // File header.
+  // The header of the file.
   std::size_t masked_header_size;
   std::size_t password_size;
 };

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "platform/access/bytes/access_error.h"
-#include "platform/access/table/scan_state.h"
-#include "platform/access/table/table_state.h"
+#include "platform/access/table/loaded_table.h"
+#include "platform/access/table/row_scan.h"
 
 namespace marlevo::access {
 
@@ -15,7 +15,7 @@ constexpr std::uint32_t kSystemObject = 0x8000'0000;
 constexpr std::uint32_t kHiddenSystemObject = 0x0000'0002;
 constexpr std::uint32_t kPageOfId = 0x00FF'FFFF;
 
-std::size_t ColumnNamed(const TableState& table, std::string_view name) {
+std::size_t ColumnNamed(const LoadedTable& table, std::string_view name) {
   const auto found = std::ranges::find(table.Columns(), name, &Column::name);
   if (found == table.Columns().end()) {
     throw AccessError(table.Page(), "the catalog lacks the column " + std::string(name));
@@ -25,14 +25,14 @@ std::size_t ColumnNamed(const TableState& table, std::string_view name) {
 
 }  // namespace
 
-std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file) {
-  const auto objects = TableState::Open(file, kObjectsPage, "MSysObjects");
+std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<Storage>& file) {
+  const auto objects = LoadedTable::Open(file, kObjectsPage, "MSysObjects");
   const std::size_t id = ColumnNamed(*objects, "Id");
   const std::size_t name = ColumnNamed(*objects, "Name");
   const std::size_t type = ColumnNamed(*objects, "Type");
   const std::size_t flags = ColumnNamed(*objects, "Flags");
   std::vector<CatalogEntry> entries;
-  for (ScanState scan(objects, {}); scan.Next();) {
+  for (RowScan scan(objects, {}); scan.Next();) {
     entries.push_back({.name = std::string(scan.Text(name)),
                        .type = static_cast<std::int16_t>(scan.Integer(type)),
                        .flags = static_cast<std::uint32_t>(scan.Integer(flags)),
@@ -41,12 +41,12 @@ std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file) {
   return entries;
 }
 
-std::vector<std::byte> StoredProperties(const std::shared_ptr<File>& file, const CatalogEntry& table) {
-  const auto objects = TableState::Open(file, kObjectsPage, "MSysObjects");
+std::vector<std::byte> StoredProperties(const std::shared_ptr<Storage>& file, const CatalogEntry& table) {
+  const auto objects = LoadedTable::Open(file, kObjectsPage, "MSysObjects");
   const std::size_t id = ColumnNamed(*objects, "Id");
   const std::size_t type = ColumnNamed(*objects, "Type");
   const std::size_t properties = ColumnNamed(*objects, "LvProp");
-  for (ScanState scan(objects, {}); scan.Next();) {
+  for (RowScan scan(objects, {}); scan.Next();) {
     if (scan.Integer(type) == kLocalTable && (static_cast<std::uint32_t>(scan.Integer(id)) & kPageOfId) == table.page) {
       const Bytes stored = scan.IsNull(properties) ? Bytes() : scan.Raw(properties);
       return {stored.begin(), stored.end()};
@@ -60,7 +60,7 @@ bool IsUserTable(const CatalogEntry& entry) {
          !entry.name.starts_with("MSys");
 }
 
-CatalogEntry FindTable(const std::shared_ptr<File>& file, std::string_view name) {
+CatalogEntry FindTable(const std::shared_ptr<Storage>& file, std::string_view name) {
   bool linked = false;
   for (CatalogEntry& entry : ReadCatalog(file)) {
     if (!SameName(entry.name, name)) {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
@@ -20,15 +20,15 @@ struct CatalogEntry {
 
 inline constexpr std::int16_t kLocalTable = 1;
 
-std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<File>& file);
+std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<Storage>& file);
 
 // A table that people made, not the system's.
 bool IsUserTable(const CatalogEntry& entry);
 
 // Throws AccessError when there is no local table of that name.
-CatalogEntry FindTable(const std::shared_ptr<File>& file, std::string_view name);
+CatalogEntry FindTable(const std::shared_ptr<Storage>& file, std::string_view name);
 
 // What the catalog keeps of a local table beside its definition (see properties.h); often nothing.
-std::vector<std::byte> StoredProperties(const std::shared_ptr<File>& file, const CatalogEntry& table);
+std::vector<std::byte> StoredProperties(const std::shared_ptr<Storage>& file, const CatalogEntry& table);
 
 }  // namespace marlevo::access

@@ -13,8 +13,8 @@
 #include "platform/access/storage/definition_pages.h"
 #include "platform/access/storage/global_map.h"
 #include "platform/access/storage/long_value.h"
-#include "platform/access/table/scan_state.h"
-#include "platform/access/table/table_state.h"
+#include "platform/access/table/loaded_table.h"
+#include "platform/access/table/row_scan.h"
 
 namespace marlevo::access {
 
@@ -22,7 +22,7 @@ namespace {
 
 class Checker {
  public:
-  explicit Checker(std::shared_ptr<File> file)
+  explicit Checker(std::shared_ptr<Storage> file)
       : file_(std::move(file)), format_(file_->Layout()), users_(file_->Pages().PageCount()) {}
 
   std::vector<std::string> Run() {
@@ -32,7 +32,7 @@ class Checker {
     Try([this] {
       for (const CatalogEntry& entry : ReadCatalog(file_)) {
         if (entry.type == kLocalTable) {
-          Try([&] { CheckTable(*TableState::Open(file_, entry.page, entry.name)); });
+          Try([&] { CheckTable(*LoadedTable::Open(file_, entry.page, entry.name)); });
         }
       }
     });
@@ -84,7 +84,7 @@ class Checker {
     UseMapPages(map, user);
   }
 
-  void CheckTable(const TableState& table) {
+  void CheckTable(const LoadedTable& table) {
     const std::string name = "table " + table.Name();
     const TableDefinition& definition = table.Definition();
     for (const std::uint32_t page : DefinitionPages(*file_, table.Page())) {
@@ -146,8 +146,8 @@ class Checker {
   }
 
   // Besides its structure: one entry for each row, no others.
-  void CheckIndex(const TableState& table, const Index& index, const std::string& user) {
-    for (const std::string& fault : index.Tree().Check()) {
+  void CheckIndex(const LoadedTable& table, const Index& index, const std::string& user) {
+    for (const std::string& fault : index.Tree().FindFaults()) {
       faults_.push_back(user + ": " + fault);
     }
     std::size_t surplus = 0;
@@ -155,7 +155,7 @@ class Checker {
     while (walk.Next()) {
       ++surplus;
     }
-    ScanState rows(TableState::Open(file_, table.Page(), table.Name()), {});
+    RowScan rows(LoadedTable::Open(file_, table.Page(), table.Name()), {});
     while (index.Refusal().empty() && rows.Next()) {
       try {
         const Index::RowKey key = index.KeyOf(rows.Cells());
@@ -189,7 +189,7 @@ class Checker {
     }
   }
 
-  void CheckRows(const TableState& table, const std::string& name) {
+  void CheckRows(const LoadedTable& table, const std::string& name) {
     std::size_t rows = 0;
     bodies_.clear();
     for (auto page = table.OwnedPages().Next(0); page; page = table.OwnedPages().Next(*page + 1)) {
@@ -210,7 +210,7 @@ class Checker {
   }
 
   // How many rows begin on the page.
-  std::size_t CheckRowsOf(std::uint32_t number, const TableState& table) {
+  std::size_t CheckRowsOf(std::uint32_t number, const LoadedTable& table) {
     const pager::PageRef ref = file_->Read(number);
     const DataPage page(format_, number, ref.Bytes());
     std::size_t rows = 0;
@@ -235,7 +235,7 @@ class Checker {
     return rows;
   }
 
-  void CheckRow(const TableState& table, std::uint32_t number, Bytes bytes) {
+  void CheckRow(const LoadedTable& table, std::uint32_t number, Bytes bytes) {
     const RowView row(format_, number, bytes, table.HasVariableColumns());
     std::vector<std::byte> value;
     for (const ColumnDefinition& column : table.Definition().columns) {
@@ -269,7 +269,7 @@ class Checker {
 
   static constexpr const char* kMapRows = "usage maps";
 
-  std::shared_ptr<File> file_;
+  std::shared_ptr<Storage> file_;
   const Format& format_;
   std::vector<std::string> users_;                                // by page
   std::map<std::pair<std::uint32_t, std::uint8_t>, int> bodies_;  // of moved rows: how many pointers lead there
@@ -278,7 +278,7 @@ class Checker {
 
 }  // namespace
 
-std::vector<std::string> CheckFile(const std::shared_ptr<File>& file) {
+std::vector<std::string> CheckFile(const std::shared_ptr<Storage>& file) {
   const pager::Reading reading(file->Pages());
   return Checker(file).Run();
 }

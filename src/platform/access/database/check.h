@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
-std::vector<std::string> CheckFile(const std::shared_ptr<File>& file);
+std::vector<std::string> CheckFile(const std::shared_ptr<Storage>& file);
 
 }  // namespace marlevo::access

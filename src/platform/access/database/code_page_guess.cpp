@@ -8,8 +8,8 @@
 #include "platform/access/bytes/access_error.h"
 #include "platform/access/bytes/code_page.h"
 #include "platform/access/database/catalog.h"
-#include "platform/access/table/scan_state.h"
-#include "platform/access/table/table_state.h"
+#include "platform/access/table/loaded_table.h"
+#include "platform/access/table/row_scan.h"
 
 namespace marlevo::access {
 
@@ -17,8 +17,8 @@ namespace {
 
 constexpr int kMostRows = 400;  // of one table
 
-bool IsValid(const CodePage& page, const std::shared_ptr<TableState>& table) {
-  ScanState rows(table, {});
+bool IsValid(const CodePage& page, const std::shared_ptr<LoadedTable>& table) {
+  RowScan rows(table, {});
   for (int i = 0; i < kMostRows && rows.Next(); ++i) {
     for (const ColumnDefinition& column : table->Definition().columns) {
       if (column.shown.type != ColumnType::kText || column.fixed || !rows.Cells().IsSet(column.number)) {
@@ -42,7 +42,7 @@ bool IsValid(const CodePage& page, const std::shared_ptr<TableState>& table) {
 
 }  // namespace
 
-bool MayBeTraditionalChinese(const std::shared_ptr<File>& file) {
+bool MayBeTraditionalChinese(const std::shared_ptr<Storage>& file) {
   const std::unique_ptr<CodePage> page = CodePage::Find(kTraditionalChinese);
   if (page == nullptr) {
     return false;
@@ -55,14 +55,14 @@ bool MayBeTraditionalChinese(const std::shared_ptr<File>& file) {
   }
   return std::ranges::all_of(entries, [&](const CatalogEntry& entry) {
     try {
-      return entry.type != kLocalTable || IsValid(*page, TableState::Open(file, entry.page, entry.name));
+      return entry.type != kLocalTable || IsValid(*page, LoadedTable::Open(file, entry.page, entry.name));
     } catch (const AccessError&) {
       return true;
     }
   });
 }
 
-void SettleCodePage(const std::shared_ptr<File>& file) {
+void SettleCodePage(const std::shared_ptr<Storage>& file) {
   if (file->IsCodePageDoubtful()) {
     const pager::Reading reading(file->Pages());
     if (MayBeTraditionalChinese(file)) {

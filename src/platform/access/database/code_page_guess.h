@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
@@ -12,9 +12,9 @@ inline constexpr int kTraditionalChinese = 950;
 
 // Whether the texts of a file, those in the first rows of each table, are all valid in the Traditional Chinese code
 // page. Where all of it is plain ASCII both pages are right, and Chinese can be added in one of them only.
-bool MayBeTraditionalChinese(const std::shared_ptr<File>& file);
+bool MayBeTraditionalChinese(const std::shared_ptr<Storage>& file);
 
 // Takes the texts for Traditional Chinese where the file's label is doubtful and they may be.
-void SettleCodePage(const std::shared_ptr<File>& file);
+void SettleCodePage(const std::shared_ptr<Storage>& file);
 
 }  // namespace marlevo::access

@@ -13,9 +13,9 @@
 #include "platform/access/database/code_page_guess.h"
 #include "platform/access/database/create.h"
 #include "platform/access/storage/long_value.h"
-#include "platform/access/table/scan_state.h"
+#include "platform/access/table/loaded_table.h"
+#include "platform/access/table/row_scan.h"
 #include "platform/access/table/statement.h"
-#include "platform/access/table/table_state.h"
 #include "platform/pager/read_only_files.h"
 
 namespace marlevo::access {
@@ -27,9 +27,9 @@ namespace fs = std::filesystem;
 // The values of one row as they are stored, see RowEncoder::EncodeStored.
 class StoredRow {
  public:
-  explicit StoredRow(const TableState& table) : table_(table), buffers_(table.Columns().size()) {}
+  explicit StoredRow(const LoadedTable& table) : table_(table), buffers_(table.Columns().size()) {}
 
-  const std::vector<std::optional<Bytes>>& Read(const ScanState& scan) {
+  const std::vector<std::optional<Bytes>>& Read(const RowScan& scan) {
     const RowView& row = scan.Cells();
     values_.clear();
     for (std::size_t i = 0; i < buffers_.size(); ++i) {
@@ -44,7 +44,7 @@ class StoredRow {
       } else if (const Bytes bytes = row.Variable(column.variable_index); !IsLongValue(type) || bytes.empty()) {
         values_.emplace_back(bytes);
       } else {
-        ReadLongValue(table_.Storage(), FromRowId(scan.Row()).page, bytes, buffers_[i]);
+        ReadLongValue(table_.File(), FromRowId(scan.Row()).page, bytes, buffers_[i]);
         values_.emplace_back(Bytes(buffers_[i]));
       }
     }
@@ -52,7 +52,7 @@ class StoredRow {
   }
 
  private:
-  const TableState& table_;
+  const LoadedTable& table_;
   std::vector<std::vector<std::byte>> buffers_;
   std::vector<std::optional<Bytes>> values_;
 };
@@ -66,7 +66,7 @@ std::string WithoutAdvice(const std::string& reason) {
   return reason.substr(0, reason.find(';'));
 }
 
-FileHeader HeaderOf(const File& file) {
+FileHeader HeaderOf(const Storage& file) {
   const pager::PageRef page = file.Read(0);
   return ParseHeader(page.Bytes());
 }
@@ -98,8 +98,9 @@ class Copier {
   }
 
  private:
-  std::shared_ptr<File> Open(const fs::path& path) {
-    std::shared_ptr<File> file = File::Open(path, {.password = {}, .code_page = {}, .any_password = true}, untouched_);
+  std::shared_ptr<Storage> Open(const fs::path& path) {
+    std::shared_ptr<Storage> file =
+        Storage::Open(path, {.password = {}, .code_page = {}, .any_password = true}, untouched_);
     SettleCodePage(file);
     return file;
   }
@@ -134,7 +135,7 @@ class Copier {
     std::vector<std::byte> stored;
     Key key;
     try {
-      old_->Text(0).Encode(name, false, stored);
+      old_->CodecFor(0).Encode(name, false, stored);
       const std::u16string units = jet4 ? TextCodec::DecodeUnits(stored) : std::u16string();
       AppendKey(column, jet4 ? KeyValue(units) : KeyValue(Bytes(stored)), key);
     } catch (const ValueError& error) {
@@ -143,8 +144,8 @@ class Copier {
     return {};
   }
 
-  std::shared_ptr<TableState> TableOf(const CatalogEntry& entry) const {
-    return TableState::Open(old_, entry.page, entry.name);
+  std::shared_ptr<LoadedTable> TableOf(const CatalogEntry& entry) const {
+    return LoadedTable::Open(old_, entry.page, entry.name);
   }
 
   void WriteAll() {
@@ -155,15 +156,15 @@ class Copier {
     }
     FindTables();
     NameOtherObjects();
-    const std::shared_ptr<File> file = File::Create(part_, kind, files_);
+    const std::shared_ptr<Storage> file = Storage::Create(part_, kind, files_);
     Statement statement(file);
-    Creator creator(*file, kind, old_->Text(header.code_page).DecodeName(AsBytes(header.password)));
+    Creator creator(*file, kind, old_->CodecFor(header.code_page).DecodeName(AsBytes(header.password)));
     for (const CatalogEntry& entry : tables_) {
       creator.AddTable(entry.name, DefinitionFor(entry), PropertiesOf(entry));
       NameLostRules(entry);
     }
     for (const CatalogEntry& entry : tables_) {
-      CopyRows(TableOf(entry), *TableState::Open(file, FindTable(file, entry.name).page, entry.name));
+      CopyRows(TableOf(entry), *LoadedTable::Open(file, FindTable(file, entry.name).page, entry.name));
     }
     statement.Commit();
     file->Pages().Flush();
@@ -184,7 +185,7 @@ class Copier {
 
   // The old definition with the indexes that the new table has.
   TableDefinition DefinitionFor(const CatalogEntry& entry) {
-    const std::shared_ptr<TableState> table = TableOf(entry);
+    const std::shared_ptr<LoadedTable> table = TableOf(entry);
     TableDefinition definition = table->Definition();
     definition.type = kUserTable;
     definition.last_autonumber = table->LastAutonumber();
@@ -209,7 +210,7 @@ class Copier {
     return definition;
   }
 
-  void AddIndex(const std::shared_ptr<TableState>& table, std::size_t i, TableDefinition& definition) {
+  void AddIndex(const std::shared_ptr<LoadedTable>& table, std::size_t i, TableDefinition& definition) {
     std::vector<LogicalIndex> names;
     std::ranges::copy_if(table->Definition().logical_indexes, std::back_inserter(names), [i](const LogicalIndex& name) {
       return name.real_index == i && name.kind != IndexKind::kForeignKey;
@@ -232,7 +233,7 @@ class Copier {
     definition.real_indexes.push_back({.columns = real.columns, .owned_map = {}, .flags = real.flags});
   }
 
-  static std::string WhyNoIndex(const std::shared_ptr<TableState>& table, const Index& index) {
+  static std::string WhyNoIndex(const std::shared_ptr<LoadedTable>& table, const Index& index) {
     if (!index.Refusal().empty()) {
       return WithoutAdvice(index.Refusal());
     }
@@ -240,7 +241,7 @@ class Copier {
       return "the order of Chinese characters in it is not known";
     }
     try {
-      for (ScanState rows(table, {}); rows.Next();) {
+      for (RowScan rows(table, {}); rows.Next();) {
         index.KeyOf(rows.Cells());
       }
     } catch (const ValueError& error) {
@@ -253,7 +254,7 @@ class Copier {
   std::vector<std::byte> PropertiesOf(const CatalogEntry& entry) const {
     const std::vector<std::byte> stored = StoredProperties(old_, entry);
     try {
-      return stored.empty() ? stored : WithoutValidation(old_->Text(0), stored);
+      return stored.empty() ? stored : WithoutValidation(old_->CodecFor(0), stored);
     } catch (const AccessError&) {
       return {};
     }
@@ -266,7 +267,7 @@ class Copier {
       }
     };
     try {
-      const TableRules rules = ReadRules(old_->Text(0), StoredProperties(old_, entry));
+      const TableRules rules = ReadRules(old_->CodecFor(0), StoredProperties(old_, entry));
       name("table " + entry.name, rules.validation_rule);
       for (const auto& [column, of] : rules.columns) {
         name("column " + column + " of table " + entry.name, of.validation_rule);
@@ -276,21 +277,21 @@ class Copier {
     }
   }
 
-  static void CopyRows(const std::shared_ptr<TableState>& from, TableState& to) {
+  static void CopyRows(const std::shared_ptr<LoadedTable>& from, LoadedTable& to) {
     StoredRow row(*from);
-    for (ScanState rows(from, {}); rows.Next();) {
+    for (RowScan rows(from, {}); rows.Next();) {
       to.AppendStored(row.Read(rows));
     }
   }
 
   // The new file as it is on the disk, opened like any other.
   void CompareAll() {
-    const std::shared_ptr<File> file = Open(part_);
+    const std::shared_ptr<Storage> file = Open(part_);
     if (const std::vector<std::string> faults = CheckFile(file); !faults.empty()) {
       Differ(faults.front());
     }
-    if (old_->Text(HeaderOf(*old_).code_page).DecodeName(AsBytes(HeaderOf(*old_).password)) !=
-        file->Text(HeaderOf(*file).code_page).DecodeName(AsBytes(HeaderOf(*file).password))) {
+    if (old_->CodecFor(HeaderOf(*old_).code_page).DecodeName(AsBytes(HeaderOf(*old_).password)) !=
+        file->CodecFor(HeaderOf(*file).code_page).DecodeName(AsBytes(HeaderOf(*file).password))) {
       Differ("the password");
     }
     if (std::ranges::count_if(ReadCatalog(file), IsUserTable) != std::ssize(tables_)) {
@@ -301,12 +302,12 @@ class Copier {
       if (StoredProperties(file, copied) != PropertiesOf(entry)) {
         Differ("the properties of table " + entry.name);
       }
-      CompareTable(TableOf(entry), TableState::Open(file, copied.page, copied.name));
+      CompareTable(TableOf(entry), LoadedTable::Open(file, copied.page, copied.name));
       ++report_.tables;
     }
   }
 
-  void CompareTable(const std::shared_ptr<TableState>& theirs, const std::shared_ptr<TableState>& ours) {
+  void CompareTable(const std::shared_ptr<LoadedTable>& theirs, const std::shared_ptr<LoadedTable>& ours) {
     const auto same_column = [](const ColumnDefinition& a, const ColumnDefinition& b) {
       return a.shown.name == b.shown.name && a.shown.type == b.shown.type && a.stored_length == b.stored_length &&
              a.flags == b.flags && a.scale == b.scale && a.precision == b.precision && a.code_page == b.code_page;
@@ -316,8 +317,8 @@ class Copier {
     }
     StoredRow their_row(*theirs);
     StoredRow our_row(*ours);
-    ScanState our_rows(ours, {});
-    for (ScanState their_rows(theirs, {}); their_rows.Next(); ++report_.rows) {
+    RowScan our_rows(ours, {});
+    for (RowScan their_rows(theirs, {}); their_rows.Next(); ++report_.rows) {
       if (!our_rows.Next() || !std::ranges::equal(their_row.Read(their_rows), our_row.Read(our_rows), SameBytes)) {
         Differ("row " + std::to_string(report_.rows + 1) + " of table " + theirs->Name());
       }
@@ -336,7 +337,7 @@ class Copier {
   pager::ReadOnlyFiles untouched_;
   fs::path to_;
   fs::path part_;  // the name under which the copy grows until it has been compared
-  std::shared_ptr<File> old_;
+  std::shared_ptr<Storage> old_;
   std::vector<CatalogEntry> catalog_;
   std::vector<CatalogEntry> tables_;  // those to be copied
   CopyReport report_;

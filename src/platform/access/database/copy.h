@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 
 namespace marlevo::access {
 

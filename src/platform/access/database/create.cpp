@@ -12,9 +12,9 @@
 #include "platform/access/database/database.h"
 #include "platform/access/index/index_tree.h"
 #include "platform/access/storage/definition_pages.h"
-#include "platform/access/storage/file.h"
 #include "platform/access/storage/global_map.h"
-#include "platform/access/table/table_state.h"
+#include "platform/access/storage/storage.h"
+#include "platform/access/table/loaded_table.h"
 
 namespace marlevo::access {
 
@@ -38,7 +38,7 @@ std::int64_t SignedId(std::uint32_t id) {
 
 }  // namespace
 
-Creator::Creator(File& file, const NewFile& kind, std::string_view password)
+Creator::Creator(Storage& file, const NewFile& kind, std::string_view password)
     : file_(file), format_(file.Layout()), kind_(kind), now_(Now()) {
   WriteHeaderPage(password);
   WriteMapOfFile();
@@ -56,8 +56,8 @@ Creator::Creator(File& file, const NewFile& kind, std::string_view password)
     }
     WriteDefinition(page++, table.definition);
   }
-  objects_ = TableState::Open(file_.shared_from_this(), kObjectsPage, "MSysObjects");
-  permissions_ = TableState::Open(file_.shared_from_this(), kObjectsPage + 1, "MSysACEs");
+  objects_ = LoadedTable::Open(file_.shared_from_this(), kObjectsPage, "MSysObjects");
+  permissions_ = LoadedTable::Open(file_.shared_from_this(), kObjectsPage + 1, "MSysACEs");
   for (const SystemObject& object : SystemObjects(format_)) {
     Register(object);
   }
@@ -66,7 +66,7 @@ Creator::Creator(File& file, const NewFile& kind, std::string_view password)
 
 void Creator::WriteHeaderPage(std::string_view password) {
   std::vector<std::byte> stored;
-  const std::optional<std::size_t> length = file_.Text(0).Encode(password, false, stored);
+  const std::optional<std::size_t> length = file_.CodecFor(0).Encode(password, false, stored);
   if (!length || stored.size() > format_.password_size) {
     throw AccessError("a password has at most 20 characters");
   }
@@ -107,7 +107,7 @@ void Creator::WriteDefinition(std::uint32_t page, TableDefinition& definition) {
     UsageMap(file_, index.owned_map).Add(index.root);
     IndexTree(file_, page, index.root, index.owned_map).Clear();
   }
-  WriteDefinitionPages(file_, page, BuildDefinition(format_, file_.Text(0), definition));
+  WriteDefinitionPages(file_, page, BuildDefinition(format_, file_.CodecFor(0), definition));
 }
 
 RowPointer Creator::NewMap() {
@@ -187,7 +187,7 @@ TableDefinition DefinitionOf(const Format& format, const TableSchema& schema, in
 Database Database::Create(const std::filesystem::path& path, std::string_view password,
                           const std::vector<TableSchema>& tables, pager::FileSystem& files, NewFile kind) {
   CheckNames(tables);
-  const std::shared_ptr<File> file = File::Create(path, kind, files);
+  const std::shared_ptr<Storage> file = Storage::Create(path, kind, files);
   Statement statement(file);
   Creator creator(*file, kind, password);
   for (const TableSchema& table : tables) {

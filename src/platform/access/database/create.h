@@ -11,16 +11,16 @@
 #include "platform/access/bytes/schema.h"
 #include "platform/access/bytes/table_definition.h"
 #include "platform/access/database/system_tables.h"
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
-class TableState;
+class LoadedTable;
 
 class Creator {
  public:
   // Writes header, map of the file and system tables into `file`, which has no pages yet.
-  Creator(File& file, const NewFile& kind, std::string_view password);
+  Creator(Storage& file, const NewFile& kind, std::string_view password);
 
   // An empty table. Its maps and the roots of its indexes get their pages here. `properties`: what the catalog keeps of
   // it (see properties.h). Throws AccessError when the name or a column cannot be.
@@ -34,13 +34,13 @@ class Creator {
   void Register(const SystemObject& object, Bytes properties = {});
   void Permit(const std::vector<Permission>& permissions);
 
-  File& file_;
+  Storage& file_;
   const Format& format_;
   NewFile kind_;
   std::uint32_t map_page_ = 0;  // where the last map was put
   // The two system tables that say which objects there are and who may use them.
-  std::shared_ptr<TableState> objects_;
-  std::shared_ptr<TableState> permissions_;
+  std::shared_ptr<LoadedTable> objects_;
+  std::shared_ptr<LoadedTable> permissions_;
   double now_;
 };
 

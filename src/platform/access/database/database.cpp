@@ -3,15 +3,15 @@
 #include "platform/access/database/catalog.h"
 #include "platform/access/database/check.h"
 #include "platform/access/database/code_page_guess.h"
-#include "platform/access/storage/file.h"
-#include "platform/access/table/table_state.h"
+#include "platform/access/storage/storage.h"
+#include "platform/access/table/loaded_table.h"
 
 namespace marlevo::access {
 
-Database::Database(std::shared_ptr<File> file) : file_(std::move(file)) {}
+Database::Database(std::shared_ptr<Storage> file) : file_(std::move(file)) {}
 
 Database Database::Open(const std::filesystem::path& path, const OpenOptions& options, pager::FileSystem& files) {
-  const std::shared_ptr<File> file = File::Open(path, options, files);
+  const std::shared_ptr<Storage> file = Storage::Open(path, options, files);
   SettleCodePage(file);
   return Database(file);
 }
@@ -30,7 +30,7 @@ std::vector<std::string> Database::Tables() const {
 Table Database::OpenTable(std::string_view name) const {
   const pager::Reading reading(file_->Pages());
   const CatalogEntry entry = FindTable(file_, name);
-  const std::shared_ptr<TableState> table = TableState::Open(file_, entry.page, entry.name);
+  const std::shared_ptr<LoadedTable> table = LoadedTable::Open(file_, entry.page, entry.name);
   try {
     table->SetRules(StoredProperties(file_, entry));
   } catch (const AccessError& error) {
@@ -51,7 +51,7 @@ void Database::Discard(Fault reason) noexcept {
   file_->Discard(reason);
 }
 
-std::vector<std::string> Database::Check() const {
+std::vector<std::string> Database::FindFaults() const {
   return CheckFile(file_);
 }
 

@@ -16,7 +16,7 @@
 #include "platform/access/bytes/schema.h"
 #include "platform/access/table/statement.h"
 #include "platform/access/table/table.h"
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 
 namespace marlevo::access {
 
@@ -46,15 +46,15 @@ class Database {
 
   // Structural faults of the whole file, one line each, none when it is sound: maps, counts, pages owned twice or by
   // nobody known, rows that do not parse. Reads every page.
-  std::vector<std::string> Check() const;
+  std::vector<std::string> FindFaults() const;
 
   // Makes the inserts and deletes that follow one statement, until the Statement is committed or goes.
   Statement Begin() const { return Statement(file_); }
 
  private:
-  explicit Database(std::shared_ptr<File> file);
+  explicit Database(std::shared_ptr<Storage> file);
 
-  std::shared_ptr<File> file_;
+  std::shared_ptr<Storage> file_;
 };
 
 }  // namespace marlevo::access

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kWesternCodePage = 1252;
 
-TextOrder OrderOf(const File& file, const ColumnDefinition& column) {
+TextOrder OrderOf(const Storage& file, const ColumnDefinition& column) {
   if (column.language != kGeneralLanguage || column.sort_version != 0) {
     return TextOrder::kUnknown;
   }
@@ -33,7 +33,7 @@ std::string NameOf(const TableDefinition& table, std::size_t real_index) {
 }
 
 // Keys need the units of UTF-16 where the file stores them.
-KeyValue ValueOf(const File& file, const ColumnDefinition& column, Bytes stored, std::u16string& units) {
+KeyValue ValueOf(const Storage& file, const ColumnDefinition& column, Bytes stored, std::u16string& units) {
   if (column.shown.type != ColumnType::kText || file.Layout().version == 3) {
     return stored;
   }
@@ -43,11 +43,11 @@ KeyValue ValueOf(const File& file, const ColumnDefinition& column, Bytes stored,
 
 }  // namespace
 
-TextOrder OrderOfJet3Texts(const File& file, int code_page_label) {
+TextOrder OrderOfJet3Texts(const Storage& file, int code_page_label) {
   return file.CodePageOf(code_page_label) == kWesternCodePage ? TextOrder::kGeneralJet3 : TextOrder::kAsciiJet3;
 }
 
-Index::Index(File& file, std::uint32_t page, const TableDefinition& table, std::size_t real_index)
+Index::Index(Storage& file, std::uint32_t page, const TableDefinition& table, std::size_t real_index)
     : file_(&file),
       page_(page),
       keys_at_(file.Layout().definition.body + real_index * file.Layout().index_counter_size + kIndexKeysAt),
@@ -111,7 +111,7 @@ std::optional<Key> Index::KeyStart(std::span<const Value> values) const {
         if (column.shown.type == ColumnType::kBoolean) {
           value = EncodeBoolean(column, values[i]);
         } else {
-          EncodeCell(column, file_->Text(column.code_page), values[i], stored);
+          EncodeCell(column, file_->CodecFor(column.code_page), values[i], stored);
           value = ValueOf(*file_, column, stored, units);
         }
       } catch (const ValueError&) {

@@ -12,17 +12,17 @@
 #include "platform/access/bytes/table_definition.h"
 #include "platform/access/index/index_key.h"
 #include "platform/access/index/index_tree.h"
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
 // What is known of "General" for texts with this code-page label in a Jet 3 file.
-TextOrder OrderOfJet3Texts(const File& file, int code_page_label);
+TextOrder OrderOfJet3Texts(const Storage& file, int code_page_label);
 
 class Index {
  public:
   // `page` is the table's definition page; the file outlives the index.
-  Index(File& file, std::uint32_t page, const TableDefinition& table, std::size_t real_index);
+  Index(Storage& file, std::uint32_t page, const TableDefinition& table, std::size_t real_index);
 
   const std::string& Name() const { return name_; }
   const IndexTree& Tree() const { return tree_; }
@@ -74,7 +74,7 @@ class Index {
   bool ForbidsTwice(const RowKey& key) const;
   void CountKey(std::int32_t change) const;
 
-  File* file_;
+  Storage* file_;
   std::uint32_t page_;   // the table's definition page
   std::size_t keys_at_;  // on that page: how many different keys there are
   std::string name_;

@@ -368,7 +368,7 @@ struct IndexTree::Audit {
   void Fault(std::uint32_t page, const char* what) { faults.push_back("page " + std::to_string(page) + ": " + what); }
 };
 
-std::vector<std::string> IndexTree::Check() const {
+std::vector<std::string> IndexTree::FindFaults() const {
   Audit audit;
   CheckBelow(root_, 0, audit);
   if (audit.last_leaf_next != 0) {

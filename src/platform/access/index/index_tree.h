@@ -10,14 +10,14 @@
 
 #include "platform/access/bytes/table_definition.h"
 #include "platform/access/index/index_page.h"
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
 class IndexTree {
  public:
   // `table` is the table's definition page.
-  IndexTree(File& file, std::uint32_t table, std::uint32_t root, RowPointer owned_map)
+  IndexTree(Storage& file, std::uint32_t table, std::uint32_t root, RowPointer owned_map)
       : file_(&file), table_(table), root_(root), owned_map_(owned_map) {}
 
   // Makes the root an empty index's only page. Inside a statement.
@@ -32,7 +32,7 @@ class IndexTree {
   bool Erase(Bytes entry) const;
 
   // What is wrong with pages, links, order and map, one line each.
-  std::vector<std::string> Check() const;
+  std::vector<std::string> FindFaults() const;
 
  private:
   friend class IndexWalk;
@@ -78,7 +78,7 @@ class IndexTree {
   std::optional<std::vector<std::byte>> Greatest(IndexPage page) const;
   void CheckBelow(std::uint32_t number, std::size_t depth, Audit& audit) const;
 
-  File* file_;
+  Storage* file_;
   std::uint32_t table_;
   std::uint32_t root_;
   RowPointer owned_map_;

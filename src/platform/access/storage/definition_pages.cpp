@@ -16,7 +16,7 @@ constexpr std::size_t kMaxPages = 64;        // four times what the largest tabl
 
 }  // namespace
 
-std::vector<std::uint32_t> DefinitionPages(const File& file, std::uint32_t page) {
+std::vector<std::uint32_t> DefinitionPages(const Storage& file, std::uint32_t page) {
   std::vector<std::uint32_t> pages;
   std::uint32_t next = page;
   do {
@@ -31,7 +31,7 @@ std::vector<std::uint32_t> DefinitionPages(const File& file, std::uint32_t page)
   return pages;
 }
 
-std::vector<std::byte> ReadDefinitionPages(const File& file, std::uint32_t page) {
+std::vector<std::byte> ReadDefinitionPages(const Storage& file, std::uint32_t page) {
   std::vector<std::byte> joined;
   for (const std::uint32_t number : DefinitionPages(file, page)) {
     const pager::PageRef part = file.Read(number);
@@ -41,7 +41,7 @@ std::vector<std::byte> ReadDefinitionPages(const File& file, std::uint32_t page)
   return joined;
 }
 
-void WriteDefinitionPages(File& file, std::uint32_t page, Bytes joined) {
+void WriteDefinitionPages(Storage& file, std::uint32_t page, Bytes joined) {
   const std::size_t page_size = file.Layout().page_size;
   for (bool first = true; !joined.empty(); first = false) {
     const std::size_t header = first ? 0 : kHeader;

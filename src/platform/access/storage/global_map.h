@@ -7,7 +7,7 @@ namespace marlevo::access {
 
 class GlobalMap : public UsageMap {
  public:
-  explicit GlobalMap(File& file) : UsageMap(file, {kGlobalMapPage, 0}) {}
+  explicit GlobalMap(Storage& file) : UsageMap(file, {kGlobalMapPage, 0}) {}
 
   // Makes the map long enough for the page. Of the pages that it did not know before, those that the file has count as
   // used, later ones as free. Inside a statement; may append pages.

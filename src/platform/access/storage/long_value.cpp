@@ -24,7 +24,7 @@ struct Field {
   RowPointer first;
 };
 
-Field ParseField(const File& file, std::uint32_t page, Bytes field) {
+Field ParseField(const Storage& file, std::uint32_t page, Bytes field) {
   if (field.size() < kLongValueHeader) {
     throw AccessError(page, "a long value's field has only " + std::to_string(field.size()) + " bytes");
   }
@@ -43,7 +43,7 @@ Field ParseField(const File& file, std::uint32_t page, Bytes field) {
 // into itself meets the row that was marked last, the first, second, fourth, eighth and so on, at the latest after as
 // many rows again.
 template <typename Visit>
-void ForEachPart(const File& file, const Field& field, Visit visit) {
+void ForEachPart(const Storage& file, const Field& field, Visit visit) {
   const bool chain = (field.flags & kSingleRow) == 0;
   std::size_t rest = field.length;
   std::size_t rows = 0;
@@ -75,7 +75,7 @@ void ForEachPart(const File& file, const Field& field, Visit visit) {
 
 }  // namespace
 
-void ReadLongValue(const File& file, std::uint32_t page, Bytes field, std::vector<std::byte>& value) {
+void ReadLongValue(const Storage& file, std::uint32_t page, Bytes field, std::vector<std::byte>& value) {
   value.clear();
   const Field parsed = ParseField(file, page, field);
   if ((parsed.flags & kInline) != 0) {
@@ -97,7 +97,7 @@ std::vector<std::byte> InlineLongValue(Bytes value) {
   return field;
 }
 
-void StoreLongValue(const File& file, RowSpace& space, Bytes value, MutableBytes field) {
+void StoreLongValue(const Storage& file, RowSpace& space, Bytes value, MutableBytes field) {
   std::ranges::fill(field, std::byte{0});
   const std::size_t most = file.Layout().max_long_value_row;
   if (value.size() <= most) {
@@ -121,7 +121,7 @@ void StoreLongValue(const File& file, RowSpace& space, Bytes value, MutableBytes
   StoreRowPointer(&field[kRowPointerAt], next);
 }
 
-void RemoveLongValue(const File& file, RowSpace& space, std::uint32_t page, Bytes field) {
+void RemoveLongValue(const Storage& file, RowSpace& space, std::uint32_t page, Bytes field) {
   const Field parsed = ParseField(file, page, field);
   if ((parsed.flags & kInline) != 0) {
     return;

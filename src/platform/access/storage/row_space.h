@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "platform/access/bytes/data_page.h"
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 #include "platform/access/storage/usage_map.h"
 
 namespace marlevo::access {
@@ -13,7 +13,7 @@ namespace marlevo::access {
 class RowSpace {
  public:
   // `owner`: what bytes 4..7 of the pages say.
-  RowSpace(File& file, std::uint32_t owner, RowPointer owned_map, RowPointer free_map)
+  RowSpace(Storage& file, std::uint32_t owner, RowPointer owned_map, RowPointer free_map)
       : file_(&file), owner_(owner), owned_(file, owned_map), free_(file, free_map) {}
 
   const UsageMap& Owned() const { return owned_; }
@@ -37,7 +37,7 @@ class RowSpace {
   RowPointer PutOnLast(Bytes row);
   bool WorthOffering(const DataPage& page) const;
 
-  File* file_;
+  Storage* file_;
   std::uint32_t owner_;
   UsageMap owned_;
   UsageMap free_;

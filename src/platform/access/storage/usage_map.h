@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "platform/access/bytes/data_page.h"
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
 class UsageMap {
  public:
-  UsageMap(File& file, RowPointer row) : file_(&file), row_(row) {}
+  UsageMap(Storage& file, RowPointer row) : file_(&file), row_(row) {}
 
   bool Contains(std::uint32_t page) const;
 
@@ -46,7 +46,7 @@ class UsageMap {
   void SetReference(std::size_t index, std::uint32_t map_page);
   std::uint32_t PagesPerMapPage() const;
 
-  File* file_;
+  Storage* file_;
   RowPointer row_;
 
  private:

@@ -9,7 +9,7 @@
 #include "platform/access/bytes/row.h"
 #include "platform/access/bytes/schema.h"
 #include "platform/access/bytes/table_definition.h"
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 

@@ -2,7 +2,7 @@
 
 namespace marlevo::access {
 
-Statement::Statement(std::shared_ptr<File> file) : file_(std::move(file)) {
+Statement::Statement(std::shared_ptr<Storage> file) : file_(std::move(file)) {
   file_->Begin();
 }
 

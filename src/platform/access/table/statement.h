@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
@@ -13,13 +13,13 @@ namespace marlevo::access {
 // Database::Begin makes one.
 class Statement {
  public:
-  explicit Statement(std::shared_ptr<File> file);
+  explicit Statement(std::shared_ptr<Storage> file);
   ~Statement();
   Statement(Statement&&) noexcept = default;
   void Commit();
 
  private:
-  std::shared_ptr<File> file_;  // none once committed
+  std::shared_ptr<Storage> file_;  // none once committed
 };
 
 }  // namespace marlevo::access

@@ -2,9 +2,9 @@
 
 #include "platform/access/bytes/access_error.h"
 #include "platform/access/bytes/cell.h"
-#include "platform/access/table/scan_state.h"
+#include "platform/access/table/loaded_table.h"
+#include "platform/access/table/row_scan.h"
 #include "platform/access/table/statement.h"
-#include "platform/access/table/table_state.h"
 
 namespace marlevo::access {
 
@@ -12,14 +12,14 @@ namespace {
 
 // Does `work` inside the statement that the caller has open, or one of its own.
 template <typename Work>
-auto InStatement(const TableState& table, Work work) {
+auto InStatement(const LoadedTable& table, Work work) {
   if (!table.WriteRefusal().empty()) {
     throw AccessError(table.WriteRefusal(), Fault::kNeedsAccess);
   }
-  if (table.Storage().InStatement()) {
+  if (table.File().InStatement()) {
     return work();
   }
-  Statement statement(table.SharedStorage());
+  Statement statement(table.SharedFile());
   const auto result = work();
   statement.Commit();
   return result;
@@ -27,7 +27,7 @@ auto InStatement(const TableState& table, Work work) {
 
 }  // namespace
 
-Cursor::Cursor(std::unique_ptr<ScanState> state) : state_(std::move(state)) {}
+Cursor::Cursor(std::unique_ptr<RowScan> state) : state_(std::move(state)) {}
 Cursor::~Cursor() = default;
 Cursor::Cursor(Cursor&&) noexcept = default;
 Cursor& Cursor::operator=(Cursor&&) noexcept = default;
@@ -74,7 +74,7 @@ Value Cursor::Cell(std::size_t column) {
   return Raw(column);
 }
 
-Table::Table(std::shared_ptr<TableState> state) : state_(std::move(state)) {}
+Table::Table(std::shared_ptr<LoadedTable> state) : state_(std::move(state)) {}
 Table::~Table() = default;
 Table::Table(Table&&) noexcept = default;
 Table& Table::operator=(Table&&) noexcept = default;
@@ -101,7 +101,7 @@ bool Table::Delete(RowId row) {
 }
 
 std::function<std::optional<std::size_t>(std::string_view)> Table::LengthCounter(std::size_t column) const {
-  return [codec = state_->Text(column)](std::string_view text) {
+  return [codec = state_->CodecOf(column)](std::string_view text) {
     std::vector<std::byte> stored;
     return codec.Encode(text, false, stored);
   };
@@ -112,11 +112,11 @@ const std::vector<IndexView>& Table::Indexes() const {
 }
 
 Cursor Table::Walk(std::size_t index, std::span<const Value> values, std::span<const Equals> conditions) const {
-  return Cursor(std::make_unique<ScanState>(state_, conditions, state_->SearchedIndex(index), values));
+  return Cursor(std::make_unique<RowScan>(state_, conditions, state_->SearchedIndex(index), values));
 }
 
 Cursor Table::Scan(std::span<const Equals> conditions) const {
-  return Cursor(std::make_unique<ScanState>(state_, conditions));
+  return Cursor(std::make_unique<RowScan>(state_, conditions));
 }
 
 }  // namespace marlevo::access

@@ -16,9 +16,9 @@
 
 namespace marlevo::access {
 
-class File;
-class TableState;
-class ScanState;
+class Storage;
+class LoadedTable;
+class RowScan;
 
 // A row qualifies when the numeric column holds exactly `value`. Null never does.
 struct Equals {
@@ -49,9 +49,9 @@ class Cursor {
 
  private:
   friend class Table;
-  explicit Cursor(std::unique_ptr<ScanState> state);
+  explicit Cursor(std::unique_ptr<RowScan> state);
 
-  std::unique_ptr<ScanState> state_;
+  std::unique_ptr<RowScan> state_;
 };
 
 class Table {
@@ -95,9 +95,9 @@ class Table {
 
  private:
   friend class Database;
-  explicit Table(std::shared_ptr<TableState> state);
+  explicit Table(std::shared_ptr<LoadedTable> state);
 
-  std::shared_ptr<TableState> state_;
+  std::shared_ptr<LoadedTable> state_;
 };
 
 }  // namespace marlevo::access

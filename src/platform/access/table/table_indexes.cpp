@@ -15,7 +15,7 @@ constexpr std::uint8_t kReferring = 2;
 
 }  // namespace
 
-TableIndexes::TableIndexes(File& file, std::uint32_t page, const TableDefinition& table) : page_(page) {
+TableIndexes::TableIndexes(Storage& file, std::uint32_t page, const TableDefinition& table) : page_(page) {
   for (std::size_t i = 0; i < table.real_indexes.size(); ++i) {
     indexes_.emplace_back(file, page, table, i);
     Refuse(indexes_.back().Refusal());
@@ -33,13 +33,13 @@ void TableIndexes::Refuse(const std::string& reason) {
   }
 }
 
-void TableIndexes::FindRelationship(File& file, const LogicalIndex& index) {
+void TableIndexes::FindRelationship(Storage& file, const LogicalIndex& index) {
   const auto refuse = [&](const std::string& why) {
     Refuse("the relationship " + index.name + " " + why + "; open the file in Access and remove it");
   };
   TableDefinition other;
   try {
-    other = ParseDefinition(file.Layout(), file.Text(0), index.related_table,
+    other = ParseDefinition(file.Layout(), file.CodecFor(0), index.related_table,
                             ReadDefinitionPages(file, index.related_table));
   } catch (const AccessError&) {
     return refuse("leads to a damaged table");

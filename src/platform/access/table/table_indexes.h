@@ -9,7 +9,7 @@
 #include "platform/access/bytes/row.h"
 #include "platform/access/bytes/table_definition.h"
 #include "platform/access/index/index.h"
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 namespace marlevo::access {
 
@@ -17,7 +17,7 @@ class TableIndexes {
  public:
   // `page` is the table's definition page; the file outlives this.
   // Does not throw for what is wrong with the indexes: that is a Refusal.
-  TableIndexes(File& file, std::uint32_t page, const TableDefinition& table);
+  TableIndexes(Storage& file, std::uint32_t page, const TableDefinition& table);
 
   const std::vector<Index>& All() const { return indexes_; }
 
@@ -46,7 +46,7 @@ class TableIndexes {
 
   void RememberKeys(const RowView& row);
   void Refuse(const std::string& reason);
-  void FindRelationship(File& file, const LogicalIndex& index);
+  void FindRelationship(Storage& file, const LogicalIndex& index);
   bool IsReferredTo(const Relationship& relationship, Bytes key, RowId id) const;
 
   std::uint32_t page_;

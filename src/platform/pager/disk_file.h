@@ -34,7 +34,7 @@ struct FileStamp {
   bool operator==(const FileStamp&) const = default;
 };
 
-// Advisory locks between processes, each on one thing. A lock ends with its File, also when the process is killed.
+// Advisory locks between processes, each on one thing. A lock ends with its DiskFile, also when the process is killed.
 enum class LockKind {
   kWriter,   // exclusive: the process that may write to the file
   kPending,  // taken before kContent by both sides, so that readers that come in a row cannot keep the writer out
@@ -42,9 +42,9 @@ enum class LockKind {
 };
 enum class LockMode { kShared, kExclusive };
 
-class File {
+class DiskFile {
  public:
-  virtual ~File() = default;
+  virtual ~DiskFile() = default;
 
   // Fills `bytes` from `offset`; returns how many there were, fewer only at the end of the file.
   virtual std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) = 0;
@@ -86,9 +86,9 @@ class FileSystem {
   // The one absolute name of a file, links followed: what stands beside the file has to be found by every name of it.
   virtual std::filesystem::path Resolve(const std::filesystem::path& path) = 0;
   // An existing file, for reading only if it may not be written; null when there is none.
-  virtual std::unique_ptr<File> Open(const std::filesystem::path& path) = 0;
+  virtual std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) = 0;
   // A new file; throws when the name is taken.
-  virtual std::unique_ptr<File> Create(const std::filesystem::path& path) = 0;
+  virtual std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) = 0;
   // The stamp of the file that has this name now, by whomever it was made; nothing when there is none.
   virtual std::optional<FileStamp> Look(const std::filesystem::path& path) = 0;
   // Removes a file that no other program uses; true as well when there is none. How use is told: see the systems'

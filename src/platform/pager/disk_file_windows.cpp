@@ -9,7 +9,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 
 namespace marlevo::pager {
 namespace {
@@ -33,7 +33,7 @@ bool IsMissing(DWORD code) {
   return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
 }
 
-Fault KindOf(DWORD code) {
+Fault FaultOf(DWORD code) {
   switch (code) {
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
@@ -53,7 +53,7 @@ Fault KindOf(DWORD code) {
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const char* attempted) {
   const DWORD code = GetLastError();
-  throw PagerError(path, std::string(attempted) + ": " + Reason(code), KindOf(code));
+  throw PagerError(path, std::string(attempted) + ": " + Reason(code), FaultOf(code));
 }
 
 OVERLAPPED At(std::uint64_t offset) {
@@ -86,7 +86,7 @@ FileStamp StampOf(HANDLE handle, const std::filesystem::path& path) {
           .named = !standard.DeletePending && standard.NumberOfLinks > 0};
 }
 
-class WindowsFile final : public File {
+class WindowsFile final : public DiskFile {
  public:
   WindowsFile(std::filesystem::path path, HANDLE handle, bool writable)
       : path_(std::move(path)), handle_(handle), writable_(writable) {}
@@ -135,7 +135,7 @@ class WindowsFile final : public File {
       OVERLAPPED place;
       ~Unlock() { UnlockFileEx(handle, 0, size, 0, &place); }
     } unlock{handle_, size, At(from)};
-    return File::Overwrite(pieces, unchanged);
+    return DiskFile::Overwrite(pieces, unchanged);
   }
 
   void Truncate(std::uint64_t size) override {
@@ -197,7 +197,7 @@ class WindowsFiles final : public FileSystem {
     return error ? std::filesystem::absolute(path) : real;
   }
 
-  std::unique_ptr<File> Open(const std::filesystem::path& path) override {
+  std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) override {
     HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
     if (handle != INVALID_HANDLE_VALUE) return std::make_unique<WindowsFile>(path, handle, true);
     const DWORD code = GetLastError();
@@ -210,7 +210,7 @@ class WindowsFiles final : public FileSystem {
     return std::make_unique<WindowsFile>(path, handle, false);
   }
 
-  std::unique_ptr<File> Create(const std::filesystem::path& path) override {
+  std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) override {
     HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, CREATE_NEW);
     if (handle == INVALID_HANDLE_VALUE) Fail(path, "cannot be created");
     return std::make_unique<WindowsFile>(path, handle, true);

@@ -9,12 +9,12 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 
 namespace marlevo::pager {
 namespace {
 
-Fault KindOf(int code) {
+Fault FaultOf(int code) {
   switch (code) {
     case ENOSPC:
     case EDQUOT:
@@ -31,7 +31,7 @@ Fault KindOf(int code) {
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const char* attempted) {
   const int code = errno;
-  throw PagerError(path, std::string(attempted) + ": " + std::generic_category().message(code), KindOf(code));
+  throw PagerError(path, std::string(attempted) + ": " + std::generic_category().message(code), FaultOf(code));
 }
 
 // Locks are single bytes far behind every page that the format allows.
@@ -46,7 +46,7 @@ FileStamp StampOf(const struct stat& status) {
           .named = status.st_nlink > 0};
 }
 
-class PosixFile final : public File {
+class PosixFile final : public DiskFile {
  public:
   PosixFile(std::filesystem::path path, int handle, bool writable)
       : path_(std::move(path)), handle_(handle), writable_(writable) {}
@@ -139,7 +139,7 @@ class PosixFiles final : public FileSystem {
     return real;
   }
 
-  std::unique_ptr<File> Open(const std::filesystem::path& path) override {
+  std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) override {
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) {
       if (errno == ENOENT || errno == ENOTDIR) return nullptr;
@@ -159,7 +159,7 @@ class PosixFiles final : public FileSystem {
     return std::make_unique<PosixFile>(path, handle, false);
   }
 
-  std::unique_ptr<File> Create(const std::filesystem::path& path) override {
+  std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) override {
     const int handle = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (handle < 0) Fail(path, "cannot be created");
     return std::make_unique<PosixFile>(path, handle, true);

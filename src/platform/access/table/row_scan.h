@@ -9,22 +9,22 @@
 #include <vector>
 
 #include "platform/access/bytes/row.h"
+#include "platform/access/table/loaded_table.h"
 #include "platform/access/table/table.h"
-#include "platform/access/table/table_state.h"
 #include "platform/pager/pager.h"
 
 namespace marlevo::access {
 
-class ScanState {
+class RowScan {
  public:
-  ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions);
+  RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions);
   // In the order of one of the table's indexes, rows with these values in its first columns; see Table::Walk.
-  ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions, const Index& index,
-            std::span<const Value> values);
+  RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions, const Index& index,
+          std::span<const Value> values);
 
   bool Next();
   RowId Row() const { return ToRowId({page_, static_cast<std::uint8_t>(slot_)}); }
-  const TableState& Table() const { return *table_; }
+  const LoadedTable& Table() const { return *table_; }
   const RowView& Cells() const { return row_; }
 
   bool IsNull(std::size_t column) const;
@@ -52,9 +52,9 @@ class ScanState {
   bool LookAt(Bytes row, std::uint32_t page);
   bool LookAtSlot(const DataPage& page);
   Bytes CellBytes(std::size_t column) const;
-  std::uint64_t Version() const { return table_->Storage().Pages().Version(); }
+  std::uint64_t Version() const { return table_->File().Pages().Version(); }
 
-  std::shared_ptr<TableState> table_;
+  std::shared_ptr<LoadedTable> table_;
   pager::Reading reading_;
   std::vector<Equals> conditions_;
   std::vector<RawCondition> raw_conditions_;

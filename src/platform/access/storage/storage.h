@@ -18,15 +18,15 @@
 
 namespace marlevo::access {
 
-class TableState;
+class LoadedTable;
 
-class File : public std::enable_shared_from_this<File> {
+class Storage : public std::enable_shared_from_this<Storage> {
  public:
   // Checks format and password.
-  static std::shared_ptr<File> Open(const std::filesystem::path& path, const OpenOptions& options,
-                                    pager::FileSystem& files);
+  static std::shared_ptr<Storage> Open(const std::filesystem::path& path, const OpenOptions& options,
+                                       pager::FileSystem& files);
   // A file of no pages.
-  static std::shared_ptr<File> Create(const std::filesystem::path& path, NewFile kind, pager::FileSystem& files);
+  static std::shared_ptr<Storage> Create(const std::filesystem::path& path, NewFile kind, pager::FileSystem& files);
 
   const Format& Layout() const { return *format_; }
   pager::Pager& Pages() const { return *pager_; }
@@ -41,15 +41,15 @@ class File : public std::enable_shared_from_this<File> {
   // The code page in which Jet 3 texts with this label are stored.
   int CodePageOf(int label) const;
 
-  // How texts with this code-page label are stored; the label counts for Jet 3 only. Lives as long as the File.
-  const TextCodec& Text(int code_page_label) const;
+  // How texts with this code-page label are stored; the label counts for Jet 3 only. Lives as long as the Storage.
+  const TextCodec& CodecFor(int code_page_label) const;
 
   // Where the open table whose definition begins at `page` is remembered while somebody has it; filled by
-  // TableState::Open.
-  std::weak_ptr<TableState>& TableSlot(std::uint32_t page) { return tables_[page]; }
+  // LoadedTable::Open.
+  std::weak_ptr<LoadedTable>& TableSlot(std::uint32_t page) { return tables_[page]; }
 
-  // Statements of this File. Begin and Flush throw, once, when the statements before that were not flushed are lost,
-  // because another File failed to store the same pages.
+  // Statements of this Storage. Begin and Flush throw, once, when the statements before that were not flushed are lost,
+  // because another Storage failed to store the same pages.
   void Begin();
   void Commit();
   void Rollback() noexcept;
@@ -66,7 +66,7 @@ class File : public std::enable_shared_from_this<File> {
   void GivePage(std::uint32_t page);
 
  private:
-  File(const Format& format, std::shared_ptr<pager::Pager> pager) : format_(&format), pager_(std::move(pager)) {}
+  Storage(const Format& format, std::shared_ptr<pager::Pager> pager) : format_(&format), pager_(std::move(pager)) {}
 
   void RequireKept();
   bool LooksUsed(std::uint32_t page) const;
@@ -76,7 +76,7 @@ class File : public std::enable_shared_from_this<File> {
   int header_code_page_ = 0;
   std::optional<int> code_page_override_;
   mutable std::map<int, TextCodec> codecs_;
-  std::map<std::uint32_t, std::weak_ptr<TableState>> tables_;
+  std::map<std::uint32_t, std::weak_ptr<LoadedTable>> tables_;
   bool in_statement_ = false;
   std::shared_ptr<const pager::Pager::Batch> batch_;  // to which the last statement belongs
 };

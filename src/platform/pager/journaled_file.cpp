@@ -1,4 +1,4 @@
-#include "platform/pager/paged_file.h"
+#include "platform/pager/journaled_file.h"
 
 #include <algorithm>
 #include <bit>
@@ -17,15 +17,15 @@ constexpr std::size_t kRunBytes = std::size_t{1} << 18;
 
 }  // namespace
 
-PagedFile::PagedFile(FileSystem& files, std::filesystem::path path, std::unique_ptr<File> file,
-                     std::filesystem::path final_path)
+JournaledFile::JournaledFile(FileSystem& files, std::filesystem::path path, std::unique_ptr<DiskFile> file,
+                             std::filesystem::path final_path)
     : files_(files),
       path_(std::move(path)),
       final_path_(std::move(final_path)),
       file_(std::move(file)),
       journal_(files, JournalPath(path_)) {}
 
-PagedFile::~PagedFile() {
+JournaledFile::~JournaledFile() {
   if (stage_ != Stage::kIdle) return;  // The journal is needed by whoever opens the file next.
   journal_.Close();
   if (final_path_.empty() || path_ == final_path_) return;
@@ -36,7 +36,7 @@ PagedFile::~PagedFile() {
   }
 }
 
-void PagedFile::Use(PageFormat format) {
+void JournaledFile::SetFormat(PageFormat format) {
   if (!std::has_single_bit(format.page_size) || format.page_size < kMinPageBytes || format.page_size > kMaxPageBytes) {
     throw std::logic_error("no such page size");
   }
@@ -44,13 +44,13 @@ void PagedFile::Use(PageFormat format) {
   LookAtSize();
 }
 
-std::vector<std::byte> PagedFile::Head() {
+std::vector<std::byte> JournaledFile::Head() {
   std::vector<std::byte> head(kHeadBytes);
   head.resize(file_->ReadAt(0, head));
   return head;
 }
 
-bool PagedFile::Own() {
+bool JournaledFile::BecomeWriter() {
   if (owned_) return true;
   if (!file_->Writable() || !file_->Lock(LockKind::kWriter, LockMode::kExclusive, false)) return false;
   try {
@@ -71,36 +71,36 @@ bool PagedFile::Own() {
   return true;
 }
 
-void PagedFile::Share() {
+void JournaledFile::LockForReading() {
   while (!owned_) {
     LockContent(LockMode::kShared);
     shared_ = true;
     try {
       if (!FoundUnfinished()) break;
     } catch (...) {
-      Unshare();
+      UnlockAfterReading();
       throw;
     }
     // An owner changes the file only while nobody shares it, so this one is dead. Either the file gets well here or
     // another process is just about it, and the next round waits for that one.
-    Unshare();
+    UnlockAfterReading();
     if (!file_->Writable()) {
       throw PagerError(path_,
                        "was left in the middle of a change and cannot be repaired, because it may not be written",
                        Fault::kDenied);
     }
-    Own();
+    BecomeWriter();
   }
   LookAtSize();
   if (!owned_) known_ = file_->Stamp();
 }
 
-void PagedFile::Unshare() noexcept {
+void JournaledFile::UnlockAfterReading() noexcept {
   if (shared_) file_->Unlock(LockKind::kContent);
   shared_ = false;
 }
 
-void PagedFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
+void JournaledFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
   const std::size_t size = format_.page_size;
   const std::size_t n = file_->ReadAt(std::uint64_t{first} * size, bytes);
   RequireUnchanged();
@@ -116,18 +116,18 @@ void PagedFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
   }
 }
 
-void PagedFile::RequireUnchanged() {
+void JournaledFile::RequireUnchanged() {
   if (known_ && file_->Stamp() != *known_) throw Changed("was changed by");
 }
 
-void PagedFile::RequireInPlace() {
+void JournaledFile::RequireInPlace() {
   const std::optional<FileStamp> found = files_.Look(path_);
   if (!found) throw Changed("was removed by");
   if (found->id != file_->Stamp().id) throw Changed("was replaced by");
   RequireUnchanged();
 }
 
-void PagedFile::RequireUnused() {
+void JournaledFile::RequireUnused() {
   if (format_.sign_of_use.empty()) return;
   std::filesystem::path sign = path_;
   sign.replace_extension(format_.sign_of_use);
@@ -136,7 +136,7 @@ void PagedFile::RequireUnused() {
   }
 }
 
-void PagedFile::PrepareToWrite() {
+void JournaledFile::PrepareToWrite() {
   if (!damage_.empty()) throw PagerError(path_, damage_, Fault::kDamaged);
   if (!whole_pages_) {
     throw PagerError(path_, "is not made of whole pages and can only be read", Fault::kDamaged);
@@ -144,7 +144,7 @@ void PagedFile::PrepareToWrite() {
   journal_.Prepare();
 }
 
-void PagedFile::Write(const std::vector<Page>& pages) {
+void JournaledFile::Write(const std::vector<Page>& pages) {
   if (stage_ == Stage::kIdle) {
     LockContent(LockMode::kExclusive);
     stage_ = Stage::kSettled;  // the file is still whole: if the journal breaks off it is only made void
@@ -168,9 +168,9 @@ void PagedFile::Write(const std::vector<Page>& pages) {
   page_count_ = reach_;
 }
 
-FileStamp PagedFile::Overwrite(const std::vector<Page>& pages) {
+FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
   const std::size_t size = format_.page_size;
-  std::vector<File::Piece> pieces;
+  std::vector<DiskFile::Piece> pieces;
   for (const Page& page : pages) {
     const std::uint64_t offset = std::uint64_t{page.number} * size;
     if (pieces.empty() || pieces.back().offset + pieces.back().bytes.size() != offset ||
@@ -182,7 +182,7 @@ FileStamp PagedFile::Overwrite(const std::vector<Page>& pages) {
     run.resize(run.size() + size);
     EncodeTo(page, std::span(run).last(size));
   }
-  const auto unchanged = [&](const File::Piece& piece, std::span<const std::byte> now) {
+  const auto unchanged = [&](const DiskFile::Piece& piece, std::span<const std::byte> now) {
     auto page = static_cast<std::uint32_t>(piece.offset / size);
     const auto end = static_cast<std::uint32_t>(page + piece.bytes.size() / size);
     for (; now.size() >= size && IsStanding(page, now.first(size)); ++page) now = now.subspan(size);
@@ -202,7 +202,7 @@ FileStamp PagedFile::Overwrite(const std::vector<Page>& pages) {
     reach_ = page_count_;
     throw Changed("was changed by");
   }
-  for (const File::Piece& piece : pieces) {
+  for (const DiskFile::Piece& piece : pieces) {
     for (std::size_t at = 0; at < piece.bytes.size(); at += size) {
       standing_[static_cast<std::uint32_t>((piece.offset + at) / size)] =
           ContentHash(std::span(piece.bytes).subspan(at, size));
@@ -211,19 +211,19 @@ FileStamp PagedFile::Overwrite(const std::vector<Page>& pages) {
   return *stamp;
 }
 
-bool PagedFile::IsStanding(std::uint32_t page, std::span<const std::byte> raw) const {
+bool JournaledFile::IsStanding(std::uint32_t page, std::span<const std::byte> raw) const {
   const auto found = standing_.find(page);
   if (found != standing_.end()) return found->second == ContentHash(raw);
   // A new page that has been left out so far.
   return std::ranges::all_of(raw, [](std::byte byte) { return byte == std::byte{0}; });
 }
 
-bool PagedFile::IsStanding(std::uint32_t page) {
+bool JournaledFile::IsStanding(std::uint32_t page) {
   std::vector<std::byte> raw(format_.page_size);
   return file_->ReadAt(std::uint64_t{page} * raw.size(), raw) == raw.size() && IsStanding(page, raw);
 }
 
-void PagedFile::Undo() {
+void JournaledFile::Undo() {
   if (stage_ != Stage::kTouched) return;
   const Recovery recovery(journal_.Opened());
   if (!recovery.Unfinished()) {
@@ -250,7 +250,7 @@ void PagedFile::Undo() {
 
 // How many pages of a file of this size are not new pages of the change under way. A page on whose way the disk failed
 // may look like anything.
-std::uint64_t PagedFile::EndOfOthers(std::uint64_t size) {
+std::uint64_t JournaledFile::EndOfOthers(std::uint64_t size) {
   for (std::uint64_t end = size / format_.page_size; end > journal_.PageCount(); --end) {
     const auto page = static_cast<std::uint32_t>(end - 1);
     if (page >= reach_ || (standing_.contains(page) && !IsStanding(page))) return end;
@@ -258,19 +258,19 @@ std::uint64_t PagedFile::EndOfOthers(std::uint64_t size) {
   return journal_.PageCount();
 }
 
-void PagedFile::Settle() {
+void JournaledFile::FinishJournal() {
   Undo();
   if (stage_ != Stage::kSettled) return;
-  journal_.Retire();
+  journal_.Invalidate();
   stage_ = Stage::kIdle;
   file_->Unlock(LockKind::kContent);
 }
 
-void PagedFile::GiveUp() noexcept {
+void JournaledFile::GiveUp() noexcept {
   // The first attempt may end with the word that another program has been at work; then the file is settled with.
   for (int attempt = 0; attempt < 2 && stage_ != Stage::kIdle; ++attempt) {
     try {
-      Settle();
+      FinishJournal();
     } catch (const PagerError&) {
       // Whoever opens the file next finds the journal.
     }
@@ -280,7 +280,7 @@ void PagedFile::GiveUp() noexcept {
   owned_ = shared_ = false;
 }
 
-void PagedFile::Publish() {
+void JournaledFile::Publish() {
   if (final_path_.empty()) return;
   if (path_ != final_path_) {
     journal_.Close();
@@ -292,7 +292,7 @@ void PagedFile::Publish() {
   final_path_.clear();
 }
 
-void PagedFile::LockContent(LockMode mode) {
+void JournaledFile::LockContent(LockMode mode) {
   file_->Lock(LockKind::kPending, mode, true);
   try {
     file_->Lock(LockKind::kContent, mode, true);
@@ -303,16 +303,16 @@ void PagedFile::LockContent(LockMode mode) {
   file_->Unlock(LockKind::kPending);
 }
 
-bool PagedFile::FoundUnfinished() {
-  const std::unique_ptr<File> journal = files_.Open(JournalPath(path_));
+bool JournaledFile::FoundUnfinished() {
+  const std::unique_ptr<DiskFile> journal = files_.Open(JournalPath(path_));
   if (!journal) return false;
   const Recovery recovery(*journal);
   return LooksLikeJournal(*journal) && recovery.Unfinished() && recovery.Fits(*file_);
 }
 
-void PagedFile::Recover() {
+void JournaledFile::Recover() {
   const std::filesystem::path path = JournalPath(path_);
-  std::unique_ptr<File> journal = files_.Open(path);
+  std::unique_ptr<DiskFile> journal = files_.Open(path);
   if (!journal || !LooksLikeJournal(*journal)) return;
   const Recovery recovery(*journal);
   if (recovery.Unfinished() && !recovery.Fits(*file_)) {
@@ -339,7 +339,7 @@ void PagedFile::Recover() {
 }
 
 // A journal of another file, or of an older state of this one, gets a name of its own.
-void PagedFile::SetAside(const std::filesystem::path& journal) {
+void JournaledFile::SetAside(const std::filesystem::path& journal) {
   std::filesystem::path aside = journal;
   aside += ".foreign";
   for (int number = 2; files_.Look(aside); ++number) {
@@ -349,14 +349,14 @@ void PagedFile::SetAside(const std::filesystem::path& journal) {
   files_.Rename(journal, aside, false);
 }
 
-void PagedFile::LookAtSize() {
+void JournaledFile::LookAtSize() {
   if (format_.page_size == 0) return;  // not yet known
   const std::uint64_t size = file_->Size();
   page_count_ = static_cast<std::uint32_t>(size / format_.page_size);
   whole_pages_ = size % format_.page_size == 0;
 }
 
-void PagedFile::WriteJournal(const std::vector<Page>& pages) {
+void JournaledFile::WriteJournal(const std::vector<Page>& pages) {
   std::vector<std::byte> raw(format_.page_size);
   // The first page is always kept: it tells one file from another.
   if (pages.front().number != 0) KeepOriginal(0, std::nullopt);
@@ -364,25 +364,25 @@ void PagedFile::WriteJournal(const std::vector<Page>& pages) {
     if (!journal_.Covers(page.number)) break;
     KeepOriginal(page.number, page.base.value());
     EncodeTo(page, raw);
-    journal_.Announce(page.number, raw);
+    journal_.AddChecksum(page.number, raw);
   }
-  journal_.Seal();
+  journal_.EndBatch();
 }
 
 // `base`: what the page has to be, if that is known.
-void PagedFile::KeepOriginal(std::uint32_t page, std::optional<std::uint64_t> base) {
-  if (!journal_.Covers(page) || journal_.Keeps(page)) return;
+void JournaledFile::KeepOriginal(std::uint32_t page, std::optional<std::uint64_t> base) {
+  if (!journal_.Covers(page) || journal_.HasOriginal(page)) return;
   const std::vector<std::byte> raw = RawPage(page);
   if (base) {
     std::vector<std::byte> plain = raw;
     if (format_.crypt && page != 0) format_.crypt(page, plain);
     if (ContentHash(plain) != *base) throw Changed("was changed by");
   }
-  journal_.Keep(page, raw);
+  journal_.AddOriginal(page, raw);
   standing_[page] = ContentHash(raw);
 }
 
-std::vector<std::byte> PagedFile::RawPage(std::uint32_t page) {
+std::vector<std::byte> JournaledFile::RawPage(std::uint32_t page) {
   std::vector<std::byte> raw(format_.page_size);
   if (file_->ReadAt(std::uint64_t{page} * raw.size(), raw) != raw.size()) {
     throw Changed("was cut by");
@@ -390,7 +390,7 @@ std::vector<std::byte> PagedFile::RawPage(std::uint32_t page) {
   return raw;
 }
 
-void PagedFile::EncodeTo(const Page& page, std::span<std::byte> raw) const {
+void JournaledFile::EncodeTo(const Page& page, std::span<std::byte> raw) const {
   std::memcpy(raw.data(), page.bytes.get(), raw.size());
   if (format_.crypt && page.number != 0) format_.crypt(page.number, raw);
 }

@@ -1,4 +1,4 @@
-#include "platform/access/table/table_state.h"
+#include "platform/access/table/loaded_table.h"
 
 #include <algorithm>
 
@@ -23,32 +23,32 @@ std::vector<Column> ShownColumns(const TableDefinition& definition) {
   return shown;
 }
 
-std::vector<const TextCodec*> TextsOf(const File& file, const TableDefinition& definition) {
+std::vector<const TextCodec*> TextsOf(const Storage& file, const TableDefinition& definition) {
   std::vector<const TextCodec*> texts;
   for (const ColumnDefinition& column : definition.columns) {
-    texts.push_back(&file.Text(column.code_page));
+    texts.push_back(&file.CodecFor(column.code_page));
   }
   return texts;
 }
 
 }  // namespace
 
-std::shared_ptr<TableState> TableState::Open(const std::shared_ptr<File>& file, std::uint32_t page,
-                                             const std::string& name) {
-  std::weak_ptr<TableState>& slot = file->TableSlot(page);
-  std::shared_ptr<TableState> table = slot.lock();
+std::shared_ptr<LoadedTable> LoadedTable::Open(const std::shared_ptr<Storage>& file, std::uint32_t page,
+                                               const std::string& name) {
+  std::weak_ptr<LoadedTable>& slot = file->TableSlot(page);
+  std::shared_ptr<LoadedTable> table = slot.lock();
   if (table == nullptr) {
-    slot = table = std::shared_ptr<TableState>(new TableState(file, page, name));
+    slot = table = std::shared_ptr<LoadedTable>(new LoadedTable(file, page, name));
   }
   return table;
 }
 
-TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::string name)
+LoadedTable::LoadedTable(std::shared_ptr<Storage> file, std::uint32_t page, std::string name)
     : file_(std::move(file)),
       page_(page),
       name_(std::move(name)),
       definition_bytes_(LoadDefinition()),
-      definition_(ParseDefinition(file_->Layout(), file_->Text(0), page, definition_bytes_)),
+      definition_(ParseDefinition(file_->Layout(), file_->CodecFor(0), page, definition_bytes_)),
       columns_(ShownColumns(definition_)),
       texts_(TextsOf(*file_, definition_)),
       encoder_(file_->Layout(), definition_, texts_),
@@ -69,7 +69,7 @@ TableState::TableState(std::shared_ptr<File> file, std::uint32_t page, std::stri
   FindSearchedIndexes();
 }
 
-void TableState::FindSearchedIndexes() {
+void LoadedTable::FindSearchedIndexes() {
   for (std::size_t i = 0; i < indexes_.All().size(); ++i) {
     const Index& index = indexes_.All()[i];
     if (!index.Refusal().empty()) {
@@ -92,7 +92,7 @@ void TableState::FindSearchedIndexes() {
 }
 
 // Rows, autonumbers and keys are counted in the definition, too: those places are cleared.
-std::vector<std::byte> TableState::LoadDefinition() const {
+std::vector<std::byte> LoadedTable::LoadDefinition() const {
   const Format& format = file_->Layout();
   std::vector<std::byte> bytes = ReadDefinitionPages(*file_, page_);
   StoreU32(&bytes[format.definition.rows], 0);
@@ -103,7 +103,7 @@ std::vector<std::byte> TableState::LoadDefinition() const {
   return bytes;
 }
 
-std::string TableState::FindWriteRefusal() const {
+std::string LoadedTable::FindWriteRefusal() const {
   const std::string table = "table " + name_;
   if (!indexes_.Refusal().empty()) {
     return table + ": " + indexes_.Refusal();
@@ -121,16 +121,16 @@ std::string TableState::FindWriteRefusal() const {
   return {};
 }
 
-void TableState::RefuseWriting(const std::string& why) {
+void LoadedTable::RefuseWriting(const std::string& why) {
   if (write_refusal_.empty()) {
     write_refusal_ = "table " + name_ + why;
   }
 }
 
-void TableState::SetRules(Bytes properties) {
+void LoadedTable::SetRules(Bytes properties) {
   write_refusal_ = FindWriteRefusal();
   ruled_.clear();
-  TableRules rules = ReadRules(file_->Text(0), properties);
+  TableRules rules = ReadRules(file_->CodecFor(0), properties);
   if (!rules.validation_rule.empty()) {
     RefuseWriting(" has the validation rule " + rules.validation_rule + kRuleAdvice);
   }
@@ -149,7 +149,7 @@ void TableState::SetRules(Bytes properties) {
   }
 }
 
-void TableState::Refresh() {
+void LoadedTable::Refresh() {
   const std::uint64_t version = file_->Pages().Version();
   if (version == known_version_) {
     return;
@@ -164,17 +164,17 @@ void TableState::Refresh() {
   known_version_ = version;
 }
 
-std::size_t TableState::RowCount() const {
+std::size_t LoadedTable::RowCount() const {
   const pager::PageRef page = file_->Read(page_);
   return LoadU32(&page.Bytes()[file_->Layout().definition.rows]);
 }
 
-std::uint32_t TableState::LastAutonumber() const {
+std::uint32_t LoadedTable::LastAutonumber() const {
   const pager::PageRef page = file_->Read(page_);
   return LoadU32(&page.Bytes()[file_->Layout().definition.last_autonumber]);
 }
 
-std::vector<RowPointer> TableState::PathOf(RowPointer row) const {
+std::vector<RowPointer> LoadedTable::PathOf(RowPointer row) const {
   std::vector<RowPointer> path{row};
   for (;;) {
     const RowPointer at = path.back();
@@ -190,7 +190,7 @@ std::vector<RowPointer> TableState::PathOf(RowPointer row) const {
   }
 }
 
-std::vector<Value> TableState::WithAutonumber(std::span<const Value> values) const {
+std::vector<Value> LoadedTable::WithAutonumber(std::span<const Value> values) const {
   std::vector<Value> completed(values.begin(), values.end());
   if (autonumber_ && *autonumber_ < completed.size() &&
       std::holds_alternative<std::monostate>(completed[*autonumber_])) {
@@ -199,7 +199,7 @@ std::vector<Value> TableState::WithAutonumber(std::span<const Value> values) con
   return completed;
 }
 
-void TableState::CheckRules(std::span<const Value> values) const {
+void LoadedTable::CheckRules(std::span<const Value> values) const {
   for (const std::size_t i : ruled_) {
     const auto* text = std::get_if<std::string_view>(&values[i]);
     if (columns_[i].required && std::holds_alternative<std::monostate>(values[i])) {
@@ -211,19 +211,19 @@ void TableState::CheckRules(std::span<const Value> values) const {
   }
 }
 
-void TableState::StoreLongValues(MutableBytes row) {
+void LoadedTable::StoreLongValues(MutableBytes row) {
   for (const RowEncoder::LongCell& cell : encoder_.LongCells()) {
     StoreLongValue(*file_, LongValueSpace(*cell.column), cell.value, row.subspan(cell.place, kLongValueHeader));
   }
 }
 
-void TableState::CountRow() {
+void LoadedTable::CountRow() {
   const pager::PageEdit page = file_->Change(page_);
   std::byte* rows = &page.Bytes()[file_->Layout().definition.rows];
   StoreU32(rows, LoadU32(rows) + 1);
 }
 
-void TableState::CountAutonumber(std::span<const Value> values) {
+void LoadedTable::CountAutonumber(std::span<const Value> values) {
   const pager::PageEdit page = file_->Change(page_);
   std::byte* last = &page.Bytes()[file_->Layout().definition.last_autonumber];
   const Value& value = values[*autonumber_];
@@ -232,7 +232,7 @@ void TableState::CountAutonumber(std::span<const Value> values) {
   Store(last, std::max(Load<std::int32_t>(last), static_cast<std::int32_t>(number)));
 }
 
-RowPointer TableState::Insert(std::span<const Value> values) {
+RowPointer LoadedTable::Insert(std::span<const Value> values) {
   Refresh();
   std::vector<Value> completed;
   if (autonumber_) {
@@ -253,7 +253,7 @@ RowPointer TableState::Insert(std::span<const Value> values) {
   return added;
 }
 
-RowPointer TableState::AppendStored(std::span<const std::optional<Bytes>> values) {
+RowPointer LoadedTable::AppendStored(std::span<const std::optional<Bytes>> values) {
   const MutableBytes row = encoder_.EncodeStored(values);
   indexes_.CheckNew(RowView(file_->Layout(), page_, row, HasVariableColumns()));
   StoreLongValues(row);
@@ -264,11 +264,11 @@ RowPointer TableState::AppendStored(std::span<const std::optional<Bytes>> values
   return added;
 }
 
-RowSpace& TableState::LongValueSpace(const ColumnDefinition& column) {
+RowSpace& LoadedTable::LongValueSpace(const ColumnDefinition& column) {
   return long_values_.at(column.number);
 }
 
-bool TableState::IsLiving(RowPointer row) const {
+bool LoadedTable::IsLiving(RowPointer row) const {
   if (row.page >= file_->Pages().PageCount()) {
     return false;
   }
@@ -280,7 +280,7 @@ bool TableState::IsLiving(RowPointer row) const {
   return row.slot < page.SlotCount() && (page.Flags(row.slot) & kSlotBody) == 0;
 }
 
-bool TableState::Delete(RowPointer row) {
+bool LoadedTable::Delete(RowPointer row) {
   Refresh();
   if (!IsLiving(row)) {
     return false;
@@ -300,7 +300,7 @@ bool TableState::Delete(RowPointer row) {
   return true;
 }
 
-void TableState::EraseFromIndexes(RowId row, RowPointer body) {
+void LoadedTable::EraseFromIndexes(RowId row, RowPointer body) {
   {
     const pager::PageRef ref = file_->Read(body.page);
     indexes_.CheckGone(RowView(file_->Layout(), body.page,
@@ -310,7 +310,7 @@ void TableState::EraseFromIndexes(RowId row, RowPointer body) {
   indexes_.Erase(row);
 }
 
-void TableState::RemoveLongValues(RowPointer body) {
+void LoadedTable::RemoveLongValues(RowPointer body) {
   const pager::PageRef ref = file_->Read(body.page);
   const RowView row(file_->Layout(), body.page, DataPage(file_->Layout(), body.page, ref.Bytes()).Row(body.slot),
                     HasVariableColumns());

@@ -1,4 +1,4 @@
-#include "platform/access/table/scan_state.h"
+#include "platform/access/table/row_scan.h"
 
 #include <algorithm>
 #include <limits>
@@ -9,9 +9,9 @@
 
 namespace marlevo::access {
 
-ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions)
+RowScan::RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions)
     : table_(std::move(table)),
-      reading_(table_->Storage().Pages()),
+      reading_(table_->File().Pages()),
       conditions_(conditions.begin(), conditions.end()),
       texts_(table_->Columns().size()),
       long_values_(table_->Columns().size()) {
@@ -23,9 +23,9 @@ ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> 
   }
 }
 
-ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> conditions, const Index& index,
-                     std::span<const Value> values)
-    : ScanState(std::move(table), conditions) {
+RowScan::RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions, const Index& index,
+                 std::span<const Value> values)
+    : RowScan(std::move(table), conditions) {
   index_ = &index;
   if (std::optional<Key> start = index.KeyStart(values)) {
     key_start_ = std::move(*start);
@@ -35,18 +35,18 @@ ScanState::ScanState(std::shared_ptr<TableState> table, std::span<const Equals> 
 }
 
 // What can be said about a condition without looking at the row's parts.
-std::optional<ScanState::RawCondition> ScanState::RawForm(const Equals& condition) const {
+std::optional<RowScan::RawCondition> RowScan::RawForm(const Equals& condition) const {
   const ColumnDefinition& column = table_->Definition().columns[condition.column];
   if (!IsInteger(column.shown.type) || !column.fixed) {
     return std::nullopt;
   }
   const std::uint32_t mask = 0xFFFF'FFFF >> (32 - 8 * WidthOf(column.shown.type));
-  return RawCondition{.place = table_->Storage().Layout().row_number_width + std::size_t{column.fixed_offset},
+  return RawCondition{.place = table_->File().Layout().row_number_width + std::size_t{column.fixed_offset},
                       .mask = mask,
                       .bytes = static_cast<std::uint32_t>(condition.value) & mask};
 }
 
-bool ScanState::NextPage() {
+bool RowScan::NextPage() {
   const std::optional<std::uint32_t> next = table_->OwnedPages().Next(page_ + 1);
   page_ref_ = {};
   if (!next) {
@@ -55,8 +55,8 @@ bool ScanState::NextPage() {
   page_ = *next;
   next_slot_ = 0;
   page_version_ = Version();
-  page_ref_ = table_->Storage().Read(page_);
-  const DataPage page(table_->Storage().Layout(), page_, page_ref_.Bytes());
+  page_ref_ = table_->File().Read(page_);
+  const DataPage page(table_->File().Layout(), page_, page_ref_.Bytes());
   if (page.Owner() != table_->Page()) {
     throw AccessError(
         page_, "expected rows of table " + table_->Name() + ", found those of page " + std::to_string(page.Owner()));
@@ -65,14 +65,14 @@ bool ScanState::NextPage() {
 }
 
 // After a change while this scan was under way. False when the table has given the page back.
-bool ScanState::ReloadPage() {
+bool RowScan::ReloadPage() {
   page_version_ = Version();
-  page_ref_ = table_->Storage().Read(page_);
+  page_ref_ = table_->File().Read(page_);
   return LoadU8(page_ref_.Bytes().data()) == kDataPage && LoadU32(&page_ref_.Bytes()[kOwnerAt]) == table_->Page();
 }
 
 // False only for rows that surely do not qualify. Too short a row goes on to the reader that says so.
-bool ScanState::MayQualify(Bytes row) const {
+bool RowScan::MayQualify(Bytes row) const {
   return std::ranges::all_of(raw_conditions_, [row](const RawCondition& condition) {
     return condition.place + sizeof condition.mask > row.size() ||
            (LoadU32(row.data() + condition.place) & condition.mask) == condition.bytes;
@@ -81,7 +81,7 @@ bool ScanState::MayQualify(Bytes row) const {
 
 // The first slot from this one on with a moved row or with a row that may qualify. A scan spends nearly all its time
 // here.
-std::size_t ScanState::NextCandidate(const DataPage& page, std::size_t slot) const {
+std::size_t RowScan::NextCandidate(const DataPage& page, std::size_t slot) const {
   for (; slot < page.SlotCount(); ++slot) {
     const std::uint16_t flags = page.Flags(slot);
     if (flags == 0 ? MayQualify(page.Row(slot)) : (flags & kSlotDeleted) == kSlotMoved) {
@@ -92,24 +92,24 @@ std::size_t ScanState::NextCandidate(const DataPage& page, std::size_t slot) con
 }
 
 // Makes the row current if it meets all conditions.
-bool ScanState::LookAt(Bytes row, std::uint32_t page) {
-  row_ = RowView(table_->Storage().Layout(), page, row, table_->HasVariableColumns());
+bool RowScan::LookAt(Bytes row, std::uint32_t page) {
+  row_ = RowView(table_->File().Layout(), page, row, table_->HasVariableColumns());
   row_page_ = page;
   return std::ranges::all_of(conditions_, [this](const Equals& condition) {
     return !IsNull(condition.column) && Real(condition.column) == static_cast<double>(condition.value);
   });
 }
 
-bool ScanState::LookAtSlot(const DataPage& page) {
+bool RowScan::LookAtSlot(const DataPage& page) {
   if (page.Flags(slot_) == 0) {
     return LookAt(page.Row(slot_), page_);
   }
   const RowPointer body = table_->PathOf({page_, static_cast<std::uint8_t>(slot_)}).back();
-  body_ref_ = table_->Storage().Read(body.page);
-  return LookAt(DataPage(table_->Storage().Layout(), body.page, body_ref_.Bytes()).Row(body.slot), body.page);
+  body_ref_ = table_->File().Read(body.page);
+  return LookAt(DataPage(table_->File().Layout(), body.page, body_ref_.Bytes()).Row(body.slot), body.page);
 }
 
-bool ScanState::Next() {
+bool RowScan::Next() {
   if (impossible_) {
     return false;
   }
@@ -119,7 +119,7 @@ bool ScanState::Next() {
 }
 
 // The next entry that begins with key_start_. A change may have moved entries: the way is then found again.
-bool ScanState::NextEntry() {
+bool RowScan::NextEntry() {
   bool found = false;
   if (!walk_ || walk_version_ != Version()) {
     walk_version_ = Version();
@@ -140,16 +140,16 @@ bool ScanState::NextEntry() {
          std::equal(key_start_.begin(), key_start_.end(), entry_.begin());
 }
 
-bool ScanState::NextByIndex() {
+bool RowScan::NextByIndex() {
   while (NextEntry()) {
     const RowPointer row = FromRowId(EntryRow(entry_));
     if (row.page != page_ || !page_ref_ || page_version_ != Version()) {
       page_ = row.page;
       page_version_ = Version();
-      page_ref_ = table_->Storage().Read(page_);
+      page_ref_ = table_->File().Read(page_);
     }
     slot_ = row.slot;
-    const DataPage page(table_->Storage().Layout(), page_, page_ref_.Bytes());
+    const DataPage page(table_->File().Layout(), page_, page_ref_.Bytes());
     if (page.Owner() != table_->Page() || slot_ >= page.SlotCount() || (page.Flags(slot_) & kSlotBody) != 0) {
       throw AccessError(page_, "the index " + index_->Name() + " leads to a row that does not exist");
     }
@@ -160,12 +160,12 @@ bool ScanState::NextByIndex() {
   return false;
 }
 
-bool ScanState::NextByPage() {
+bool RowScan::NextByPage() {
   if (page_ref_ && page_version_ != Version() && !ReloadPage()) {
     page_ref_ = {};
   }
   while (page_ref_ || NextPage()) {
-    const DataPage page(table_->Storage().Layout(), page_, page_ref_.Bytes());
+    const DataPage page(table_->File().Layout(), page_, page_ref_.Bytes());
     for (slot_ = NextCandidate(page, next_slot_); slot_ < page.SlotCount(); slot_ = NextCandidate(page, next_slot_)) {
       next_slot_ = slot_ + 1;
       if (LookAtSlot(page)) {
@@ -177,13 +177,13 @@ bool ScanState::NextByPage() {
   return false;
 }
 
-bool ScanState::IsNull(std::size_t column) const {
+bool RowScan::IsNull(std::size_t column) const {
   const ColumnDefinition& definition = table_->Definition().columns[column];
   return definition.shown.type != ColumnType::kBoolean && !row_.IsSet(definition.number);
 }
 
 // Of a cell that is not null.
-Bytes ScanState::CellBytes(std::size_t column) const {
+Bytes RowScan::CellBytes(std::size_t column) const {
   const ColumnDefinition& definition = table_->Definition().columns[column];
   const Bytes bytes = definition.fixed ? row_.Fixed(definition.fixed_offset, definition.stored_length)
                                        : row_.Variable(definition.variable_index);
@@ -194,7 +194,7 @@ Bytes ScanState::CellBytes(std::size_t column) const {
   return bytes;
 }
 
-std::int64_t ScanState::Integer(std::size_t column) const {
+std::int64_t RowScan::Integer(std::size_t column) const {
   const ColumnDefinition& definition = table_->Definition().columns[column];
   if (definition.shown.type == ColumnType::kBoolean) {
     return row_.IsSet(definition.number) ? 1 : 0;
@@ -203,7 +203,7 @@ std::int64_t ScanState::Integer(std::size_t column) const {
                                                              : DecodeInteger(definition.shown.type, CellBytes(column));
 }
 
-double ScanState::Real(std::size_t column) const {
+double RowScan::Real(std::size_t column) const {
   const ColumnDefinition& definition = table_->Definition().columns[column];
   if (definition.shown.type == ColumnType::kBoolean) {
     return static_cast<double>(Integer(column));
@@ -211,21 +211,21 @@ double ScanState::Real(std::size_t column) const {
   return IsNull(column) || !IsNumber(definition.shown.type) ? 0 : DecodeReal(definition, CellBytes(column));
 }
 
-std::string_view ScanState::Text(std::size_t column) {
+std::string_view RowScan::Text(std::size_t column) {
   const ColumnDefinition& definition = table_->Definition().columns[column];
   if (IsNull(column)) {
     return {};
   }
   std::string_view text =
-      DecodeText(definition, table_->Text(column), IsLongValue(definition.shown.type) ? Raw(column) : CellBytes(column),
-                 texts_[column]);
+      DecodeText(definition, table_->CodecOf(column),
+                 IsLongValue(definition.shown.type) ? Raw(column) : CellBytes(column), texts_[column]);
   if (definition.fixed && definition.shown.type == ColumnType::kText) {
     text = text.substr(0, text.find_last_not_of(' ') + 1);  // it was padded to the column's length
   }
   return text;
 }
 
-Bytes ScanState::Raw(std::size_t column) {
+Bytes RowScan::Raw(std::size_t column) {
   const ColumnDefinition& definition = table_->Definition().columns[column];
   if (IsNull(column)) {
     return {};
@@ -234,7 +234,7 @@ Bytes ScanState::Raw(std::size_t column) {
   if (!IsLongValue(definition.shown.type) || bytes.empty()) {
     return bytes;
   }
-  ReadLongValue(table_->Storage(), row_page_, bytes, long_values_[column]);
+  ReadLongValue(table_->File(), row_page_, bytes, long_values_[column]);
   return long_values_[column];
 }
 

@@ -20,13 +20,13 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/pager/file.h"
+#include "platform/pager/disk_file.h"
 #include "platform/pager/journal.h"
 #include "platform/pager/page_format.h"
 
 namespace marlevo::pager {
 
-class PagedFile {
+class JournaledFile {
  public:
   struct Page {
     std::uint32_t number;
@@ -36,28 +36,28 @@ class PagedFile {
   };
 
   // `final_path`: see Publish; empty for a file that has its name.
-  PagedFile(FileSystem& files, std::filesystem::path path, std::unique_ptr<File> file,
-            std::filesystem::path final_path);
-  PagedFile(const PagedFile&) = delete;
-  PagedFile& operator=(const PagedFile&) = delete;
-  ~PagedFile();
+  JournaledFile(FileSystem& files, std::filesystem::path path, std::unique_ptr<DiskFile> file,
+                std::filesystem::path final_path);
+  JournaledFile(const JournaledFile&) = delete;
+  JournaledFile& operator=(const JournaledFile&) = delete;
+  ~JournaledFile();
 
   // Before anything that deals with pages.
-  void Use(PageFormat format);
+  void SetFormat(PageFormat format);
   const PageFormat& Format() const { return format_; }
   // The first bytes of the file, at most 4096.
   std::vector<std::byte> Head();
 
   // The owner is the one process that may write. Own tries to become it, which puts right what a crash has left.
-  bool Own();
-  bool Owned() const { return owned_; }
+  bool BecomeWriter();
+  bool IsWriter() const { return owned_; }
   FileId Id() { return file_->Stamp().id; }
   const std::filesystem::path& Path() const { return path_; }
   bool Writable() const { return file_->Writable(); }
   // While shared the owner does not change the file. Waits for a change under way. May make this process the owner,
   // then nothing is shared.
-  void Share();
-  void Unshare() noexcept;
+  void LockForReading();
+  void UnlockAfterReading() noexcept;
 
   // Throws when the file is not as it was when its pages could first be read: `RequireUnchanged` looks at the file that
   // is open, `RequireInPlace` also whether this is still the file of that name.
@@ -74,9 +74,9 @@ class PagedFile {
   void PrepareToWrite();
   // Durable when it returns. `pages` in ascending order, at least one; the file grows as far as they reach.
   void Write(const std::vector<Page>& pages);
-  void Accept() noexcept { stage_ = Stage::kSettled; }
+  void MarkDone() noexcept { stage_ = Stage::kSettled; }
   void Undo();
-  void Settle();
+  void FinishJournal();
   // Ends all work with the file: takes back what of an unfinished change still stands, and lets go of the locks.
   void GiveUp() noexcept;
 
@@ -110,7 +110,7 @@ class PagedFile {
   FileSystem& files_;
   std::filesystem::path path_;
   std::filesystem::path final_path_;
-  std::unique_ptr<File> file_;
+  std::unique_ptr<DiskFile> file_;
   Journal journal_;
   PageFormat format_;
   std::uint32_t page_count_ = 0;

@@ -1,4 +1,4 @@
-#include "platform/access/storage/file.h"
+#include "platform/access/storage/storage.h"
 
 #include <string>
 
@@ -22,8 +22,8 @@ pager::PageFormat PageFormatOf(const Format& format, std::uint32_t encoding_key)
 
 }  // namespace
 
-std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOptions& options,
-                                 pager::FileSystem& files) {
+std::shared_ptr<Storage> Storage::Open(const std::filesystem::path& path, const OpenOptions& options,
+                                       pager::FileSystem& files) {
   auto pager = pager::Pager::Open(
       path,
       [](Bytes head) {
@@ -34,49 +34,49 @@ std::shared_ptr<File> File::Open(const std::filesystem::path& path, const OpenOp
   const pager::Reading reading(*pager);
   const pager::PageRef page = pager->Read(0);
   const FileHeader header = ParseHeader(page.Bytes());
-  std::shared_ptr<File> file(new File(*header.format, pager));
+  std::shared_ptr<Storage> file(new Storage(*header.format, pager));
   file->header_code_page_ = header.code_page;
   file->code_page_override_ = options.code_page;
   if (!options.any_password && !header.password.empty() &&
-      file->Text(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
+      file->CodecFor(header.code_page).DecodeName(AsBytes(header.password)) != options.password) {
     throw AccessError("the password is not that of the database", Fault::kWrongPassword);
   }
   return file;
 }
 
-std::shared_ptr<File> File::Create(const std::filesystem::path& path, NewFile kind, pager::FileSystem& files) {
+std::shared_ptr<Storage> Storage::Create(const std::filesystem::path& path, NewFile kind, pager::FileSystem& files) {
   const Format& format = kind.version == 3 ? kJet3 : kJet4;
-  std::shared_ptr<File> file(
-      new File(format, pager::Pager::Create(path, PageFormatOf(format, kind.encoding_key), files)));
+  std::shared_ptr<Storage> file(
+      new Storage(format, pager::Pager::Create(path, PageFormatOf(format, kind.encoding_key), files)));
   file->header_code_page_ = kind.code_page;
   file->code_page_override_ = kind.stored_code_page;
   return file;
 }
 
-pager::PageRef File::Read(std::uint32_t page) const {
+pager::PageRef Storage::Read(std::uint32_t page) const {
   if (page >= pager_->PageCount()) {
     throw AccessError(page, "the file ends before this page");
   }
   return pager_->Read(page);
 }
 
-pager::PageEdit File::Change(std::uint32_t page) const {
+pager::PageEdit Storage::Change(std::uint32_t page) const {
   if (page >= pager_->PageCount()) {
     throw AccessError(page, "the file ends before this page");
   }
   return pager_->Change(page);
 }
 
-bool File::IsCodePageDoubtful() const {
+bool Storage::IsCodePageDoubtful() const {
   return format_->version == 3 && !code_page_override_ && CodePageOf(0) == kWestern;
 }
 
-int File::CodePageOf(int label) const {
+int Storage::CodePageOf(int label) const {
   const int labelled = label != 0 ? label : header_code_page_;
   return code_page_override_.value_or(labelled != 0 ? labelled : kWestern);
 }
 
-const TextCodec& File::Text(int code_page_label) const {
+const TextCodec& Storage::CodecFor(int code_page_label) const {
   if (format_->version == 4) {
     return codecs_[0];
   }
@@ -87,35 +87,35 @@ const TextCodec& File::Text(int code_page_label) const {
   return codecs_.emplace(code_page, TextCodec(code_page)).first->second;
 }
 
-void File::Begin() {
+void Storage::Begin() {
   RequireKept();
   pager_->Begin();
   in_statement_ = true;
 }
 
-void File::Commit() {
+void Storage::Commit() {
   const std::shared_ptr<const pager::Pager::Batch> batch = pager_->CurrentBatch();
   pager_->Commit();
   in_statement_ = false;
   batch_ = batch;
 }
 
-void File::Rollback() noexcept {
+void Storage::Rollback() noexcept {
   pager_->Rollback();
   in_statement_ = false;
 }
 
-void File::Flush() {
+void Storage::Flush() {
   RequireKept();
   pager_->Flush();
 }
 
-void File::Discard(Fault reason) noexcept {
+void Storage::Discard(Fault reason) noexcept {
   pager_->Discard(reason);
   batch_.reset();
 }
 
-void File::RequireKept() {
+void Storage::RequireKept() {
   if (!batch_ || !batch_->lost) {
     return;
   }
@@ -125,7 +125,7 @@ void File::RequireKept() {
                     reason);
 }
 
-std::uint32_t File::AppendPage() {
+std::uint32_t Storage::AppendPage() {
   if (pager_->PageCount() >= format_->max_pages) {
     const std::uint64_t gib = std::uint64_t{format_->max_pages} * format_->page_size >> 30;
     throw AccessError("the file has reached " + std::to_string(gib) +
@@ -135,7 +135,7 @@ std::uint32_t File::AppendPage() {
   return pager_->Append();
 }
 
-std::uint32_t File::TakePage() {
+std::uint32_t Storage::TakePage() {
   GlobalMap map(*this);
   for (auto page = map.Next(kObjectsPage); page && *page < pager_->PageCount(); page = map.Next(*page + 1)) {
     map.Remove(*page);
@@ -149,7 +149,7 @@ std::uint32_t File::TakePage() {
   return page;
 }
 
-void File::GivePage(std::uint32_t page) {
+void Storage::GivePage(std::uint32_t page) {
   GlobalMap map(*this);
   map.Reach(page);
   map.Add(page);
@@ -159,7 +159,7 @@ void File::GivePage(std::uint32_t page) {
 
 // Writers exist whose map of the file calls pages free that are not. Overwriting one would lose data, leaving a free
 // one alone costs its space only.
-bool File::LooksUsed(std::uint32_t page) const {
+bool Storage::LooksUsed(std::uint32_t page) const {
   const pager::PageRef ref = Read(page);
   const std::uint8_t type = LoadU8(ref.Bytes().data());
   if (type < kDataPage || type > kMapPage) {
@@ -173,7 +173,7 @@ bool File::LooksUsed(std::uint32_t page) const {
   if (LoadU8(definition.Bytes().data()) != kDefinitionPage) {
     return false;
   }
-  return UsageMap(const_cast<File&>(*this), LoadRowPointer(&definition.Bytes()[format_->definition.owned_map]))
+  return UsageMap(const_cast<Storage&>(*this), LoadRowPointer(&definition.Bytes()[format_->definition.owned_map]))
       .Contains(page);
 }
 

@@ -11,30 +11,30 @@
 
 #include "platform/access/bytes/schema.h"
 #include "platform/access/bytes/table_definition.h"
-#include "platform/access/storage/file.h"
 #include "platform/access/storage/row_space.h"
+#include "platform/access/storage/storage.h"
 #include "platform/access/table/row_encoder.h"
 #include "platform/access/table/table_indexes.h"
 
 namespace marlevo::access {
 
-class TableState {
+class LoadedTable {
  public:
   // The table whose definition begins at `page`; the same one while somebody has it, so that what it remembers stays
   // true.
-  static std::shared_ptr<TableState> Open(const std::shared_ptr<File>& file, std::uint32_t page,
-                                          const std::string& name);
-  TableState(const TableState&) = delete;
-  TableState& operator=(const TableState&) = delete;
+  static std::shared_ptr<LoadedTable> Open(const std::shared_ptr<Storage>& file, std::uint32_t page,
+                                           const std::string& name);
+  LoadedTable(const LoadedTable&) = delete;
+  LoadedTable& operator=(const LoadedTable&) = delete;
 
-  File& Storage() const { return *file_; }
-  const std::shared_ptr<File>& SharedStorage() const { return file_; }
+  Storage& File() const { return *file_; }
+  const std::shared_ptr<Storage>& SharedFile() const { return file_; }
   std::uint32_t Page() const { return page_; }
   const std::string& Name() const { return name_; }
   // Without its counters, which change with every row.
   const TableDefinition& Definition() const { return definition_; }
   const std::vector<Column>& Columns() const { return columns_; }
-  const TextCodec& Text(std::size_t column) const { return *texts_[column]; }
+  const TextCodec& CodecOf(std::size_t column) const { return *texts_[column]; }
   bool HasVariableColumns() const { return definition_.variable_columns > 0; }
   const std::vector<Index>& Indexes() const { return indexes_.All(); }
   // Indexes that can be searched: as callers see them, and themselves.
@@ -65,7 +65,7 @@ class TableState {
   bool Delete(RowPointer row);
 
  private:
-  TableState(std::shared_ptr<File> file, std::uint32_t page, std::string name);
+  LoadedTable(std::shared_ptr<Storage> file, std::uint32_t page, std::string name);
 
   std::vector<std::byte> LoadDefinition() const;
   std::string FindWriteRefusal() const;
@@ -80,7 +80,7 @@ class TableState {
   void CountRow();
   void CountAutonumber(std::span<const Value> values);
 
-  std::shared_ptr<File> file_;
+  std::shared_ptr<Storage> file_;
   std::uint32_t page_;
   std::string name_;
   std::vector<std::byte> definition_bytes_;  // without the counters
