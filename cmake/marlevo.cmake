@@ -15,7 +15,10 @@ target_compile_options(marlevo_options INTERFACE -Wall -Wextra -Wpedantic -Wshad
 target_compile_options(marlevo_options INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 # g++ warns when a class outside the main file has a member whose type lies in an unnamed namespace, since two sources could
 # then disagree about the class. In a unity build every source is such an outside file, and the warning is a false alarm.
-target_compile_options(marlevo_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+# clang-tidy reads the commands of g++ and does not know the option; it looks at a build without unity.
+if(CMAKE_UNITY_BUILD)
+  target_compile_options(marlevo_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endif()
 if(MARLEVO_SANITIZE)
   target_compile_options(marlevo_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                    -fno-omit-frame-pointer)
