@@ -13,21 +13,13 @@ class CustomerDatabaseTest : public DatabaseFixture {
  protected:
   void AddCustomer(const Customer& customer) { Run(InsertCustomer(customer)); }
 
-  // Tickets as "mode amount digits", e.g. "3 25 1709", numbered from 1 within their mode.
+  // Tickets as the values of PLAY_MODE, PLAY_AMT, PLAY_SEQ and NO1 to NO4: "3,25,1,1,7,0,9".
   void AddRecord(const std::string& number, const std::string& stamp, const std::vector<std::string>& tickets) {
     Connection connection(Opening());
-    int seq[10] = {};
-    for (const std::string& text : tickets) {
-      const int mode = text[0] - '0';
-      const std::size_t blank = text.find(' ', 2);
-      std::string values = "'" + number + "','" + stamp + "'," + text[0] + "," + text.substr(2, blank - 2) + "," +
-                           std::to_string(++seq[mode]);
-      for (const char digit : text.substr(blank + 1)) {
-        values.append(",").append(1, digit);
-      }
+    for (const std::string& ticket : tickets) {
       connection.Execute(
-          "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) VALUES (" + values +
-          ")");
+          "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) VALUES ('" + number +
+          "','" + stamp + "'," + ticket + ")");
     }
     connection.Flush();
   }

@@ -28,8 +28,8 @@ TEST_F(CustomerStoreTest, AddsChangesAndRemovesByNumber) {
   EXPECT_EQ(Customers(), "A01|王大明|1|2|3\n" + other);
   EXPECT_EQ(store_.Customers().front(), (Customer{"A01", "王大明", "1", "2", "3"}));
 
-  AddRecord("A01", "20021005143012", {"0 25 1234"});
-  AddRecord("B01", "20021005143012", {"0 25 1234"});
+  AddRecord("A01", "20021005143012", {"0,25,1,1,2,3,4"});
+  AddRecord("B01", "20021005143012", {"0,25,1,1,2,3,4"});
   EXPECT_FALSE(store_.Remove("A01"));
   EXPECT_FALSE(store_.Has("A01"));
   EXPECT_EQ(Customers(), other);
@@ -51,7 +51,7 @@ TEST_F(CustomerStoreTest, ARefusedChangeHasDeletedTheCustomer) {
 
 TEST_F(CustomerStoreTest, AQuoteIsRefusedAndMeansNobody) {
   AddCustomer({"A01", "王小明", "", "", ""});
-  AddRecord("A01", "20021005143012", {"0 25 1234"});
+  AddRecord("A01", "20021005143012", {"0,25,1,1,2,3,4"});
   const std::string before = Customers() + Tickets("A01");
   const std::string quote = "x' OR 'a'='a";
   const Customer quoted{quote, "", "", "", ""};
@@ -108,10 +108,11 @@ TEST_F(CustomerStoreTest, ARefusedTicketLeavesThoseBeforeIt) {
 
 TEST_F(CustomerStoreTest, ListsReadsAndRemovesRecords) {
   AddRecord("A01", "20021005143012",
-            {"2 50 1230", "0 25 1234", "0 25 5678", "1 NULL 1110", "3 75 4560", "4 0.5 7890", "9 25 9999"});
-  AddRecord("A01", "20021006090000", {"4 25 1200"});
-  AddRecord("A01", "", {"0 25 0000"});
-  AddRecord("A02", "20021006090000", {"0 25 1234"});
+            {"2,50,1,1,2,3,0", "0,25,1,1,2,3,4", "0,25,2,5,6,7,8", "1,NULL,1,1,1,1,0", "3,75,1,4,5,6,0",
+             "4,0.5,1,7,8,9,0", "9,25,1,9,9,9,9"});
+  AddRecord("A01", "20021006090000", {"4,25,1,1,2,0,0"});
+  AddRecord("A01", "", {"0,25,1,0,0,0,0"});
+  AddRecord("A02", "20021006090000", {"0,25,1,1,2,3,4"});
   const std::vector<RecordSummary> both = {{"20021005143012", 7}, {"20021006090000", 1}};
   EXPECT_EQ(store_.RecordsOf("A01"), both);
 
@@ -136,9 +137,9 @@ TEST_F(CustomerStoreTest, ListsReadsAndRemovesRecords) {
 
 TEST_F(CustomerStoreTest, FindsWinnersOfARecordACustomerOrAll) {
   // Against 1234: what wins stands first in each pair; the last digit that counts makes the other one lose.
-  AddRecord("A02", "20021005143012", {"0 50 1234", "0 50 1235", "1 25 1239", "1 25 1249"});
-  AddRecord("A02", "20021006090000", {"2 0.5 2340", "2 25 2350", "3 25 1299", "3 25 1399"});
-  AddRecord("A01", "20021006090000", {"4 NULL 3499", "4 25 3599", "0 25 1234", "0 25 1234"});
+  AddRecord("A02", "20021005143012", {"0,50,1,1,2,3,4", "0,50,2,1,2,3,5", "1,25,1,1,2,3,9", "1,25,2,1,2,4,9"});
+  AddRecord("A02", "20021006090000", {"2,0.5,1,2,3,4,0", "2,25,2,2,3,5,0", "3,25,1,1,2,9,9", "3,25,2,1,3,9,9"});
+  AddRecord("A01", "20021006090000", {"4,NULL,1,3,4,9,9", "4,25,2,3,5,9,9", "0,25,1,1,2,3,4", "0,25,2,1,2,3,4"});
   const auto winners = [this](const CheckScope& scope) {
     std::string lines;
     for (const Winner& winner : store_.Winners({"1", "2", "3", "4"}, scope)) {

@@ -14,7 +14,7 @@ using FullDiskTest = CustomerDatabaseTest;
 
 TEST_F(FullDiskTest, WhatFailsIsNotDoneAndCanBeDoneAgain) {
   AddCustomer({"A01", "王小明", "", "", ""});
-  AddRecord("A01", "20021005143012", {"0 25 1234"});
+  AddRecord("A01", "20021005143012", {"0,25,1,1,2,3,4"});
   const std::string before = Customers() + Tickets("A01");
   CustomerStore store(Opening());
   const Customer added{"A02", "", "", "", ""};

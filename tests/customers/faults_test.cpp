@@ -54,7 +54,7 @@ TEST_F(FaultsTest, AFileThatCannotBeOpenedGivesAReportAndNoWindow) {
 TEST_F(FaultsTest, DamagedPagesGiveAReportAndTheWindowStays) {
   AddCustomer({"A01", "王小明", "", "", ""});
   const std::uintmax_t healthy = std::filesystem::file_size(file_);
-  AddRecord("A01", "20021005143012", std::vector<std::string>(3000, "0 25 1234"));
+  AddRecord("A01", "20021005143012", std::vector<std::string>(3000, "0,25,1,1,2,3,4"));
   ASSERT_GT(std::filesystem::file_size(file_), healthy + 65536);
   Overwrite(healthy + 32768, 32768, '\xAA');
   const Shown<frmCustom> window(Opening());

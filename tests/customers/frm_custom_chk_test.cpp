@@ -12,9 +12,9 @@ TEST_F(FrmCustomChkTest, ChecksTheChosenScopeOrSaysWhatIsMissing) {
   for (const char* number : {"A01", "A02", "A03"}) {
     AddCustomer({number, "王小明", "", "", ""});
   }
-  AddRecord("A01", "20021005143012", {"0 25 1234"});
-  AddRecord("A02", "20021005143012", {"0 50 1234"});
-  AddRecord("A02", "20021006090000", {"3 25 1299"});
+  AddRecord("A01", "20021005143012", {"0,25,1,1,2,3,4"});
+  AddRecord("A02", "20021005143012", {"0,50,1,1,2,3,4"});
+  AddRecord("A02", "20021006090000", {"3,25,1,1,2,9,9"});
   const Shown<frmCustom_CHK> window(Opening());
   const auto check = [&window](int scope, const std::vector<ModalStep>& steps = {}) {
     Click(window, QString("Option1(%1)").arg(scope));
