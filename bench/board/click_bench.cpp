@@ -33,7 +33,7 @@ void Click(frmMarlevo& board, const char* button) {
   board.findChild<QPushButton*>(button)->click();
 }
 
-// The window that a filter ends with is closed as soon as it shows; the board under it is painted by then.
+// A filter ends with a message window. It is closed as soon as it shows, when the board under it has been painted.
 void ClickAndClose(frmMarlevo& board, const char* button) {
   QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
   Click(board, button);

@@ -1,6 +1,6 @@
-// Whether a row costs the same among 10,000,000 tickets without an index as among 1,000,000. Makes a file of 700 MB: to
-// be run by hand. The limit is on the time that this program has the processor, since nothing that takes so long goes
-// undisturbed by other programs; the time on the clock stands beside it.
+// Whether a row costs the same among 10,000,000 tickets without an index as among 1,000,000. Makes a file of 700 MB,
+// so it is run by hand. The limit is on processor time, because other programs of the machine disturb the clock time of
+// anything that takes so long; the clock time is printed beside it.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -42,7 +42,7 @@ struct Costs {
   Cost scan;
 };
 
-// Fills a store with so many tickets and measures what is done to it then.
+// Fills a store with `rows` tickets, then measures what inserting and scanning cost.
 Costs Measure(const std::filesystem::path& file, std::size_t rows) {
   constexpr std::size_t kPart = 1000000;
   bench::MakeStore(file, {});

@@ -20,7 +20,8 @@ using namespace marlevo;
 constexpr std::size_t kPageSize = 4096;
 constexpr std::size_t kBlockSize = 16 * kPageSize;
 
-// Where the fixed columns stand in a row: behind its two-byte column count, in the table's order.
+// Where three columns stand in a row. A row begins with two bytes, its column count; then come the columns of fixed
+// size in the table's order: PLAY_MODE (4 bytes), PLAY_AMT (8), PLAY_SEQ (4), NO1 (4), NO2.
 constexpr std::size_t kMode = 2 + 0;
 constexpr std::size_t kNo1 = 2 + 4 + 8 + 4;
 constexpr std::size_t kNo2 = kNo1 + 4;

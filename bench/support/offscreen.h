@@ -1,4 +1,5 @@
-// For benches with windows: no screen, and no remark of Qt's platform for that on each window of a fixed size.
+// Benches with windows run without a screen. Qt's platform for that (offscreen) warns about every window of a fixed
+// size; the warning is left out of the output.
 #pragma once
 
 #include <QString>

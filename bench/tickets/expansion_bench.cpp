@@ -32,7 +32,7 @@ class BareWalk {
     }
   }
 
-  // The bytes written.
+  // Returns how many bytes were written.
   std::size_t Run() {
     seen_three_.fill(false);
     seen_four_.fill(false);

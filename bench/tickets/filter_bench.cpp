@@ -16,7 +16,7 @@ namespace {
 
 using marlevo::CurrentList;
 
-// The digits of the five kinds and nothing else.
+// The tickets of the five kinds as bare digits.
 using Fours = std::vector<std::array<char, 4>>;
 using Threes = std::vector<std::array<char, 3>>;
 using FlatLists = std::tuple<Fours, Fours, Threes, Threes, Threes>;
@@ -49,8 +49,8 @@ Lists Largest() {
 
 class Bench {
  public:
-  // `filter` against remove_if with `predicate(digits, box)`, `box` telling whether they are of a box kind; `reset`
-  // brings back the predicate's own starting state.
+  // Measures `filter` beside a remove_if with `predicate(digits, box)`, where `box` tells whether the digits belong to
+  // a box kind. `reset` puts a predicate that remembers something back to its start before every round.
   template <typename Predicate>
   void Filter(
       const char* name, void (*filter)(CurrentList&), Predicate predicate, const std::function<void()>& reset = [] {}) {

@@ -1,6 +1,6 @@
 #!/bin/sh
-# The program keeps its database and slip settings beside its executable: every user has a copy of his own, renewed when
-# the package was, and data of his own, which is never replaced.
+# The program keeps its database and slip settings beside its executable: every user has a copy of his own, which is
+# renewed after an update of the package, and data of his own, which is never replaced.
 set -eu
 folder=${XDG_DATA_HOME:-$HOME/.local/share}/marlevo
 mkdir -p "$folder"

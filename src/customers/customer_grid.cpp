@@ -51,10 +51,9 @@ void CustomerGrid::Replace(const Customer& customer) {
 
 void CustomerGrid::Remove(std::string_view number) {
   if (const int row = Find(number); row != -1) {
-    Highlight(-1);  // or else the view would highlight the neighbour of the row that it loses
+    Highlight(-1);  // or else the neighbour would become the current row, which Enter chooses
     customers_.erase(customers_.begin() + row);
     texts_->Remove(row);
-    Highlight(-1);
   }
 }
 

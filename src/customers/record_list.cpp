@@ -1,7 +1,5 @@
 #include "customers/record_list.h"
 
-#include <utility>
-
 #include "ui/appearance.h"
 
 namespace marlevo {
@@ -21,17 +19,14 @@ void RecordList::OnPressed(const std::function<void()>& pressed) {
 
 void RecordList::Begin(const std::string& number) {
   clear();
-  records_.clear();
   number_ = number;
 }
 
-void RecordList::Show(std::vector<RecordSummary> records) {
-  records_ = std::move(records);
-  QStringList lines;
-  for (const RecordSummary& record : records_) {
-    lines += QString::fromStdString(RecordLine(record));
+void RecordList::Show(const std::vector<RecordSummary>& records) {
+  for (const RecordSummary& record : records) {
+    auto* const line = new QListWidgetItem(QString::fromStdString(RecordLine(record)), this);
+    line->setData(Qt::UserRole, record.tickets);
   }
-  addItems(lines);
 }
 
 QString RecordList::SelectedLine() const {
@@ -41,15 +36,13 @@ QString RecordList::SelectedLine() const {
 
 int RecordList::SelectedTickets() const {
   const int row = ChosenRow();
-  return row == -1 ? 0 : records_[row].tickets;
+  return row == -1 ? 0 : item(row)->data(Qt::UserRole).toInt();
 }
 
 void RecordList::RemoveSelectedLine() {
   const int row = ChosenRow();
-  Highlight(-1);  // or else the list would select the neighbour of the line that it loses
+  Highlight(-1);  // or else the neighbour would become the current line, which Enter chooses
   delete takeItem(row);
-  records_.erase(records_.begin() + row);
-  Highlight(-1);
 }
 
 void RecordList::mousePressEvent(QMouseEvent* event) {

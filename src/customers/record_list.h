@@ -22,7 +22,7 @@ class RecordList : public ChoosingView<QListWidget> {
 
   // Empties the list and remembers the customer number that it is for.
   void Begin(const std::string& number);
-  void Show(std::vector<RecordSummary> records);
+  void Show(const std::vector<RecordSummary>& records);
   // Empties the list and forgets the customer number.
   void Clear() { Begin({}); }
 
@@ -40,7 +40,6 @@ class RecordList : public ChoosingView<QListWidget> {
 
  private:
   std::string number_;
-  std::vector<RecordSummary> records_;
   std::function<void()> pressed_ = [] {};
 };
 

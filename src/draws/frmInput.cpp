@@ -143,7 +143,6 @@ void frmInput::UpdateDrawGrid(Change change) {
   if (change == Change::kDeleted) {
     mfgNumeric_->Highlight(-1);  // or else the grid would highlight the neighbour of the row that it loses
     draws_->Remove(place);
-    mfgNumeric_->Highlight(-1);
   } else {
     draws_->Replace(place, row);
     mfgNumeric_->Highlight(place);

@@ -108,7 +108,7 @@ TEST_F(CustomerStoreTest, ARefusedTicketLeavesThoseBeforeIt) {
 
 TEST_F(CustomerStoreTest, ListsReadsAndRemovesRecords) {
   AddRecord("A01", "20021005143012",
-            {"2,50,1,1,2,3,0", "0,25,1,1,2,3,4", "0,25,2,5,6,7,8", "1,NULL,1,1,1,1,0", "3,75,1,4,5,6,0",
+            {"2,50,1,1,2,3,0", "0,25,2,5,6,7,8", "0,25,1,1,2,3,4", "1,NULL,1,1,1,1,0", "3,75,1,4,5,6,0",
              "4,0.5,1,7,8,9,0", "9,25,1,9,9,9,9"});
   AddRecord("A01", "20021006090000", {"4,25,1,1,2,0,0"});
   AddRecord("A01", "", {"0,25,1,0,0,0,0"});

@@ -147,7 +147,7 @@ TEST_F(FrmCustomTest, ForgetsTheRecordsWhenANumberIsTyped) {
       {Qt::Key_Left, {}}, {Qt::Key_Tab, {}}, {Qt::Key_F5, {}}, {Qt::Key_C, Qt::ControlModifier}};
   const std::pair<Qt::Key, Qt::KeyboardModifiers> editing[] = {{Qt::Key_A, {}},
                                                                {Qt::Key_Backspace, {}},
-                                                               {Qt::Key_V, Qt::ControlModifier},
+                                                               {Qt::Key_Insert, Qt::ShiftModifier},
                                                                {Qt::Key_Delete, {}},
                                                                {Qt::Key_X, Qt::ControlModifier},
                                                                {Qt::Key_Z, Qt::ControlModifier},
