@@ -51,14 +51,15 @@ bool GestureGuard::Refuses(QObject& receiver, QEvent& event) {
 bool GestureGuard::RefusesPress(QWidget& widget, const QMouseEvent& press) {
   const QStyleHints& hints = *QGuiApplication::styleHints();
   const bool same_gesture =
-      last_ && press.timestamp() - last_->time <= static_cast<quint64>(hints.mouseDoubleClickInterval()) &&
-      (press.globalPosition() - last_->place).manhattanLength() <= hints.mouseDoubleClickDistance();
+      pressed_ && press.timestamp() - last_.time <= static_cast<quint64>(hints.mouseDoubleClickInterval()) &&
+      (press.globalPosition() - last_.place).manhattanLength() <= hints.mouseDoubleClickDistance();
   if (!same_gesture) {
-    last_ = Press{&widget, 0, {}};
+    pressed_ = true;
+    last_.taker = &widget;
   }
-  last_->time = press.timestamp();
-  last_->place = press.globalPosition();
-  return same_gesture && (last_->taker != &widget || qobject_cast<QAbstractButton*>(&widget) != nullptr);
+  last_.time = press.timestamp();
+  last_.place = press.globalPosition();
+  return same_gesture && (last_.taker != &widget || qobject_cast<QAbstractButton*>(&widget) != nullptr);
 }
 
 }  // namespace marlevo

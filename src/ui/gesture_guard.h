@@ -13,7 +13,6 @@
 #include <QPointF>
 #include <QPointer>
 #include <QWidget>
-#include <optional>
 
 class QKeyEvent;
 class QMouseEvent;
@@ -28,13 +27,14 @@ class GestureGuard {
  private:
   struct Press {
     QPointer<QWidget> taker;  // of the first press of the gesture; null when it is gone
-    quint64 time;             // of the last press, in milliseconds
+    quint64 time = 0;         // of the last press, in milliseconds
     QPointF place;            // of the last press, on the screen
   };
 
   bool RefusesPress(QWidget& widget, const QMouseEvent& press);
 
-  std::optional<Press> last_;
+  bool pressed_ = false;  // there has been a press, told of in last_
+  Press last_;
   bool refusing_ = false;  // from a refused press until its release
 };
 
