@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
 #include <string>
 
@@ -20,9 +21,11 @@ namespace marlevo::access {
 
 namespace {
 
-// Local time as a date of the file's own kind.
+// Local time as a date of the file's own kind; in a build that must come out the same again, the time which that
+// states.
 double Now() {
-  const std::time_t now = std::time(nullptr);
+  const char* const stated = std::getenv("SOURCE_DATE_EPOCH");
+  const std::time_t now = stated ? std::strtoll(stated, nullptr, 10) : std::time(nullptr);
   const std::tm local = *std::localtime(&now);
   const std::chrono::sys_days day = std::chrono::year{local.tm_year + 1900} /
                                     std::chrono::month{static_cast<unsigned>(local.tm_mon) + 1} /
