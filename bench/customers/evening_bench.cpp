@@ -89,7 +89,7 @@ struct Rows {
 int main(int argc, char** argv) {
   marlevo::bench::UseNoScreen();
   Application application(argc, argv);
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "4star.mdb";
   const std::vector<bench::Ticket> tickets = bench::Tickets(kTickets);
   const std::vector<bench::Ticket> record = bench::Record(kLargestRecord);

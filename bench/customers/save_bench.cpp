@@ -64,7 +64,7 @@ double SaveWithSqlite(bench::SqliteStore& sqlite, const std::vector<StoredTicket
 int main(int argc, char** argv) {
   marlevo::bench::UseNoScreen();
   Application application(argc, argv);
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "4star.mdb";
   bench::MakeStore(file, {});
   bench::SqliteStore sqlite(folder.Path() / "yardstick.db", {});

@@ -6,7 +6,7 @@
 
 int main() {
   using namespace marlevo;
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "4star.mdb";
   const std::vector<bench::Ticket> record = bench::Record(23000);
   const std::vector<bench::Ticket> others = bench::Tickets(1000000);

@@ -27,7 +27,7 @@ void List(bench::YardstickTable& table, const std::filesystem::path& folder) {
 }  // namespace
 
 int main() {
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   bench::YardstickTable table;
   bench::MeasureSaving(table, folder.Path(), bench::Indexes::kCustomer, 0.5);
   List(table, folder.Path());

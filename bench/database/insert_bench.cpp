@@ -4,7 +4,7 @@
 
 int main() {
   using namespace marlevo;
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   bench::YardstickTable table;
   bench::MeasureSaving(table, folder.Path(), bench::Indexes::kNone, 0.35);
   return table.ExitStatus();

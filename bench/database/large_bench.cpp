@@ -77,7 +77,7 @@ Costs Measure(const std::filesystem::path& file, std::size_t rows) {
 }  // namespace
 
 int main() {
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   std::printf("%10s %8s %25s %25s\n%10s %8s %12s %12s %12s %12s\n", "tickets", "MB", "ns a row inserted",
               "ns a row looked at", "", "", "processor", "clock", "processor", "clock");
   const Costs few = Measure(folder.Path() / "few.mdb", 1000000);

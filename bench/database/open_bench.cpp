@@ -37,7 +37,7 @@ int main(int count, char** arguments) {
     bench::MakeStore(arguments[1], bench::Tickets(1000000));
     return 0;
   }
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "4star.mdb";
   const std::string command = std::string("'").append(arguments[0]).append("' '").append(file.string()).append("'");
   if (std::system(command.c_str()) != 0) {

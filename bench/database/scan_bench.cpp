@@ -84,7 +84,7 @@ std::size_t Walk(Recordset rows) {
 }  // namespace
 
 int main() {
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "4star.mdb";
   const std::vector<bench::Ticket> tickets = bench::Tickets(1000000);
   bench::MakeStore(file, tickets);

@@ -51,7 +51,7 @@ Milliseconds Save(const std::string& opening, int save, std::vector<bench::Ticke
 
 int main(int argc, char** argv) {
   const int saves = argc > 1 ? std::atoi(argv[1]) : 200;
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "4star.mdb";
   bench::MakeStore(file, {}, bench::Indexes::kCustomer);
   const std::string opening = FileConnectionString(file);

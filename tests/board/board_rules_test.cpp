@@ -70,7 +70,7 @@ TEST(Expansion, WorkedExamples) {
   }
 }
 
-// The walk as it is told, with nothing skipped; `columns` from 1, the digits of each as text.
+// The expansion straight from its rule, without any shortcut; `columns` from 1, the digits of each as text.
 std::string SlowExpansion(const std::array<std::string, 12>& columns, std::size_t digits) {
   std::string tickets;
   std::set<std::string> seen;

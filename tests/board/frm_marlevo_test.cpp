@@ -141,6 +141,10 @@ TEST_F(FrmMarlevoTest, HiddenColumnsCountAndClearReachesThem) {
   EXPECT_FALSE(Shown("chkNum5(0)") || Shown("chkNum10(9)"));
   Click("Command2");
   EXPECT_TRUE(Shown("chkNum5(0)") && Shown("chkNum10(9)"));
+  board_.resize(800, 600);
+  QCoreApplication::processEvents();
+  const auto& board = Find<QWidget>("picMain");
+  EXPECT_LE(board.width(), board.parentWidget()->width()) << "scrolls sideways";
   Tick("chkPlay(0) chkNum1(1) chkNum2(2) chkNum3(3) chkNum4(4) chkNum9(5)");
   Click("Command2");
   EXPECT_FALSE(Shown("chkNum5(0)") || Shown("chkNum10(9)"));

@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
-#include <QFontMetrics>
-
-#include "ui/appearance.h"
 
 namespace marlevo {
 namespace {
@@ -38,12 +35,6 @@ TEST(TicketModelTest, ShowsNumberedTicketsAndABlankLastRowThroughEveryChange) {
   model.Refresh();
   ASSERT_EQ(model.rowCount(), 3);
   EXPECT_EQ(Row(model, 0), "1|1|2||4|");
-}
-
-TEST(AppearanceTest, ColumnsOfChineseTextStandUnderOneAnother) {
-  const QFontMetrics metrics(AlignedFont());
-  EXPECT_EQ(metrics.horizontalAdvance("四星正彩"), metrics.horizontalAdvance("12345678"));
-  EXPECT_EQ(metrics.horizontalAdvance("張 Ｘ"), metrics.horizontalAdvance("     "));
 }
 
 }  // namespace

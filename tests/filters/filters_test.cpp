@@ -50,7 +50,7 @@ TEST(Filters, RefuseAValueThatNoDigitsHave) {
   }
 }
 
-// One ticket's test as it is told, '_' being an empty cell; filters count from 1.
+// Whether a filter, counted from 1, removes a ticket: straight from the rule of the filter. '_' is an empty cell.
 bool Matches(int filter, int kind, std::string cells, std::set<int>& seen) {
   const auto columns = std::ssize(cells);
   const auto equal_to = [&](std::size_t k) {

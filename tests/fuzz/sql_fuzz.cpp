@@ -56,7 +56,7 @@ class Target {
     }
   }
 
-  testing_support::ScratchFolder folder_;
+  test::ScratchFolder folder_;
   std::filesystem::path file_ = folder_.Path() / "4star.mdb";
   std::optional<Connection> connection_;
   std::size_t changes_ = 0;

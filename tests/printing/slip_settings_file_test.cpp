@@ -30,7 +30,7 @@ class SlipSettingsFile : public testing::Test {
   }
   void Save() { SaveSlipSettings(folder_, SlipType::kFourDigit, {"1", "2", "3"}); }
 
-  testing_support::ScratchFolder scratch_;
+  test::ScratchFolder scratch_;
   std::filesystem::path folder_ = scratch_.Path();
   std::filesystem::path file_ = folder_ / "4Star.ini";
   const std::string saved_ = SlipSettingsText({"1", "2", "3"});

@@ -7,7 +7,7 @@
 
 namespace marlevo {
 
-// No file of this process grows beyond a size while this lives.
+// While an object lives, no file of this process can grow beyond `bytes`.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) {

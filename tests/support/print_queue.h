@@ -20,8 +20,8 @@ class PrintQueue {
  public:
   static bool Installed();
 
-  // Starts the server and makes it this process's print system; one a process, since the print system is asked for
-  // once.
+  // Starts the server and makes it this process's print system. A process can have only one queue, because Qt asks for
+  // the print system once.
   PrintQueue();
   ~PrintQueue();
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-// What the platform without screen says of windows of a fixed size and of lists that open.
+// How the platform without a screen begins what it says about windows of a fixed size and lists that open.
 constexpr const char* kHarmless = "This plugin does not support ";
 
 // Turns each Qt warning into a failure of the test that runs.

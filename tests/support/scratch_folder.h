@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-namespace marlevo::testing_support {
+namespace marlevo::test {
 
 class ScratchFolder {
  public:
@@ -30,4 +30,4 @@ class ScratchFolder {
   std::filesystem::path path_;
 };
 
-}  // namespace marlevo::testing_support
+}  // namespace marlevo::test

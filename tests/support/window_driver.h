@@ -53,14 +53,14 @@ Widget& Find(const QWidget& window, const QString& name) {
   return *widget;
 }
 
-// Runs it inside an event, so that what it throws ends in the program's guard.
+// Runs `action` inside an event, so that what it throws reaches the program's guard of errors.
 inline void RunInEvent(const std::function<void()>& action) {
   QMetaObject::invokeMethod(qApp, action, Qt::QueuedConnection);
   QCoreApplication::sendPostedEvents(qApp, QEvent::MetaCall);
 }
 
-// The press itself is not an event of the mouse or a key: what Qt keeps of those is lost when the handler throws, and
-// sanitized builds tell.
+// Calls click() instead of sending an event of the mouse or a key: when the handler of such an event throws, Qt leaks
+// memory, and sanitized builds report it.
 inline void Click(const QWidget& window, const QString& button) {
   RunInEvent([&pressed = Find<QAbstractButton>(window, button)] { pressed.click(); });
 }
@@ -87,7 +87,7 @@ inline void Type(const QWidget& window, const QString& box, const QString& text)
   QTest::keyClicks(&edit, text);
 }
 
-// For texts that are entered by an input method.
+// Sets the text of a box at once, as an input method does.
 inline void Enter(const QWidget& window, const QString& box, const QString& text) {
   Find<QLineEdit>(window, box).setText(text);
 }

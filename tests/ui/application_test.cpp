@@ -23,7 +23,7 @@ TEST(ErrorGuardTest, AnErrorOfASlotIsReportedAndTheProgramGoesOn) {
   for (const char* const words : {"讀取客戶資料", "4star.mdb", "page 7 is damaged"}) {
     WithModals([&] { RunInEvent([&] { button.click(); }); }, {ExpectErrorReport(words, "繼續")});
   }
-  // Not only errors of files and printers, and not only in slots.
+  // An error of another kind, thrown in an event that is no slot.
   WithModals([] { RunInEvent([] { throw std::length_error("too long"); }); }, {ExpectErrorReport("too long", "繼續")});
 }
 
@@ -41,7 +41,7 @@ TEST(ErrorGuardTest, ASecondErrorWaitsForTheFirstReport) {
   WithModals([] { RunInEvent(&Fail); }, {first, second});
 }
 
-// The last one: the application is over afterwards.
+// Stands last, because no window can be shown after the application has ended.
 TEST(ErrorGuardTest, EndLeavesEveryNestedLoopWithStatusOne) {
   auto& application = *static_cast<Application*>(QCoreApplication::instance());
   int status = 0;

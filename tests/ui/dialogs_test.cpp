@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -9,6 +10,7 @@
 #include <memory>
 
 #include "support/qt_modal.h"
+#include "ui/appearance.h"
 #include "ui/frmMessage.h"
 #include "ui/frmMessage2.h"
 #include "ui/question.h"
@@ -49,6 +51,12 @@ TEST(WordsTest, ButtonsAndMenusAreChinese) {
   for (const QAction* const action : menu->actions()) {
     EXPECT_TRUE(action->isSeparator() || action->text().at(0) > QChar(0x2E7F)) << action->text().toStdString();
   }
+}
+
+TEST(AppearanceTest, ColumnsOfChineseTextStandUnderOneAnother) {
+  const QFontMetrics metrics(AlignedFont());
+  EXPECT_EQ(metrics.horizontalAdvance("四星正彩"), metrics.horizontalAdvance("12345678"));
+  EXPECT_EQ(metrics.horizontalAdvance("張 Ｘ"), metrics.horizontalAdvance("     "));
 }
 
 TEST(MessageTest, EnterAndEscCloseItAndALineBreakIsOne) {

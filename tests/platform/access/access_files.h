@@ -116,7 +116,7 @@ class NewFileTest : public testing::Test {
   }
   Database Reopen() const { return Database::Open(file_, {.password = kPassword, .code_page = {}}); }
 
-  testing_support::ScratchFolder folder_;
+  test::ScratchFolder folder_;
   std::filesystem::path file_ = folder_.Path() / "4star.mdb";
 };
 

@@ -181,7 +181,7 @@ TEST_F(ConnectionTest, RefusesAndOpensAnewWhatAnotherProgramHasChanged) {
 
 TEST(ConnectionColumns, ServesTablesOfEveryColumnType) {
   using enum access::ColumnType;
-  const testing_support::ScratchFolder folder;
+  const test::ScratchFolder folder;
   const std::filesystem::path file = folder.Path() / "types.mdb";
   access::Database::Create(file, "",
                            {{"Select \"x\"",

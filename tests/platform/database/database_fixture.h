@@ -67,7 +67,7 @@ class DatabaseFixture : public testing::Test {
     return static_cast<int>(connection.Open("SELECT COUNT(*) AS N FROM " + table).Number("N"));
   }
 
-  testing_support::ScratchFolder folder_;
+  test::ScratchFolder folder_;
   std::filesystem::path file_ = folder_.Path() / "4star.mdb";
 };
 

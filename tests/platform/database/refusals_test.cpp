@@ -19,7 +19,7 @@ class RefusalsTest : public testing::Test {
     access::Database::Create(file_, "", tables, pager::NativeFiles(), kind);
   }
 
-  testing_support::ScratchFolder folder_;
+  test::ScratchFolder folder_;
   std::filesystem::path file_ = folder_.Path() / "odd.mdb";
 };
 

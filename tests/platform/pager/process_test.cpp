@@ -16,7 +16,7 @@
 namespace marlevo::pager {
 namespace {
 
-using testing_support::ScratchFolder;
+using test::ScratchFolder;
 
 // Another process and its work.
 class Child {

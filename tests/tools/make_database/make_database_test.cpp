@@ -48,7 +48,7 @@ class MakeDatabaseTest : public testing::Test {
     return static_cast<int>(connection.Open("SELECT COUNT(*) AS N FROM CUSTOM_H").Number("N"));
   }
 
-  testing_support::ScratchFolder folder_;
+  test::ScratchFolder folder_;
 };
 
 constexpr char kTwoCustomers[] =
