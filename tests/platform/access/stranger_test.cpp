@@ -13,6 +13,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <thread>
 
 #include "platform/access/access_files.h"
 #include "platform/access/database/database.h"
@@ -100,10 +101,10 @@ class WatchedFiles final : public pager::FileSystem {
   std::uint64_t passed_ = 0;
 };
 
-// Another process that does `deed` at once. With `stays` it then keeps what it has opened until it is told to end.
+// Another process that does `deed` at once. It ends when told to, or when the deed is done.
 class Stranger {
  public:
-  Stranger(const std::function<void()>& deed, bool stays) {
+  explicit Stranger(const std::function<void()>& deed) {
     int done[2];
     if (pipe(done) != 0) throw std::runtime_error("no pipe");
     pid_ = fork();
@@ -111,15 +112,15 @@ class Stranger {
       for (int handle = 3; handle < 100; ++handle) {
         if (handle != done[1]) close(handle);  // an inherited handle would share our locks
       }
+      done_ = done[1];
       deed();
-      if (write(done[1], "x", 1) != 1) _exit(1);
-      while (stays) pause();
+      Tell();
       _exit(0);
     }
-    char told = 0;
-    EXPECT_EQ(read(done[0], &told, 1), 1);
-    close(done[0]);
     close(done[1]);
+    char told = 0;
+    in_the_midst_ = read(done[0], &told, 1) == 1 && told == 's';
+    close(done[0]);
   }
   Stranger(const Stranger&) = delete;
   Stranger& operator=(const Stranger&) = delete;
@@ -128,7 +129,20 @@ class Stranger {
     waitpid(pid_, nullptr, 0);
   }
 
+  // In the midst of a deed: goes on using what is open, until it is told to end.
+  [[noreturn]] static void Stay() {
+    Tell('s');
+    for (;;) pause();
+  }
+  bool InTheMidst() const { return in_the_midst_; }
+
  private:
+  static void Tell(char what = 'x') {
+    if (write(done_, &what, 1) != 1) _exit(1);
+  }
+
+  static inline int done_ = 0;
+  bool in_the_midst_ = false;
   pid_t pid_;
 };
 
@@ -187,9 +201,8 @@ class StrangerTest : public BothFormatsTest {
   }
 
   // `deed`: what the other program does; `changed` and `late`: what the file is by that before our work, and after it.
-  // With `stays` the other program goes on using what it has opened.
   void AtEveryMoment(const char* name, const std::function<void()>& deed, const std::string& changed,
-                     const std::function<std::string(const std::string&)>& late, Fault refusal, bool stays = false) {
+                     const std::function<std::string(const std::string&)>& late, Fault refusal) {
     const std::string worked = WorkedOn(before_);
     const std::string worked_on_changed = WorkedOn(changed);
     if (changed != kNone) {
@@ -200,7 +213,7 @@ class StrangerTest : public BothFormatsTest {
       SCOPED_TRACE(std::string(name) + " at moment " + std::to_string(moment));
       PutBack(before_);
       std::optional<Stranger> stranger;
-      WatchedFiles files(moment, [&] { stranger.emplace(deed, stays); });
+      WatchedFiles files(moment, [&] { stranger.emplace(deed); });
       bool done = false;
       bool came = false;
       try {
@@ -284,10 +297,46 @@ TEST_P(StrangerTest, CopiesReplacesOrRemovesTheFile) {
 
 TEST_P(StrangerTest, KeepsTheFileOpenOrTakesTheJournal) {
   const auto none = [](const std::string& worked) { return worked; };
-  const auto hold = [&] { new std::ofstream(folder_.Path() / "4star.ldb"); };
-  AtEveryMoment("opens", hold, before_, none, Fault::kInUse, true);
+  const auto hold = [&] {
+    const std::ofstream held(folder_.Path() / "4star.ldb");
+    Stranger::Stay();
+  };
+  AtEveryMoment("opens", hold, before_, none, Fault::kInUse);
   const auto take = [&] { fs::remove(file_.string() + "-journal"); };
   AtEveryMoment("takes journal", take, before_, none, Fault::kChanged);
+}
+
+// Killed at every moment of our own work, while this process reads: half of it is never seen.
+TEST_P(StrangerTest, IsOurOwnProgramAndKilled) {
+  const std::string worked = WorkedOn(before_);
+  int ends[2] = {};
+  for (std::uint64_t moment = 1;; ++moment) {
+    SCOPED_TRACE(moment);
+    PutBack(before_);
+    std::optional<Stranger> killed(std::in_place, [&] {
+      WatchedFiles files(moment, Stranger::Stay);
+      Database database = OpenBy(files);
+      Work(database, "T", 100, 140, 3);
+    });
+    const bool in_the_midst = killed->InTheMidst();
+    // Who opens the file meanwhile may have to wait for that end, and has to get along with what is left behind.
+    std::jthread end([&] {
+      if (moment % 2 == 0) usleep(1000);
+      killed.reset();
+    });
+    std::optional<Database> reader(Reopen());
+    end.join();
+    ASSERT_EQ(Health(*reader), "sound");
+    reader.reset();
+    const bool done = Content() == worked;
+    ASSERT_TRUE(done || (in_the_midst && Content() == before_));
+    ++ends[done];
+    if (!in_the_midst) break;
+    if (done) continue;
+    Store("T", 100, 140, 3);
+    ASSERT_TRUE(Content() == worked);
+  }
+  std::cout << "killed: " << ends[0] << " times undone, " << ends[1] << " times done\n";
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, StrangerTest, testing::ValuesIn(kFormats), FormatName);

@@ -179,10 +179,9 @@ TEST_F(ConnectionTest, RefusesAndOpensAnewWhatAnotherProgramHasChanged) {
   EXPECT_EQ(Refusal("開啟資料庫", [&] { other.Execute("DELETE FROM CUSTOM_D"); }), Fault::kMissing);
 }
 
-TEST(ConnectionColumns, ServesTablesOfEveryColumnType) {
+TEST_F(ConnectionTest, ServesTablesOfEveryColumnType) {
   using enum access::ColumnType;
-  const test::ScratchFolder folder;
-  const std::filesystem::path file = folder.Path() / "types.mdb";
+  const std::filesystem::path file = folder_.Path() / "types.mdb";
   access::Database::Create(file, "",
                            {{"Select \"x\"",
                              {{"Yes", kBoolean},
@@ -193,9 +192,7 @@ TEST(ConnectionColumns, ServesTablesOfEveryColumnType) {
                               {"When", kDateTime},
                               {"Long text", kMemo}}}});
   Connection connection(FileConnectionString(file));
-  connection.Execute(
-      "INSERT INTO [Select \"x\"] (Yes,[Order],Short,Money,Single,[When],[Long text]) "
-      "VALUES (-1,255,-32768,12.3456,0.5,36526.25,'備註')");
+  connection.Execute("INSERT INTO [Select \"x\"] VALUES (-1,255,-32768,12.3456,0.5,36526.25,'備註')");
   const std::vector<std::string> fields = {"Yes", "Order", "Short", "Money", "Single", "When", "Long text"};
   EXPECT_EQ(Rows(connection, "SELECT * FROM [Select \"x\"] WHERE Yes=-1 AND Money=12.3456 AND Single=0.5", fields),
             "-1|255|-32768|12.3456|0.5|36526.25|備註\n");

@@ -56,12 +56,15 @@ class Statements {
         {"NULL", "''", "'a'", "'A'", "'a1'", "'A1 '", "'_'", "'陳'", "'林'", "'b'", "'陳 b'", "'B2'", "'10'", "'9'"});
   }
   std::string Number() {
-    return Below(6) == 0 ? Pick({"NULL", "-1", "2147483647", "-2147483648"}) : std::to_string(Below(6));
+    return Below(6) == 0 ? Pick({"NULL", "-1", "2147483647", "-2147483648", "257", "65537"}) : std::to_string(Below(6));
   }
   std::string Insert() {
     std::string values = Text() + "," + Text() + "," + Number() + "," + Number() + (Below(3) == 0 ? "+0.5" : "");
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 3; ++i) {
       values.append(",").append(Number());
+    }
+    for (int i = 0; i < 2; ++i) {
+      values.append(",").append(Below(6) == 0 ? "NULL" : std::to_string(Below(6)));
     }
     return "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) VALUES (" + values +
            ")";
@@ -113,20 +116,23 @@ std::vector<std::string> Lines(const std::string& text, bool sorted) {
   return lines;
 }
 
-// Whether the table has indexes must not show in the rows.
+// Whether the table has indexes must not show in the rows, nor how wide its numbers are stored.
 class ModelTest : public DatabaseFixture, public testing::WithParamInterface<bool> {
  protected:
   void SetUp() override {
+    std::vector<access::TableSchema> tables = NewTables();
+    access::TableSchema& table = tables.back();
+    table.columns.at(7).type = access::ColumnType::kInteger;
+    table.columns.at(8).type = access::ColumnType::kByte;
     if (GetParam()) {
-      std::vector<access::TableSchema> tables = NewTables();
-      tables.back().indexes = {{.name = "customer", .columns = {{"CUSTOM_NO"}, {"PLAY_MODE", true}}},
-                               {.name = "date", .columns = {{"SAL_DATE", true}}, .ignore_nulls = true},
-                               {.name = "amount", .columns = {{"PLAY_AMT"}}},
-                               {.name = "record", .columns = {{"PLAY_SEQ", true}, {"NO1"}}},
-                               {.name = "digits", .columns = {{"NO1"}, {"NO2"}, {"NO3"}}, .ignore_nulls = true}};
-      std::filesystem::remove(file_);
-      access::Database::Create(file_, "qorvat", tables);
+      table.indexes = {{.name = "customer", .columns = {{"CUSTOM_NO"}, {"PLAY_MODE", true}}},
+                       {.name = "date", .columns = {{"SAL_DATE", true}}, .ignore_nulls = true},
+                       {.name = "amount", .columns = {{"PLAY_AMT"}}},
+                       {.name = "record", .columns = {{"PLAY_SEQ", true}, {"NO1"}}},
+                       {.name = "digits", .columns = {{"NO1"}, {"NO2"}, {"NO3"}}, .ignore_nulls = true}};
     }
+    std::filesystem::remove(file_);
+    access::Database::Create(file_, "qorvat", tables);
   }
 };
 
