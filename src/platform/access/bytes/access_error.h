@@ -1,5 +1,5 @@
-// What goes wrong in an Access file: a damaged or foreign file, a feature that this engine does not keep right, a value
-// that does not fit its column, a wrong password. What the disk refuses is a PagerError of the layer below.
+// The errors of an Access file: a damaged or foreign file, a feature that this engine cannot keep correct, a value that
+// does not fit its column, a wrong password. Failures of the disk are PagerErrors, from the layer below.
 #pragma once
 
 #include <cstdint>
@@ -17,14 +17,15 @@ class AccessError : public FaultError {
   AccessError(std::uint32_t page, const std::string& reason)
       : FaultError(Fault::kDamaged, "page " + std::to_string(page) + ": " + reason), page_(page) {}
 
-  // The page that is not as it should be, if the fault lies in one.
+  // The damaged page, if the error concerns a single page.
   std::optional<std::uint32_t> Page() const { return page_; }
 
  private:
   std::optional<std::uint32_t> page_;
 };
 
-// A value that does not fit its column, or that an index or a relationship of the table forbids. Nothing was changed.
+// A value that does not fit its column, or that an index or a relationship of the table forbids. When this is thrown
+// the file is unchanged, and a statement that is open may go on.
 class ValueError : public AccessError {
   using AccessError::AccessError;
 };

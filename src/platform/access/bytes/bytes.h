@@ -1,4 +1,5 @@
-// Numbers in a file are little-endian and stand at any address. The caller has checked that the bytes exist.
+// Reading and writing numbers in a page. They are little-endian and need no alignment. These functions check no bounds:
+// the caller has checked that the bytes exist.
 #pragma once
 
 #include <bit>

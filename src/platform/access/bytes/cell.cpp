@@ -13,7 +13,9 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kLongestLongValue = 0x1FFF'FFFF;  // half of what a length can say: of two bytes each
+// Characters of a Memo and bytes of an Ole value. The stored length has 30 bits and counts bytes; UTF-16 takes two
+// bytes for each character.
+constexpr std::size_t kLongestLongValue = 0x1FFF'FFFF;
 constexpr std::size_t kCurrencyScale = 4;
 constexpr std::size_t kGuidSize = 16;
 // The order in which a Guid's stored bytes are printed.
@@ -48,7 +50,7 @@ std::string Digits(Magnitude magnitude) {
   return digits;
 }
 
-// Digits with the point `scale` places from the right, without zeros after the last needed place.
+// The digits with a decimal point `scale` places from the right, without trailing zeros: "1250", 2 gives "12.5".
 std::string DecimalText(bool negative, std::string digits, std::size_t scale) {
   if (digits.size() <= scale) {
     digits.insert(0, scale + 1 - digits.size(), '0');
@@ -64,7 +66,8 @@ std::string DecimalText(bool negative, std::string digits, std::size_t scale) {
   return text == "-0" ? "0" : text;
 }
 
-// Without overflow for the smallest number, too.
+// The digits of the amount without its sign. Negating the smallest number would overflow, so the sign is cut off
+// instead.
 std::string CurrencyDigits(std::int64_t amount) {
   const std::string text = std::to_string(amount);
   return amount < 0 ? text.substr(1) : text;
@@ -109,12 +112,13 @@ double RealNumber(const ColumnDefinition& column, const Value& value) {
   RefuseKind(column);
 }
 
-// A number times 10^scale, as decimal digits. Refuses more places than that.
+// A number times 10^scale, as decimal digits.
 struct ScaledDigits {
   bool negative;
   std::string digits;  // without leading zeros
 };
 
+// Refuses a value with more than `scale` decimal places.
 ScaledDigits Scale(const ColumnDefinition& column, const Value& value, std::size_t scale) {
   char buffer[400];  // the largest double has 309 digits, the smallest 324 places and 17 digits
   std::to_chars_result written{};

@@ -1,4 +1,5 @@
-// One value's bytes. Of Memo and Ole these are the value's own, wherever they are kept (see long_value.h).
+// The bytes of one value and what they mean. For Memo and Ole columns these are the bytes of the whole value, whether
+// the row holds them or pages of their own (see long_value.h).
 #pragma once
 
 #include <cstddef>
@@ -14,26 +15,27 @@
 
 namespace marlevo::access {
 
-// Bytes that a value of the type has; 0 when that varies. A Boolean has none: it is its null bit.
+// How many bytes each value of the type has; 0 when they differ in length. A Boolean has no bytes either: its bit in
+// the null mask is the value.
 std::size_t WidthOf(ColumnType type);
 
-bool IsInteger(ColumnType type);  // Byte, Integer, Long
-bool IsNumber(ColumnType type);   // those and Currency, Single, Double, DateTime, Numeric
-bool IsLongValue(ColumnType type);
-bool IsKnown(ColumnType type);  // not one of the engine's internal types
+bool IsInteger(ColumnType type);    // Byte, Integer, Long
+bool IsNumber(ColumnType type);     // the integers, Currency, Single, Double, DateTime, Numeric
+bool IsLongValue(ColumnType type);  // Memo, Ole
+bool IsKnown(ColumnType type);      // every type but the internal ones that ColumnType does not name
 
-// `bytes` holds at least WidthOf bytes. Of a column that IsInteger / IsNumber.
+// For a column whose type IsInteger or IsNumber, respectively. `bytes` has at least WidthOf(type) bytes.
 std::int64_t DecodeInteger(ColumnType type, Bytes bytes);
 double DecodeReal(const ColumnDefinition& column, Bytes bytes);
 
-// The text of a Text column's bytes; the exact decimal text of Currency and Numeric; a Guid in braces. The result is
-// part of `bytes` or of `buffer`.
+// The text of a Text or Memo value; the exact decimal text of Currency and Numeric; a Guid in braces. The result is a
+// view of `bytes` or of `buffer`.
 std::string_view DecodeText(const ColumnDefinition& column, const TextCodec& text, Bytes bytes, std::string& buffer);
 
-// Appends the value's bytes. `value` is not null. Throws ValueError when it does not fit the column.
+// Appends the bytes of `value`, which is not null. Throws ValueError when the value does not fit the column.
 void EncodeCell(const ColumnDefinition& column, const TextCodec& text, const Value& value, std::vector<std::byte>& out);
 
-// Of a Boolean column.
+// The value that a Boolean column gets; null counts as false.
 bool EncodeBoolean(const ColumnDefinition& column, const Value& value);
 
 }  // namespace marlevo::access

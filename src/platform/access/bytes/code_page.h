@@ -1,5 +1,5 @@
-// Texts of the single- and double-byte code pages in which Jet 3 stores them, by the number that Windows gives a page
-// (1252 Western, 950 Traditional Chinese, 936 Simplified Chinese ...).
+// Converts between UTF-8 and the code pages of one or two bytes a character in which Jet 3 stores texts. A code page is
+// named by its Windows number (1252 Western, 950 Traditional Chinese, 936 Simplified Chinese ...).
 #pragma once
 
 #include <memory>
@@ -9,21 +9,21 @@
 
 namespace marlevo::access {
 
-// What stands for bytes that mean nothing in a page.
+// Stands in a decoded text for each byte that is not part of a character of the code page.
 inline constexpr std::string_view kUndecodable = "\uFFFD";
 
 class CodePage {
  public:
-  // Null when this system does not know the page.
+  // Null when the operating system does not know the code page.
   static std::unique_ptr<CodePage> Find(int number);
 
   virtual ~CodePage() = default;
 
-  // Bytes that mean nothing in this page become kUndecodable, so that one bad byte (a character cut at the column's
-  // length) does not hide the rest.
+  // Invalid bytes become kUndecodable, so that one bad byte (for instance of a character that was cut in two at the
+  // column's length) does not hide the rest of the text.
   virtual std::string Decode(std::string_view bytes) const = 0;
 
-  // Nothing when the page lacks a character or `text` is not UTF-8.
+  // Nothing when the code page lacks a character of `text`, or `text` is not UTF-8.
   virtual std::optional<std::string> Encode(std::string_view text) const = 0;
 };
 

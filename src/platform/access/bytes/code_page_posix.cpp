@@ -18,7 +18,7 @@ using Converter = std::unique_ptr<iconv_t, CloseConverter>;
 
 const iconv_t kNoConverter = reinterpret_cast<iconv_t>(-1);
 
-// Converts as far as possible; the rest stays in `in`.
+// Converts up to the first invalid or missing character; the rest stays in `in`.
 std::string Convert(iconv_t converter, std::string_view& in) {
   std::string out(in.size() * 4 + 16, '\0');
   char* from = const_cast<char*>(in.data());  // iconv's signature; it does not write there

@@ -49,7 +49,7 @@ class WindowsCodePage : public CodePage {
   }
 
  private:
-  // Left to itself Windows turns what means nothing into question marks, which a text may also hold.
+  // Converting the whole text at once would turn invalid bytes into question marks, which a text may also hold.
   std::wstring CharacterByCharacter(std::string_view bytes) const {
     std::wstring wide;
     while (!bytes.empty()) {

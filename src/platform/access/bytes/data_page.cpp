@@ -18,7 +18,7 @@ std::size_t Offset(const Format& format, MutableBytes page, std::size_t slot) {
   return LoadU16(SlotPlace(format, page, slot)) & kSlotOffset;
 }
 
-// Before rows are moved: each of them lies where it should.
+// Called before rows are moved: throws AccessError unless the rows from `slot` on lie inside the page and in order.
 void CheckRows(const Format& format, std::uint32_t number, MutableBytes page, std::size_t slot) {
   const DataPage view(format, number, page);
   for (std::size_t i = slot; i < view.SlotCount(); ++i) {

@@ -1,5 +1,5 @@
-// A data page: a table of slots at the front, rows filled in from the back, in the order of the slots. Also the pages
-// of usage maps and of long values have this shape.
+// A data page: a table of slots at the front; the rows lie at the back, row 0 at the very end and each later row in
+// front of the one before it. Pages that hold the rows of usage maps or of long values have this shape too.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace marlevo::access {
 
-// How a structure of the file points at a row: slot in the first byte, page in the other three.
+// A pointer to a row, as structures of the file store it: the slot in the first byte, the page in the other three.
 struct RowPointer {
   std::uint32_t page = 0;
   std::uint8_t slot = 0;
@@ -32,19 +32,20 @@ inline RowPointer FromRowId(RowId id) {
   return {static_cast<std::uint32_t>(id) >> 8, static_cast<std::uint8_t>(static_cast<std::uint32_t>(id) & 0xFF)};
 }
 
-// Reads a page. Every access is checked against the page's bounds; what lies outside is an AccessError with the page.
+// Reads a data page. Every access is checked: a place outside the page throws an AccessError with the page's number.
 class DataPage {
  public:
-  // Throws when the page is no data page or its slot table does not fit.
+  // Throws AccessError when the page is not a data page or its slot table does not fit into it.
   DataPage(const Format& format, std::uint32_t number, Bytes page);
 
   std::uint32_t Owner() const { return LoadU32(&page_[kOwnerAt]); }
-  std::size_t FreeSpace() const { return LoadU16(&page_[kFreeSpaceAt]); }  // as the page itself says
+  std::size_t FreeSpace() const { return LoadU16(&page_[kFreeSpaceAt]); }  // the stored count; Room() computes it
   std::size_t SlotCount() const { return slot_count_; }
   std::uint16_t Flags(std::size_t slot) const { return SlotAt(slot) & static_cast<std::uint16_t>(~kSlotOffset); }
   bool IsDeleted(std::size_t slot) const { return (SlotAt(slot) & kSlotDeleted) == kSlotDeleted; }
 
-  // The bytes between this slot's offset and the one before it. In the header, since a scan does little else.
+  // The row in this slot: it reaches from the slot's own offset to the offset of the slot before. Inline, since a scan
+  // of a table spends most of its time here.
   Bytes Row(std::size_t slot) const {
     if (slot >= slot_count_) {
       ThrowNoRow(slot);
@@ -57,10 +58,10 @@ class DataPage {
     return {page_.data() + start, end - start};
   }
 
-  // Free bytes between the slot table and the rows, worked out from the slots.
+  // Free bytes between the slot table and the rows, computed from the slots.
   std::size_t Room() const;
 
-  // Of a slot with kSlotMoved.
+  // Where the bytes of the row in this slot have been moved to. The slot has the flag kSlotMoved.
   RowPointer Body(std::size_t slot) const;
 
  private:
@@ -74,17 +75,17 @@ class DataPage {
   std::size_t slot_count_;
 };
 
-// Makes an empty data page of a zeroed or used one.
+// Turns a page, whatever it holds, into an empty data page.
 void FormatDataPage(const Format& format, MutableBytes page, std::uint32_t owner);
 
 // Appends a row with the next slot number; the caller has checked that row.size() + 2 bytes and a slot number are free.
 std::uint8_t AppendRow(const Format& format, MutableBytes page, Bytes row, std::uint16_t flags = 0);
 
-// Gives the row's bytes back to the page. The slot stays, marked deleted, so that the others keep their numbers;
-// deleted slots at the table's end go.
+// Frees the row's bytes. Its slot stays and is marked deleted, so that the other rows keep their slot numbers; deleted
+// slots at the end of the slot table are removed.
 void DeleteRow(const Format& format, std::uint32_t number, MutableBytes page, std::size_t slot);
 
-// Lengthens or shortens a row: bytes are kept from its start, new ones are zero. The caller has checked the room.
+// Lengthens a row with zero bytes at its end, or cuts its end off. The caller has checked that there is room.
 void ResizeRow(const Format& format, std::uint32_t number, MutableBytes page, std::size_t slot, std::size_t size);
 
 }  // namespace marlevo::access

@@ -15,7 +15,7 @@ constexpr std::string_view kNewerSignature{"\x00\x01\x00\x00Standard ACE DB\x00"
 constexpr std::size_t kVersionAt = 0x14;
 constexpr std::size_t kMaskedAt = 0x18;
 constexpr std::size_t kSystemTablesAt = 0x20;
-constexpr std::size_t kCountryAt = 0x38;  // Jet 3, like the next one
+constexpr std::size_t kCountryAt = 0x38;  // Jet 3
 constexpr std::size_t kJet3SortOrderAt = 0x3A;
 constexpr std::size_t kCodePageAt = 0x3C;
 constexpr std::size_t kEncodingKeyAt = 0x3E;
@@ -30,10 +30,11 @@ constexpr std::size_t kUserSlotsSize = 512;  // at the page's end: two bytes for
 
 constexpr std::array kMaskKey{std::byte{0xC7}, std::byte{0xDA}, std::byte{0x39}, std::byte{0x6B}};
 
-// The password of Jet 4 is combined with the whole days of the creation date, repeated.
+// Jet 4 masks the password with the creation date: the whole days since 1899-12-30 as four bytes, repeated over the
+// password and combined by XOR.
 void ApplyDateMask(MutableBytes password, const std::byte* creation_date) {
   const double date = Load<double>(creation_date);
-  // A damaged date makes the password wrong, nothing else.
+  // With a damaged date only the password comes out wrong; converting such a date to an integer would be undefined.
   const auto days = date > -1e9 && date < 1e9 ? static_cast<std::int32_t>(date) : 0;
   std::array<std::byte, sizeof days> mask;
   Store(mask.data(), days);

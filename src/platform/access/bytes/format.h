@@ -1,4 +1,5 @@
-// Every size and place that differs between the two formats. Places are byte offsets from the start of what is named.
+// The numbers of the file format: first those that both formats share, then the struct Format with every size and place
+// in which Jet 3 and Jet 4 differ. A place is a byte offset from the start of the structure that its group names.
 #pragma once
 
 #include <cstddef>
@@ -14,9 +15,9 @@ enum PageType : std::uint8_t {
   kIndexLeafPage = 0x04,
   kMapPage = 0x05,
 };
-inline constexpr std::uint8_t kFreedPageBit = 0x08;  // added to the type of a page that is given back
+inline constexpr std::uint8_t kFreedPageBit = 0x08;  // set in the type of a page that belongs to nobody any more
 
-// Bytes 4..7 of a data page say whose it is: a table's definition page or one of these.
+// Bytes 4..7 of a data page name its owner: the number of a table's definition page, or one of these.
 inline constexpr std::uint32_t kOwnerUsageMaps = 0;
 inline constexpr std::uint32_t kOwnerGlobalMap = 1;
 inline constexpr std::uint32_t kOwnerLongValues = 0x4C41564C;  // "LVAL"
@@ -30,24 +31,24 @@ inline constexpr std::uint16_t kSlotBody = 0x8000;   // body of a moved row, rea
 inline constexpr std::uint16_t kSlotDeleted = 0xC000;
 inline constexpr std::size_t kMaxSlots = 255;  // slot numbers are bytes
 
-// Types of usage maps and the page of the map of all pages.
-inline constexpr std::uint8_t kInlineMap = 0;
-inline constexpr std::uint8_t kReferenceMap = 1;
-inline constexpr std::uint32_t kGlobalMapPage = 1;
-inline constexpr std::size_t kMapPageHeader = 4;
+// Usage maps. Byte 0 of a map's row is one of the first two numbers.
+inline constexpr std::uint8_t kInlineMap = 0;       // the row holds the bits themselves
+inline constexpr std::uint8_t kReferenceMap = 1;    // the row holds the numbers of pages full of bits
+inline constexpr std::uint32_t kGlobalMapPage = 1;  // its row 0 is the map of all pages of the file
+inline constexpr std::size_t kMapPageHeader = 4;    // bytes of a page of bits before the first bit
 
 inline constexpr std::uint32_t kObjectsPage = 2;  // definition of MSysObjects
 
-inline constexpr std::uint16_t kGeneralLanguage = 0x0409;  // of files and columns whose texts are ordered as "General"
-inline constexpr std::uint16_t kCountry = 1;               // of a new Jet 3 file and its columns
+inline constexpr std::uint16_t kGeneralLanguage = 0x0409;  // language number of the sort order "General"
+inline constexpr std::uint16_t kCountry = 1;               // country number that a new Jet 3 file and its columns get
 
-inline constexpr std::size_t kIndexKeysAt = 4;  // in a counter block of an index
+inline constexpr std::size_t kIndexKeysAt = 4;  // place of the count of different keys in an index's counter block
 
 inline constexpr std::size_t kMaxColumns = 255;
 inline constexpr std::size_t kMaxNameLength = 64;
 inline constexpr std::size_t kMaxIndexColumns = 10;
 
-inline constexpr std::size_t kLongValueHeader = 12;
+inline constexpr std::size_t kLongValueHeader = 12;  // bytes that a row holds of every Memo or Ole value
 
 struct Format {
   int version;  // 3 or 4
@@ -79,7 +80,7 @@ struct Format {
     std::size_t body;
   } definition;
 
-  // Table definition: one real index's block in the body's first part; four bytes into it stands the count of its keys.
+  // Table definition: bytes of one real index's counter block. These blocks are the first part of the body.
   std::size_t index_counter_size;
 
   // Table definition: column descriptor.
@@ -106,7 +107,7 @@ struct Format {
     std::size_t flags;
   } index;
 
-  // Table definition: logical index. All fields stand `shift` bytes after the Jet 3 places.
+  // Table definition: logical index. Every field stands `shift` bytes later than in Jet 3.
   struct {
     std::size_t size;
     std::size_t shift;

@@ -12,9 +12,13 @@ namespace marlevo::access {
 namespace {
 
 constexpr std::size_t kSignatureSize = 4;  // "KKD" or "MR2", and a NUL
-constexpr std::size_t kBlockHeader = 6;    // u32 length, itself included, then u16 kind
-constexpr std::uint16_t kNames = 0x80;     // other kinds of blocks hold values
-constexpr std::size_t kEntryHeader = 8;  // u16 length, itself included, u8 flag, u8 type, u16 name, u16 length of value
+// A block: u32 length (these four bytes included), u16 kind, content. The kind kNames lists names; blocks of all other
+// kinds hold values.
+constexpr std::size_t kBlockHeader = 6;
+constexpr std::uint16_t kNames = 0x80;
+// A value: u16 length (these two bytes included), u8 flag, u8 type, u16 place in the list of names, u16 length of the
+// content, content.
+constexpr std::size_t kEntryHeader = 8;
 
 constexpr std::string_view kRequired = "Required";
 constexpr std::string_view kAllowZeroLength = "AllowZeroLength";
@@ -37,7 +41,7 @@ class PropertyReader {
     return taken;
   }
 
-  // What begins here and says its length in its first bytes.
+  // Takes a structure whose first bytes are its length, but at least `least` bytes.
   template <typename Length>
   Bytes TakeCounted(std::size_t least) {
     PropertyReader ahead(rest_);
@@ -59,8 +63,8 @@ struct Property {
 };
 
 struct Block {
-  Bytes head;         // header and owner; of a list of names everything
-  std::string owner;  // a column, or empty for the table
+  Bytes head;         // header and owner; a list of names as a whole
+  std::string owner;  // a column's name, or empty for the table
   std::vector<Property> properties;
 };
 
@@ -119,7 +123,7 @@ bool IsYes(const Property& property) {
   return !property.value.empty() && property.value[0] != std::byte{0};
 }
 
-// A text in quotes of either kind, in which a quote stands twice.
+// Reads a text in single or double quotes; a quote within the text is doubled. False for anything else.
 bool Unquote(std::string_view expression, std::string& text) {
   const char quote = expression.front();
   if ((quote != '"' && quote != '\'') || expression.size() < 2 || expression.back() != quote) {

@@ -6,7 +6,7 @@
 
 namespace marlevo::access {
 
-// Combines `data` with the key's stream from its start; applied twice it gives the data back. `key` is not empty.
+// Encodes or decodes `data` in place: applied twice with the same key it restores the data. `key` is not empty.
 void ApplyRc4(std::span<const std::byte> key, std::span<std::byte> data);
 
 }  // namespace marlevo::access

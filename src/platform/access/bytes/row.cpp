@@ -9,8 +9,8 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kBlock = 256;  // what one byte of a Jet 3 offset can count
-constexpr std::byte kDummyJump{0xFF};
+constexpr std::size_t kBlock = 256;    // a Jet 3 offset is one byte: its value modulo 256
+constexpr std::byte kDummyJump{0xFF};  // fills an entry of the jump table that is not needed
 
 std::size_t LoadCount(const Format& format, const std::byte* at) {
   return format.row_number_width == 1 ? LoadU8(at) : LoadU16(at);
@@ -39,7 +39,8 @@ void RowView::FindVariablePart() {
   const std::size_t width = format_->row_number_width;
   const bool jet3 = format_->version == 3;
   const std::size_t longest_jumps = jet3 ? (row_.size() - 1) / kBlock : 0;
-  const std::size_t least = width + width + longest_jumps + width;  // column count; eod, jumps, variable count
+  // Column count, end of data, jump table, variable count.
+  const std::size_t least = width + width + longest_jumps + width;
   if (mask_ < least) {
     throw AccessError(page_, "a row of " + std::to_string(row_.size()) + " bytes cannot hold its offsets");
   }
@@ -59,6 +60,9 @@ Bytes RowView::Fixed(std::size_t offset, std::size_t size) const {
   return row_.subspan(start, std::min(size, data_end_ - start));
 }
 
+// Jet 3 stores an offset in one byte. What lies above 255 follows from the jump table: entry n (from 1) is the first
+// variable column whose offset is at least 256 * n. Example: offsets 20, 200, 300, 600 are stored as 20, 200, 44, 88
+// with the jump table 2, 3: column 3 comes after both jumps, so its offset is 88 + 2 * 256 = 600.
 std::size_t RowView::VariableOffset(std::size_t index) const {
   if (format_->version == 4) {
     return LoadU16(&row_[offsets_ - 2 * index]);
@@ -129,7 +133,7 @@ void RowBuilder::PutOffsets() {
   for (auto offset = offsets_.rbegin(); offset != offsets_.rend(); ++offset) {
     put_u8(*offset & 0xFF);
   }
-  // The jump table lengthens the row by what it is itself.
+  // The number of jump entries follows from the length of the row, which includes the jump entries themselves.
   const std::size_t without_jumps = row_.size() + 1 + mask_.size();
   std::size_t jumps = 0;
   while ((without_jumps + jumps - 1) / kBlock > jumps) {

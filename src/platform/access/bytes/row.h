@@ -1,4 +1,5 @@
-// One row's bytes: a count, the fixed values, the variable values, their offsets, the null mask.
+// The bytes of one row, in this order: the number of columns, the fixed values, the variable values, the offsets of the
+// variable values (the last one first), the number of variable columns, the null mask.
 #pragma once
 
 #include <cstddef>
@@ -13,18 +14,19 @@ namespace marlevo::access {
 
 class RowView {
  public:
-  // A row without any cell.
+  // A row without cells.
   RowView() = default;
 
-  // `page` is for errors. Throws AccessError when the row's parts do not fit into it.
+  // `page` is named in errors. Throws AccessError when the parts of the row do not fit into its bytes.
   RowView(const Format& format, std::uint32_t page, Bytes row, bool has_variable_columns);
 
-  // The null mask's bit of a column number: not null, or true. Columns that came after the row are null.
+  // The bit of a column number in the null mask: set when the value is not null, in a Boolean column when it is true.
+  // Columns that were added to the table after the row was written are null.
   bool IsSet(std::size_t number) const {
     return number < columns_ && (LoadU8(&row_[mask_ + number / 8]) >> number % 8 & 1) != 0;
   }
 
-  // What the row holds of a fixed value; shorter than `size` when the row ends before it.
+  // The bytes of a fixed value; fewer than `size` when the row ends before the value does.
   Bytes Fixed(std::size_t offset, std::size_t size) const;
 
   // Empty when the row has no such variable column. Throws AccessError when its offsets make no sense.
@@ -37,32 +39,32 @@ class RowView {
   const Format* format_ = nullptr;
   std::uint32_t page_ = 0;
   Bytes row_;
-  std::size_t columns_ = 0;    // when the row was written
+  std::size_t columns_ = 0;    // that the table had when the row was written
   std::size_t mask_ = 0;       // where the null mask begins
-  std::size_t variables_ = 0;  // when the row was written
-  std::size_t offsets_ = 0;    // where the offset of variable column 0 stands; the others follow downwards
-  std::size_t data_end_ = 0;   // where fixed and variable values must have ended
-  std::size_t jumps_ = 0;      // Jet 3: entries of the jump table
+  std::size_t variables_ = 0;  // variable columns that the table had when the row was written
+  std::size_t offsets_ = 0;    // place of the offset of variable column 0; those of later columns stand before it
+  std::size_t data_end_ = 0;   // no fixed or variable value reaches beyond this place
+  std::size_t jumps_ = 0;      // Jet 3: entries of the jump table, see VariableOffset
 };
 
-// Puts a row together. Columns are given in any order; those not given are null.
+// Builds the bytes of a row. Fixed columns are given in any order; columns that are not given are null.
 class RowBuilder {
  public:
-  // `columns`, `variable_columns`: those that the table ever had; `fixed_size`: of the whole fixed area.
+  // `columns` and `variable_columns` count deleted columns, too; `fixed_size`: bytes of the whole fixed area.
   RowBuilder(const Format& format, std::size_t columns, std::size_t variable_columns, std::size_t fixed_size);
 
   void SetMask(std::size_t number);
   MutableBytes Fixed(std::size_t offset, std::size_t size);
-  // In ascending order of `index`.
+  // Variable values are added in ascending order of `index`.
   void AddVariable(std::size_t index, Bytes value);
 
-  // Bytes so far: the place of the next variable value.
+  // The bytes so far, which is where the next variable value will begin.
   std::size_t Size() const { return row_.size(); }
 
-  // The row; nothing can be added afterwards. It may be longer than the format allows.
+  // Completes the row and returns it; nothing can be added afterwards. The builder does not check Format::max_row.
   std::vector<std::byte>& Finish();
 
-  // To be used for another row.
+  // Starts another row.
   void Reset();
 
  private:

@@ -15,25 +15,25 @@
 namespace marlevo::access {
 
 struct OpenOptions {
-  std::string password;  // compared exactly; a file without password opens with any
-  // Code page of the texts of a Jet 3 file when its own label is wrong (e.g. 936). Without one, a file whose label says
-  // Western (1252) is taken as Traditional Chinese (950) when its texts can be that.
+  std::string password;  // compared exactly; a file without a password opens with any
+  // The code page of a Jet 3 file's texts, for a file whose own label is wrong (e.g. 936). If this is not given, a file
+  // labelled Western (1252) is read as Traditional Chinese (950) when all its texts are valid in that code page.
   std::optional<int> code_page;
-  // Opens the file with the password that its own header tells, for whoever looks after a file: the password keeps
-  // nobody out who can read the file.
+  // Opens the file without asking for its password, for maintenance. No secret is lost by this: whoever can read the
+  // file can read the password in its header.
   bool any_password = false;
 };
 
-// What Database::Create makes.
+// The kind of file that Database::Create makes.
 struct NewFile {
   int version = 4;                 // 4: Jet 4; 3: Jet 3
-  int code_page = 1252;            // of the texts of a Jet 3 file
+  int code_page = 1252;            // the label for the texts of a Jet 3 file
   std::uint32_t encoding_key = 0;  // other than 0: the pages are encoded with it
-  // Of a Jet 3 file, when its texts shall not be in the code page that its label names; see OpenOptions.
+  // The code page in which a Jet 3 file's texts are stored when it differs from the label; see OpenOptions.
   std::optional<int> stored_code_page = {};
 };
 
-// The numbers are those of the file.
+// The numbers are those that the file stores.
 enum class ColumnType : std::uint8_t {
   kBoolean = 0x01,   // never null
   kByte = 0x02,      // 0..255
@@ -49,50 +49,49 @@ enum class ColumnType : std::uint8_t {
   kMemo = 0x0C,      // text of any length
   kGuid = 0x0F,
   kNumeric = 0x10,  // 28 digits and a scale; Jet 4
-  // The engine's internal types (0x0D, 0x0E, 0x11) are read as bytes and never written.
+  // Types that only Access itself uses (0x0D, 0x0E, 0x11) are read as bytes; a table with such a column is not written.
 };
 
-// Names of tables and columns are compared regardless of ASCII case.
+// Compares names of tables, columns and indexes, which do not tell upper from lower ASCII letters.
 inline bool SameName(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
   return std::ranges::equal(a, b, {}, lower, lower);
 }
 
-// One cell, borrowed: texts (UTF-8) and bytes belong to somebody else and are only looked at during the call.
-// The kinds that a column gives and takes:
-//   Boolean                  bool (takes also the integers 0, 1 and -1)
-//   Byte, Integer, Long      std::int64_t (takes also a double without fraction)
-//   Currency, Single, Double, DateTime, Numeric   double (takes also std::int64_t)
+// The value of one cell. Texts (UTF-8) and bytes are views: whoever makes the Value keeps them alive. Null is
+// std::monostate. For each type of column, the kind that reading gives and that writing takes:
+//   Boolean                  bool (writing takes the integers 0, 1 and -1, too)
+//   Byte, Integer, Long      std::int64_t (writing takes a double without fraction, too)
+//   Currency, Single, Double, DateTime, Numeric   double (writing takes std::int64_t, too)
 //   Text, Memo               text
 //   Guid                     text "{00112233-4455-6677-8899-AABBCCDDEEFF}"
 //   Binary, Ole, internal    bytes
-// std::monostate is null.
 using Bytes = std::span<const std::byte>;
 using Value = std::variant<std::monostate, bool, std::int64_t, double, std::string_view, Bytes>;
 
 struct Column {
   std::string name;
   ColumnType type;
-  // Text: the most characters (UTF-16 units in Jet 4, bytes of the code page in Jet 3). Others: bytes; 0 for Memo and
-  // Ole.
+  // Text: the largest number of characters (UTF-16 units in Jet 4, bytes of the code page in Jet 3). Memo and Ole: 0.
+  // Other types: the number of bytes.
   std::size_t length;
-  bool autonumber;  // null inserts the next number
-  // What Access's table design says of the column:
+  bool autonumber;  // inserting null gives the row the next number
+  // The column's properties in Access's table design:
   bool required = false;           // null is refused
-  bool empty_allowed = true;       // an empty text is taken
+  bool empty_allowed = true;       // an empty text is allowed
   std::string default_value = {};  // an expression of Access; see DefaultOf in properties.h
 };
 
-// What Database::Create makes of a table. `length` is needed for Text (1..255 characters) and Binary (1..255 bytes)
-// only.
+// A column of a table that Database::Create makes. `length` is needed for Text (1..255 characters) and Binary (1..255
+// bytes) only.
 struct ColumnSchema {
   std::string name;
   ColumnType type;
   std::size_t length = 0;
 };
 
-// Names columns of its table. A unique index does not tell upper from lower case and ignores trailing blanks; rows
-// whose indexed columns are all null do not disturb each other.
+// An index of a table that Database::Create makes. A unique index does not tell upper from lower case and ignores
+// trailing blanks. Rows whose indexed columns are all null never clash in a unique index.
 struct IndexSchema {
   struct Part {
     std::string column;
@@ -113,16 +112,16 @@ struct TableSchema {
   std::vector<IndexSchema> indexes = {};
 };
 
-// An index of a table, as far as it can be searched: columns by their place in the table.
+// An index of an open table, for whoever wants to search by it. Columns are named by their place in the table.
 struct IndexView {
   std::string name;
   std::vector<std::size_t> columns;
   std::vector<bool> descending;  // of the same columns
   bool unique;
-  bool complete;  // rows whose indexed columns are all null are in it, too
+  bool complete;  // the index lists every row, also those whose indexed columns are all null
 };
 
-// Names a row as long as it is stored: page number * 256 + slot.
+// Identifies a row of a file from its insertion to its deletion: page number * 256 + slot.
 enum class RowId : std::uint32_t {};
 
 }  // namespace marlevo::access

@@ -10,14 +10,18 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kLengthAt = 8;
-constexpr std::uint32_t kDefinitionMark = 1625;  // before many parts of a Jet 4 definition
+constexpr std::size_t kLengthAt = 8;  // the definition's length in bytes
+// Numbers that Access writes in front of many parts of a Jet 4 definition.
+constexpr std::uint32_t kDefinitionMark = 1625;
 constexpr std::uint32_t kIndexMark = 1923;
-constexpr std::uint16_t kNoColumn = 0xFFFF;
-constexpr std::uint16_t kEndMark = 0xFFFF;
-constexpr std::size_t kIndexColumnSize = 3;
-constexpr std::size_t kMaxIndexesRead = 240;  // far above what the engine allows; their counters fit on one page
+constexpr std::uint16_t kNoColumn = 0xFFFF;   // an unused place among an index's columns
+constexpr std::uint16_t kEndMark = 0xFFFF;    // stands after the last long-value map
+constexpr std::size_t kIndexColumnSize = 3;   // u16 number of the column, u8 1 when it is ascending
+constexpr std::size_t kMaxIndexesRead = 240;  // Access allows 32; the counters of 240 still fit on the first page
 
+// Reading, part by part.
+
+// Hands out the definition's bytes from front to back.
 class Reader {
  public:
   Reader(const Format& format, std::uint32_t page, Bytes bytes) : format_(format), page_(page), rest_(bytes) {}
@@ -44,6 +48,7 @@ class Reader {
   Bytes rest_;
 };
 
+// One column descriptor. For a Numeric, Jet 4 stores precision and scale where other types have their language.
 ColumnDefinition ParseColumn(const Format& format, const std::byte* at) {
   const auto& place = format.column;
   ColumnDefinition column;
@@ -76,6 +81,7 @@ ColumnDefinition ParseColumn(const Format& format, const std::byte* at) {
   return column;
 }
 
+// One tree of keys. There is always room for ten columns; unused places hold kNoColumn.
 RealIndex ParseRealIndex(const Format& format, const std::byte* at) {
   RealIndex index;
   for (std::size_t i = 0; i < kMaxIndexColumns; ++i) {
@@ -90,6 +96,7 @@ RealIndex ParseRealIndex(const Format& format, const std::byte* at) {
   return index;
 }
 
+// One name or one side of a relationship. The related_ fields name the other side.
 LogicalIndex ParseLogicalIndex(const Format& format, const std::byte* at) {
   at += format.logical_index.shift;
   LogicalIndex index;
@@ -104,6 +111,8 @@ LogicalIndex ParseLogicalIndex(const Format& format, const std::byte* at) {
   return index;
 }
 
+// Two columns must not share a bit of the null mask or a place among the variable values: writing the one would
+// overwrite the other.
 void CheckNumbers(std::uint32_t page, const TableDefinition& table) {
   std::bitset<kMaxColumns> seen;
   std::bitset<kMaxColumns> places;
@@ -122,11 +131,13 @@ void CheckNumbers(std::uint32_t page, const TableDefinition& table) {
   }
 }
 
+// Writing, part by part, in the same order.
+
 class Writer {
  public:
   Writer(const Format& format, const TextCodec& text) : format_(format), text_(text) {}
 
-  // Room for `size` zero bytes, to be filled in before the next call.
+  // Appends `size` zero bytes and returns the first of them, valid until the next call.
   std::byte* Put(std::size_t size) { return &*bytes_.insert(bytes_.end(), size, std::byte{0}); }
 
   void PutName(const std::string& name) {
@@ -143,6 +154,7 @@ class Writer {
     bytes_.insert(bytes_.end(), encoded.begin(), encoded.end());
   }
 
+  // The finished definition, with its length in its header.
   std::vector<std::byte> Take() {
     StoreU32(&bytes_[kLengthAt], static_cast<std::uint32_t>(bytes_.size()));
     return std::move(bytes_);
@@ -160,7 +172,7 @@ void BuildHeader(const Format& format, const TableDefinition& table, std::byte* 
   StoreU8(at + 1, 1);
   if (format.version == 4) {
     StoreU32(at + 0x0C, kDefinitionMark);
-    StoreU32(at + 0x18, 1);  // makes autonumbers work
+    StoreU32(at + 0x18, 1);  // without this number Access does not count AutoNumbers on
   }
   StoreU32(at + place.rows, table.rows);
   StoreU32(at + place.last_autonumber, table.last_autonumber);
@@ -255,6 +267,7 @@ TableDefinition ParseDefinition(const Format& format, const TextCodec& text, std
     throw AccessError(page, "the table's definition has impossible counts");
   }
 
+  // The body follows in the order that table_definition.h lists.
   const std::byte* counters = reader.Take(real_indexes * format.index_counter_size);
   for (std::size_t i = 0; i < columns; ++i) {
     table.columns.push_back(ParseColumn(format, reader.Take(format.column.size)));

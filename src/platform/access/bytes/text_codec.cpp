@@ -14,7 +14,7 @@ constexpr std::byte kShortForm[] = {std::byte{0xFF}, std::byte{0xFE}};
 constexpr std::size_t kLongestShortForm = 1024;
 constexpr char32_t kReplacement = 0xFFFD;
 
-// Without a zero byte, which has a meaning of its own in the short form.
+// A zero byte does not count as ASCII here, since it is a switch in the short form.
 bool IsAscii(Bytes bytes) {
   return std::ranges::all_of(bytes, [](std::byte byte) { return byte > std::byte{0} && byte < std::byte{0x80}; });
 }
@@ -38,7 +38,7 @@ void AppendUtf8(std::string& out, char32_t c) {
   }
 }
 
-// Puts UTF-16 units together to characters.
+// Takes UTF-16 units one by one, joins surrogate pairs, and appends UTF-8. A lone half of a pair becomes U+FFFD.
 class Utf8Writer {
  public:
   explicit Utf8Writer(std::string& out) : out_(out) {}
@@ -76,7 +76,6 @@ void ForEachUnit(Bytes bytes, Put put) {
   }
 }
 
-// One byte a character; a zero byte switches to UTF-16 and back.
 template <typename Put>
 void ForEachShortUnit(Bytes bytes, Put put) {
   bool single = true;
@@ -108,7 +107,7 @@ void DecodeShortForm(Bytes bytes, std::string& out) {
   writer.Finish();
 }
 
-// Takes one character off the front; nothing when the text does not start with one.
+// Takes the first character off `text`; returns nothing when `text` does not begin with valid UTF-8.
 std::optional<char32_t> TakeUtf8(std::string_view& text) {
   const auto lead = static_cast<std::uint8_t>(text.front());
   const std::size_t size = lead < 0x80 ? 1 : lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : 4;

@@ -1,5 +1,6 @@
-// Texts of a file <-> UTF-8. Jet 3 stores bytes of a code page; Jet 4 UTF-16, or a shorter form when every character is
-// below U+0100.
+// Converts between UTF-8 and the texts of a file. Jet 3 stores texts in a code page. Jet 4 stores UTF-16, or a short
+// form: the bytes FF FE, then one byte for each UTF-16 unit; a zero byte switches to two bytes a unit and the next one
+// back.
 #pragma once
 
 #include <cstddef>
@@ -18,30 +19,28 @@ class TextCodec {
  public:
   // Jet 4.
   TextCodec() = default;
-  // Jet 3. Throws AccessError when the system does not know the page.
+  // Jet 3. Throws AccessError when the operating system does not know the code page.
   explicit TextCodec(int code_page);
 
-  // A view of `bytes` itself when they are ASCII, of `buffer` otherwise. Never fails: what means nothing becomes
-  // U+FFFD.
+  // A view of `bytes` itself when they are ASCII, of `buffer` otherwise. Never fails: invalid bytes become U+FFFD.
   std::string_view Decode(Bytes bytes, std::string& buffer) const;
 
-  // Whether a Jet 4 text is in the shorter form: two bytes that say so, then one byte a unit; a zero byte switches to
-  // two bytes a unit and back.
+  // Whether the bytes of a Jet 4 text are in the short form.
   static bool IsShortForm(Bytes bytes);
 
-  // The units of a Jet 4 text.
+  // The UTF-16 units of a Jet 4 text.
   static std::u16string DecodeUnits(Bytes bytes);
 
-  // Names in definitions and the password: never the shorter form.
+  // For names in table definitions and the password, which never have the short form.
   std::string DecodeName(Bytes bytes) const;
 
-  // Appends the stored form; gives the length as columns count it (bytes in Jet 3, UTF-16 units in Jet 4), or nothing
-  // (and appends nothing) when the text cannot be stored: not UTF-8, or a character is missing in the code page.
-  // `compress`: the column allows the shorter form.
+  // Appends the stored form of `text`. Returns its length as columns count it: bytes in Jet 3, UTF-16 units in Jet 4.
+  // Returns nothing, and appends nothing, when the text is not UTF-8 or has a character that the file cannot store.
+  // `compress`: the column allows the short form.
   std::optional<std::size_t> Encode(std::string_view text, bool compress, std::vector<std::byte>& out) const;
 
  private:
-  std::shared_ptr<const CodePage> code_page_;  // none: Jet 4
+  std::shared_ptr<const CodePage> code_page_;  // null in a Jet 4 file
 };
 
 }  // namespace marlevo::access

@@ -10,9 +10,9 @@ namespace marlevo::access {
 namespace {
 
 constexpr std::size_t kNextAt = 4;
-constexpr std::uint16_t kJet3Mark = 0x4356;  // "VC"; Jet 4 has the free space there
-constexpr std::size_t kHeader = 8;           // of every page; the first one's is part of the definition
-constexpr std::size_t kMaxPages = 64;        // four times what the largest table needs
+constexpr std::uint16_t kJet3Mark = 0x4356;  // "VC", stands where Jet 4 stores the free space of the page
+constexpr std::size_t kHeader = 8;           // every page has one; on the first page it is part of the definition
+constexpr std::size_t kMaxPages = 64;        // the largest table needs a quarter of these; a longer chain is a circle
 
 }  // namespace
 

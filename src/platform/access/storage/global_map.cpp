@@ -9,7 +9,7 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kGrowth = 64;  // bytes: 512 pages
+constexpr std::size_t kGrowth = 64;  // bytes by which the map is lengthened, with bits for 512 pages
 
 }  // namespace
 
@@ -28,14 +28,14 @@ void GlobalMap::Reach(std::uint32_t page) {
   }
 }
 
-// The pages that the file has from `from` on.
+// Marks the pages from `from` to the end of the file as used.
 void GlobalMap::MarkUsed(std::uint32_t from) {
   for (std::uint32_t page = from; page < file_->Pages().PageCount(); ++page) {
     Remove(page);
   }
 }
 
-// False when page 1 has no room for that.
+// Lengthens the bits in the map's row. Returns false when the row's page has no room for that.
 bool GlobalMap::Lengthen(std::uint32_t page) {
   const Loaded map = Load();
   const std::size_t room = DataPage(file_->Layout(), row_.page, map.page.Bytes()).Room();
@@ -53,7 +53,8 @@ bool GlobalMap::Lengthen(std::uint32_t page) {
   return true;
 }
 
-// Puts the bits on pages of their own, at the end of the file: no map can be asked for free pages meanwhile.
+// Moves the bits from the map's row to pages of their own. Those are appended to the file: while the bits are on their
+// way the map cannot be asked for free pages.
 void GlobalMap::MakeReferences(std::uint32_t page) {
   std::vector<std::uint32_t> free;
   for (std::optional<std::uint32_t> next = Next(0); next && *next < file_->Pages().PageCount();

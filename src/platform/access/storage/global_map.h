@@ -1,4 +1,4 @@
-// The map of the whole file: its members are the pages that nobody uses.
+// The map of all pages of the file. Its members are the pages that belong to nobody.
 #pragma once
 
 #include "platform/access/storage/usage_map.h"
@@ -9,8 +9,8 @@ class GlobalMap : public UsageMap {
  public:
   explicit GlobalMap(Storage& file) : UsageMap(file, {kGlobalMapPage, 0}) {}
 
-  // Makes the map long enough for the page. Of the pages that it did not know before, those that the file has count as
-  // used, later ones as free. Inside a statement; may append pages.
+  // Makes the map long enough to have a bit for `page`. Of the pages that get a bit by this, those that the file has
+  // are marked as used, those behind its end as free. Inside a statement; may append pages to the file.
   void Reach(std::uint32_t page);
 
  private:

@@ -11,12 +11,13 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::uint32_t kInline = 0x8000'0000;
-constexpr std::uint32_t kSingleRow = 0x4000'0000;
+// The first four bytes of a field: two flags, and the length of the value in the other 30 bits.
+constexpr std::uint32_t kInline = 0x8000'0000;     // the value follows in the field
+constexpr std::uint32_t kSingleRow = 0x4000'0000;  // the value is one row; without either flag it is a chain of rows
 constexpr std::uint32_t kLength = 0x3FFF'FFFF;
 constexpr std::size_t kRowPointerAt = 4;
-constexpr std::size_t kMaxInline = 64;
-constexpr std::size_t kChainPointer = 4;
+constexpr std::size_t kMaxInline = 64;    // longer values are not stored in the table's row
+constexpr std::size_t kChainPointer = 4;  // bytes at the start of a chained row that point to the next one
 
 struct Field {
   std::uint32_t flags;
@@ -39,9 +40,10 @@ Field ParseField(const Storage& file, std::uint32_t page, Bytes field) {
   return parsed;
 }
 
-// Calls `visit` with each row of a value that is not inline and what it holds of the value. A chain that leads back
-// into itself meets the row that was marked last, the first, second, fourth, eighth and so on, at the latest after as
-// many rows again.
+// Calls `visit` for each row of a value that is not inline, with that row's part of the value. To notice a damaged
+// chain that runs in a circle, the row after the 1st, 2nd, 4th, 8th ... visited one is marked, and no row may lead to
+// the marked one. Example: a chain 1 2 3 4 5 3 4 5 ... marks row 5 as the one after the 4th; three rows later row 4
+// leads to row 5 again.
 template <typename Visit>
 void ForEachPart(const Storage& file, const Field& field, Visit visit) {
   const bool chain = (field.flags & kSingleRow) == 0;

@@ -4,7 +4,7 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kSlotSize = 2;
+constexpr std::size_t kSlotSize = 2;  // bytes of a row's entry in the slot table
 
 }  // namespace
 
@@ -19,7 +19,8 @@ bool RowSpace::HasRoom(std::uint32_t page, std::size_t size) const {
   return data.Owner() == owner_ && data.SlotCount() < kMaxSlots && data.Room() >= size + kSlotSize;
 }
 
-// A page that is nearly full is not worth looking at for each new row.
+// Whether the page belongs in the map of pages with room. A page that is nearly full does not: each new row would look
+// at it in vain.
 bool RowSpace::WorthOffering(const DataPage& page) const {
   return page.SlotCount() < kMaxSlots && page.Room() >= file_->Layout().page_size / 16;
 }
@@ -83,7 +84,7 @@ void RowSpace::Remove(RowPointer row) {
     }
   }
   if (!owned_.Contains(row.page)) {
-    return;  // a long value's page that its writer forgot to list: nobody knows who else uses it
+    return;  // some writers leave a long value's page out of the map; another column may use the page, too: it stays
   }
   owned_.Remove(row.page);
   free_.Remove(row.page);

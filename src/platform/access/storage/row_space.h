@@ -1,5 +1,5 @@
-// The data pages of one owner (a table, or a Memo or Ole column): where its rows are put and taken from. Keeps the two
-// usage maps and the free space of the pages right. All changes happen inside a statement.
+// The data pages of one owner, a table or a Memo or Ole column. Adds and removes rows and keeps the owner's two usage
+// maps correct: the map of the owned pages and the map of those that have room. All changes happen inside a statement.
 #pragma once
 
 #include <cstdint>
@@ -12,22 +12,22 @@ namespace marlevo::access {
 
 class RowSpace {
  public:
-  // `owner`: what bytes 4..7 of the pages say.
+  // `owner`: the number in bytes 4..7 of the pages, see kOwnerAt.
   RowSpace(Storage& file, std::uint32_t owner, RowPointer owned_map, RowPointer free_map)
       : file_(&file), owner_(owner), owned_(file, owned_map), free_(file, free_map) {}
 
   const UsageMap& Owned() const { return owned_; }
   const UsageMap& Free() const { return free_; }
 
-  // The row has been checked to fit on a page.
+  // Puts a row on the first page that has room. The caller has checked that the row fits on an empty page.
   RowPointer Add(Bytes row);
-  // Behind all rows that were added this way before, whatever room is left elsewhere.
+  // Puts a row behind all rows that Append has put before, even where an earlier page has room.
   RowPointer Append(Bytes row);
 
-  // The row exists. A page that has no rows left is given back to the file.
+  // Removes a row that exists. A page without rows is given back to the file.
   void Remove(RowPointer row);
 
-  // What is remembered may be wrong now: somebody else has changed the file.
+  // Drops what the object remembers of its pages, because somebody else has changed the file.
   void Forget();
 
  private:
@@ -41,8 +41,8 @@ class RowSpace {
   std::uint32_t owner_;
   UsageMap owned_;
   UsageMap free_;
-  std::uint32_t last_ = 0;         // where the last row went, if it is known
-  std::uint32_t search_from_ = 0;  // pages of the free map below have been found too full
+  std::uint32_t last_ = 0;         // the page that got the last row; 0 when unknown
+  std::uint32_t search_from_ = 0;  // the pages of the free map before this one were found too full
 };
 
 }  // namespace marlevo::access

@@ -10,7 +10,7 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr int kWestern = 1252;  // of a Jet 3 file without any label
+constexpr int kWestern = 1252;  // taken for a Jet 3 file whose texts have no label
 
 pager::PageFormat PageFormatOf(const Format& format, std::uint32_t encoding_key) {
   pager::PageFormat pages{.page_size = format.page_size, .crypt = {}, .sign_of_use = ".ldb"};
@@ -157,8 +157,8 @@ void Storage::GivePage(std::uint32_t page) {
   edit.Bytes()[0] |= std::byte{kFreedPageBit};
 }
 
-// Writers exist whose map of the file calls pages free that are not. Overwriting one would lose data, leaving a free
-// one alone costs its space only.
+// Some programs write files whose map calls pages free that are in use. Overwriting such a page would lose data;
+// passing over a page that really is free only costs its space.
 bool Storage::LooksUsed(std::uint32_t page) const {
   const pager::PageRef ref = Read(page);
   const std::uint8_t type = LoadU8(ref.Bytes().data());

@@ -1,4 +1,7 @@
 // An open Access file below its tables: format, pages, texts, and which pages are in use.
+//
+// Storage, usage_map.h and global_map.h depend on each other in a circle. That is the nature of the format: a map of
+// pages is itself kept in pages. Taking a page asks the map of the whole file, and a map that grows takes pages.
 #pragma once
 
 #include <cstdint>
@@ -22,47 +25,50 @@ class LoadedTable;
 
 class Storage : public std::enable_shared_from_this<Storage> {
  public:
-  // Checks format and password.
+  // Throws AccessError when the file has another format or another password.
   static std::shared_ptr<Storage> Open(const std::filesystem::path& path, const OpenOptions& options,
                                        pager::FileSystem& files);
-  // A file of no pages.
+  // Makes a file without any pages; Creator in create.h writes the first ones.
   static std::shared_ptr<Storage> Create(const std::filesystem::path& path, NewFile kind, pager::FileSystem& files);
 
   const Format& Layout() const { return *format_; }
   pager::Pager& Pages() const { return *pager_; }
 
-  // As Pager's, but a page outside the file is an AccessError.
+  // Like the functions of Pager, but throw AccessError for a page outside the file.
   pager::PageRef Read(std::uint32_t page) const;
   pager::PageEdit Change(std::uint32_t page) const;
 
-  // A Jet 3 file labelled Western (1252) for which nobody has named a code page: its texts may be in another one.
+  // Whether this is a Jet 3 file labelled Western (1252) for which OpenOptions names no code page: its texts may be in
+  // another one, see code_page_guess.h.
   bool IsCodePageDoubtful() const;
   void SetCodePage(int code_page) { code_page_override_ = code_page; }
-  // The code page in which Jet 3 texts with this label are stored.
+  // The code page in which a Jet 3 file stores texts with this label; a label of 0 stands for the file's own label.
   int CodePageOf(int label) const;
 
-  // How texts with this code-page label are stored; the label counts for Jet 3 only. Lives as long as the Storage.
+  // The codec for texts with this code-page label. Jet 4 has one codec for all texts. The codec lives as long as the
+  // Storage.
   const TextCodec& CodecFor(int code_page_label) const;
 
-  // Where the open table whose definition begins at `page` is remembered while somebody has it; filled by
-  // LoadedTable::Open.
+  // Refers to the open table whose definition begins at `page`, as long as somebody uses that table. LoadedTable::Open
+  // fills the slot.
   std::weak_ptr<LoadedTable>& TableSlot(std::uint32_t page) { return tables_[page]; }
 
-  // Statements of this Storage. Begin and Flush throw, once, when the statements before that were not flushed are lost,
-  // because another Storage failed to store the same pages.
+  // Statements. When several Storages of this process have the same file open they share its pages, and a failure while
+  // one of them flushes undoes the completed statements of all. Begin and Flush of a Storage whose statements were lost
+  // that way throw AccessError, once.
   void Begin();
   void Commit();
   void Rollback() noexcept;
   bool InStatement() const { return in_statement_; }
   void Flush();
-  // As Pager's. The caller knows that his own statements are undone.
+  // Like Pager::Discard. Begin and Flush do not report these statements as lost: the caller knows.
   void Discard(Fault reason) noexcept;
 
-  // A new page at the end of the file. Throws AccessError when the file has the largest size of its format.
+  // Appends a page to the file. Throws AccessError when the file has the largest size that its format allows.
   std::uint32_t AppendPage();
-  // Takes a page that nobody uses, or makes the file longer; its content is undefined. Inside a statement.
+  // Takes a page that belongs to nobody, or appends one. The page's content is undefined. Inside a statement.
   std::uint32_t TakePage();
-  // Gives a page back. The caller has removed it from all maps. Inside a statement.
+  // Marks a page as belonging to nobody. The caller has removed it from its owner's maps. Inside a statement.
   void GivePage(std::uint32_t page);
 
  private:
@@ -78,7 +84,7 @@ class Storage : public std::enable_shared_from_this<Storage> {
   mutable std::map<int, TextCodec> codecs_;
   std::map<std::uint32_t, std::weak_ptr<LoadedTable>> tables_;
   bool in_statement_ = false;
-  std::shared_ptr<const pager::Pager::Batch> batch_;  // to which the last statement belongs
+  std::shared_ptr<const pager::Pager::Batch> batch_;  // the batch of statements to which the last one belongs
 };
 
 }  // namespace marlevo::access

@@ -11,11 +11,12 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kFirstPageAt = 1;  // of an inline map
-constexpr std::size_t kInlineBitsAt = 5;
-constexpr std::size_t kReferencesAt = 1;  // of a reference map
+// Places in a map's row, after the byte that tells its type.
+constexpr std::size_t kFirstPageAt = 1;   // inline map: the page to which bit 0 belongs
+constexpr std::size_t kInlineBitsAt = 5;  // inline map: the bits
+constexpr std::size_t kReferencesAt = 1;  // reference map: numbers of pages of bits, four bytes each
 
-// The first set bit from `from` on.
+// The first bit that is set, not counting those before `from`. Whole groups of 64 clear bits are passed over at once.
 std::optional<std::size_t> FindBit(Bytes bits, std::size_t from) {
   std::size_t byte = from / 8;
   if (byte >= bits.size()) {
@@ -88,7 +89,7 @@ UsageMap::Loaded UsageMap::Load() const {
       LoadU8(loaded.row.data()) > kReferenceMap) {
     throw AccessError(row_.page, "row " + std::to_string(row_.slot) + " is no usage map");
   }
-  // Page numbers near the end of their range would make every walk through the map begin again.
+  // With a first page near 2^32 the number after a member would overflow to 0, and a walk would never end.
   if (loaded.IsInline() && loaded.First() > file_->Layout().max_pages) {
     throw AccessError(row_.page, "the usage map in row " + std::to_string(row_.slot) + " begins behind every page");
   }
@@ -155,7 +156,7 @@ std::optional<std::uint32_t> UsageMap::Next(std::uint32_t page) const {
   return std::nullopt;
 }
 
-// False when the map has no place for the page.
+// Returns false when the map has no bit for the page.
 bool UsageMap::SetBit(std::uint32_t page, bool value) {
   const Loaded map = Load();
   if (map.IsInline()) {
@@ -204,7 +205,7 @@ void UsageMap::Remove(std::uint32_t page) {
   }
 }
 
-// Puts an inline map's bits on pages of their own.
+// Turns an inline map into a reference map with the same members.
 void UsageMap::MakeReferences() {
   std::vector<std::uint32_t> members;
   for (std::optional<std::uint32_t> page = Next(0); page; page = Next(*page + 1)) {
