@@ -9,8 +9,9 @@ namespace marlevo::access {
 
 namespace {
 
-// What the bytes from 0x20 on weigh: the weight in the low byte; kAccentable for a letter that accents are counted
-// over; the accent in the highest digit. 0 stands for a letter that weighs as two, see TwoLetters.
+// The weights of the bytes from 0x20 on. The low byte is the weight, the highest hexadecimal digit the accent.
+// kAccentable marks a plain letter that also exists with an accent. 0 stands for a letter that is ordered like two
+// letters, see TwoLetters.
 constexpr std::uint16_t kAccentable = 0x0100;
 constexpr int kJet3AccentShift = 12;
 constexpr unsigned kFirstByte = 0x20;
@@ -69,8 +70,9 @@ std::string_view TwoLetters(unsigned char byte) {
   }
 }
 
-// The accents of a text, four bits each: for every accented letter one 2 for each accentable letter without accent
-// before it, then its accent. Nothing follows the last accent.
+// Collects the accents of a text as hexadecimal digits, two in a byte, between two digits 0. An accented letter adds
+// its accent, and before it a digit 2 for each accentable letter without an accent since the last accented one.
+// Example: "a" followed by an accent 6 gives the digits 0 2 6 0. Letters after the last accent add nothing.
 class Accents {
  public:
   explicit Accents(Key& key) : key_(key) {}

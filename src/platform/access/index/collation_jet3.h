@@ -8,7 +8,9 @@
 
 namespace marlevo::access {
 
-// Appends the key of `text`, bytes of code page 1252. There is one for every text.
+// Appends the key of `text`, which is in code page 1252. Every text has a key: first one byte of weight for each
+// letter, then the accents, then zeros. Example: "Ab" gives 60 61 00, and "ab" the same; "\xC4b" (A with two dots)
+// gives 60 61 06 00, which is the same weights and then the accent 6.
 void AppendJet3TextKey(std::string_view text, Key& key);
 
 }  // namespace marlevo::access

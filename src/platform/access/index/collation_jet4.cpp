@@ -9,10 +9,10 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kMaxKeyCharacters = 255;  // the rest of a longer text does not count
+constexpr std::size_t kMaxKeyCharacters = 255;  // only the first characters of a text get into its key
 
-// What the characters U+0020..U+00FF weigh: one or two bytes of weight, above them the accent. 0 for characters that
-// have no weight of their own.
+// The weights of the characters U+0020..U+00FF. The two low bytes are the weight (only one goes into the key when the
+// upper one is 0), the third byte is the accent. 0 stands for a character without weight, see IgnoredCode.
 constexpr char16_t kFirstLatin = 0x20;
 constexpr char16_t kSoftHyphen = 0xAD;
 constexpr int kJet4AccentShift = 16;
@@ -49,12 +49,13 @@ constexpr std::array<std::uint32_t, 0x100 - kFirstLatin> kLatin = {
     // clang-format on
 };
 
-// Tab, line feed and the like, which do have a weight.
+// Tab, line feed and the characters between; other control characters have no weight.
 constexpr char16_t kFirstSpacing = 0x09;
 constexpr char16_t kLastSpacing = 0x0D;
 constexpr std::uint32_t kFirstSpacingWeight = 0x0803;
 
-// Chinese characters: within a run the weight, always of two bytes, grows with the character. No gaps between runs.
+// Chinese characters have weights of two bytes. Within a run the weight grows by one from each character to the next. A
+// run ends where the next one begins.
 struct Run {
   char16_t first;
   std::uint16_t weight;
@@ -91,16 +92,18 @@ constexpr std::array<Run, 148> kChinese = {{
 }};
 
 constexpr std::byte kEndOfWeights{0x01};
-constexpr std::byte kNoAccent{0x02};
+constexpr std::byte kNoAccent{0x02};  // stands for each character without an accent in front of one that has an accent
 constexpr std::byte kEndOfKey{0x00};
 
-// Characters that do not weigh but decide between texts that are otherwise equal.
+// Characters without a weight, such as the hyphen, decide only between texts that are otherwise equal. Each of them
+// adds two bytes of position, kIgnoredMark and its code to the end of the key. The position is counted in the
+// characters that do have a weight.
 constexpr std::byte kIgnoredMark{0x06};
 constexpr std::size_t kFirstPosition = 7;
 constexpr std::size_t kPositionStep = 4;
 constexpr std::size_t kPositionBit = 0x8000;
 
-// Full-width forms weigh what their plain forms do.
+// Full-width forms are ordered like their plain forms.
 constexpr char16_t kFirstFullWidth = 0xFF01;
 constexpr char16_t kLastFullWidth = 0xFF5E;
 constexpr char16_t kFullWidthShift = kFirstFullWidth - u'!';
@@ -111,7 +114,7 @@ char16_t Narrowed(char16_t character) {
              : character;
 }
 
-// 0 when there is none.
+// The code of a character without a weight; 0 when the character has a weight or is not known.
 unsigned IgnoredCode(char16_t character) {
   if (character == u'\'') {
     return 0x80;
@@ -132,7 +135,7 @@ unsigned IgnoredCode(char16_t character) {
   return character >= 0x7F && character < 0xA0 ? character - 0x62u : 0;
 }
 
-// 0 when unknown.
+// The weight with the accent above it, as in kLatin; 0 when the character has none or is not known.
 std::uint32_t Weight(char16_t character) {
   if (character >= kChinese.front().first && character <= kLastChinese) {
     const auto after = std::upper_bound(kChinese.begin(), kChinese.end(), character,

@@ -21,7 +21,8 @@ TextOrder OrderOf(const Storage& file, const ColumnDefinition& column) {
   return OrderOfJet3Texts(file, column.code_page);
 }
 
-// Several logical indexes may share a real one; relationships have names that nobody has given.
+// The name to show for a real index. Several logical indexes may use it; the name of a relationship is taken only when
+// there is no other, since Access makes such names up.
 std::string NameOf(const TableDefinition& table, std::size_t real_index) {
   std::string name;
   for (const LogicalIndex& index : table.logical_indexes) {
@@ -32,7 +33,7 @@ std::string NameOf(const TableDefinition& table, std::size_t real_index) {
   return name;
 }
 
-// Keys need the units of UTF-16 where the file stores them.
+// The form in which AppendKey takes a stored value: Jet 4 texts as UTF-16 units, kept in `units`; all else as it is.
 KeyValue ValueOf(const Storage& file, const ColumnDefinition& column, Bytes stored, std::u16string& units) {
   if (column.shown.type != ColumnType::kText || file.Layout().version == 3) {
     return stored;
@@ -127,7 +128,7 @@ std::optional<Key> Index::KeyStart(std::span<const Value> values) const {
   return key;
 }
 
-// Empty is not equal to empty.
+// Rows whose indexed columns are all null never clash in a unique index.
 bool Index::ForbidsTwice(const RowKey& key) const {
   return Is(kIndexUnique) && key.nulls < keys_.size();
 }
@@ -185,7 +186,8 @@ void Index::Erase(const RowKey& key, RowId row) const {
   }
 }
 
-// Other writers let the count grow beyond what there is; it only helps to guess how many rows a search will find.
+// Keeps the count of different keys. Files of other programs may count too many; the count only helps Access to
+// estimate how many rows a search will find.
 void Index::CountKey(std::int32_t change) const {
   const pager::PageEdit page = file_->Change(page_);
   std::byte* keys = &page.Bytes()[keys_at_];

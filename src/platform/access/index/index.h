@@ -1,4 +1,4 @@
-// One index of a table: which columns it orders, what it demands of their values, and its tree.
+// One index of a table: the columns that it orders, what it requires of their values, and its tree.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@
 
 namespace marlevo::access {
 
-// What is known of "General" for texts with this code-page label in a Jet 3 file.
+// How an index with the language "General" orders texts that have this code-page label in a Jet 3 file.
 TextOrder OrderOfJet3Texts(const Storage& file, int code_page_label);
 
 class Index {
@@ -31,41 +31,43 @@ class Index {
   bool IsComplete() const { return !Is(kIndexIgnoreNulls); }  // has an entry for every row
   bool IsDescending(std::size_t column) const { return keys_[column].descending; }
 
-  // Why it can neither be kept right nor be searched; empty when it can.
+  // Why this engine can neither keep the index correct nor search it; empty when it can.
   const std::string& Refusal() const { return refusal_; }
 
-  // False when the order is known of a part of the characters only that the texts of the file can have by design: of
-  // a Jet 3 file in another code page than the Western one.
+  // False for a text index of a Jet 3 file that is not in the Western code page: of the characters that such a file may
+  // hold only the ASCII ones have a known order.
   bool OrdersEveryText() const;
 
   struct RowKey {
     Key key;
-    std::size_t nulls = 0;  // indexed columns that are null
-    bool taken = false;     // a row of the table has it; set by CheckNew
+    std::size_t nulls = 0;  // how many of the indexed columns are null
+    bool taken = false;     // set by CheckNew: a row of the table has this key already
   };
 
-  // Of a row of the index's own table; or of another one, of which `columns` refer to this index's columns in turn.
-  // Throws ValueError when a value has no key (see index_key.h) or all of it is too long.
+  // The key of a row of the index's own table. With `columns`: the key that a row of another table refers to by these
+  // of its columns, one for each column of the index. Throws ValueError when a value has no key (see index_key.h) or
+  // the whole key is too long.
   RowKey KeyOf(const RowView& row) const { return KeyOf(row, columns_); }
   RowKey KeyOf(const RowView& row, std::span<const ColumnDefinition> columns) const;
 
-  // What the keys begin with of the rows that have these values in the first columns of the index. Nothing when a value
-  // does not fit its column, so that no row can have it. Throws as KeyOf, and for the number 0 where -0 has another
+  // The bytes with which the keys of all rows begin that have these values in the first columns of the index. Returns
+  // nothing when a value does not fit its column, since no row can hold it then. Throws ValueError like KeyOf. Also
+  // throws for the number 0 in a column with fractions: such a column may hold -0, which is equal to 0 but has another
   // key.
   std::optional<Key> KeyStart(std::span<const Value> values) const;
 
-  // Throws ValueError when a row with this key may not come into the table.
+  // Throws ValueError when the index does not allow a new row with this key.
   void CheckNew(RowKey& key) const;
 
-  // Whether some row has the key; whether this row has it.
+  // Whether the tree has an entry with this key, of any row or of this row.
   bool Contains(Bytes key) const;
   bool Contains(const Key& key, RowId row) const;
 
-  // Whether the index has an entry for a row with this key.
+  // Whether a row with this key gets an entry; false when the index leaves out rows whose columns are all null.
   bool Lists(const RowKey& key) const;
 
-  // Inside a statement. `key` has been given to CheckNew before Insert. Erase throws AccessError when there is no entry
-  // of the row.
+  // Inside a statement. Insert takes a key that CheckNew has passed. Erase throws AccessError when the row has no
+  // entry.
   void Insert(const RowKey& key, RowId row) const;
   void Erase(const RowKey& key, RowId row) const;
 
@@ -76,11 +78,11 @@ class Index {
 
   Storage* file_;
   std::uint32_t page_;   // the table's definition page
-  std::size_t keys_at_;  // on that page: how many different keys there are
+  std::size_t keys_at_;  // the place on that page of the count of different keys
   std::string name_;
   std::uint8_t flags_;
   std::vector<ColumnDefinition> columns_;
-  std::vector<KeyColumn> keys_;  // of the same columns
+  std::vector<KeyColumn> keys_;  // how each of the columns_ gets into a key
   std::string refusal_;
   IndexTree tree_;
 };

@@ -16,18 +16,21 @@ namespace marlevo::access {
 
 namespace {
 
-// A value's part of a key; where the order is descending all of it is complemented.
+// The first byte of a column's part of a key.
 constexpr std::byte kNull{0x00};
 constexpr std::byte kValue{0x7F};
+
 constexpr std::byte kTrue{0x00};
 constexpr std::byte kFalse{0xFF};
 constexpr std::byte kSignBit{0x80};
 constexpr std::byte kComplement{0xFF};
 
-constexpr std::size_t kGroup = 8;  // binary values go into keys in groups of eight bytes
+// Binary values go into keys in groups of eight bytes. kMoreGroups stands after each group but the last; after the last
+// one, which zeros fill up, stands the number of its bytes that count (1 to 8).
+constexpr std::size_t kGroup = 8;
 constexpr std::byte kMoreGroups{0x09};
 
-constexpr std::byte kEndOfDescendingText{0x00};
+constexpr std::byte kEndOfDescendingText{0x00};  // follows the complemented key of a Jet 4 text
 
 void Complement(Key& key, std::size_t from) {
   for (std::size_t i = from; i < key.size(); ++i) {
@@ -41,13 +44,15 @@ void AppendReversed(Bytes stored, Key& key) {
   key.insert(key.end(), std::make_reverse_iterator(stored.end()), std::make_reverse_iterator(stored.begin()));
 }
 
-// Numbers stand in keys with the highest byte first.
+// The highest byte comes first. Its sign bit is flipped, so that negative numbers are less than positive ones.
 void AppendInteger(Bytes stored, Key& key) {
   const std::size_t first = key.size();
   AppendReversed(stored, key);
   key[first] ^= kSignBit;
 }
 
+// Reals of the same sign have the order of their bytes, the highest first; of two negative ones the larger bytes are
+// the smaller number. So negative numbers are complemented, and positive ones only get their sign bit flipped.
 void AppendReal(Bytes stored, Key& key) {
   const std::size_t first = key.size();
   AppendReversed(stored, key);
@@ -207,7 +212,7 @@ void AppendKey(const KeyColumn& column, const KeyValue& value, Key& key) {
   }
   if (column.descending) {
     Complement(key, first);
-    // What only separates is the same in both orders.
+    // Group separators are not complemented in descending keys.
     if (column.type == ColumnType::kBinary || column.type == ColumnType::kGuid) {
       for (std::size_t at = first + 1 + kGroup; at + 1 < key.size(); at += kGroup + 1) {
         key[at] = kMoreGroups;

@@ -1,5 +1,10 @@
-// Keys of index entries: bytes made of the values of a row's indexed columns so that comparing them as plain bytes
-// gives the order of the index, and equal keys are what a unique index forbids.
+// Keys of index entries. The values of a row's indexed columns are encoded as bytes in such a way that comparing keys
+// byte by byte gives the order of the index. A unique index forbids two equal keys.
+//
+// Each column adds one part: 00 for null; otherwise 7F and the encoded value. In a descending column all bytes of the
+// part are complemented. Example: the Long 5 is stored as 05 00 00 00. In a key the highest byte comes first and its
+// sign bit is flipped, so that negative numbers come before positive ones: 7F 80 00 00 05. Of -1 it is 7F 7F FF FF FF,
+// which is less. In a descending column 5 becomes 80 7F FF FF FA.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +22,7 @@ using Key = std::vector<std::byte>;
 // How an index orders the texts of a column.
 enum class TextOrder {
   kGeneralJet3,  // "General" of Jet 3, texts in code page 1252
-  kAsciiJet3,    // the same, but the texts are in another code page: of that only the ASCII part is known
+  kAsciiJet3,    // "General" of Jet 3, texts in another code page, of which only the order of ASCII is known
   kGeneralJet4,  // "General" of Jet 4
   kUnknown,      // any other language
 };
@@ -25,19 +30,19 @@ enum class TextOrder {
 struct KeyColumn {
   std::string name;  // for messages
   ColumnType type;
-  TextOrder order;  // of Text
+  TextOrder order;  // counts for Text columns only
   bool descending;
 };
 
-// A value as the row stores it. Boolean: bool. Text of Jet 4: UTF-16. All others, also Text of Jet 3: the
-// stored bytes. std::monostate is null.
+// A value on its way into a key. Null: std::monostate. Boolean: bool. Text of Jet 4: UTF-16 units. All others, Text of
+// Jet 3 included: the bytes that the row stores.
 using KeyValue = std::variant<std::monostate, bool, std::u16string_view, Bytes>;
 
-// Why no keys can be made for a column at all; empty when they can.
+// Why no value of this column can be encoded; empty when the values can be.
 std::string KeyRefusal(const KeyColumn& column);
 
-// Appends the part of `column`, which has no KeyRefusal, to an entry's key. A ValueError when the value holds a
-// character whose place in the order is not known, an AccessError when it does not have the length of its type.
+// Appends the part of `column`, which has no KeyRefusal, to a key. Throws ValueError when the value holds a character
+// whose place in the order is not known, AccessError when the value has not the length of its type.
 void AppendKey(const KeyColumn& column, const KeyValue& value, Key& key);
 
 }  // namespace marlevo::access

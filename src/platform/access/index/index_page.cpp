@@ -8,7 +8,7 @@ namespace marlevo::access {
 
 namespace {
 
-// No honest page comes near it: entries that share almost all of their bytes.
+// A valid page stays far below 1 MiB when its entries are unpacked; only a forged prefix expands beyond it.
 constexpr std::size_t kMostFullBytes = 1 << 20;
 
 }  // namespace

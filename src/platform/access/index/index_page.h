@@ -1,4 +1,5 @@
-// A page of an index taken apart, for changes that move entries between pages. See index_page_view.h for what it holds.
+// An index page with its entries unpacked, for changes that move entries between pages. See index_page_view.h for what
+// an index page holds.
 #pragma once
 
 #include <cstddef>
@@ -21,10 +22,11 @@ class IndexPage {
   bool IsLeaf() const { return links.level == 0; }
   std::size_t Count() const { return ends_.size(); }
   Bytes Entry(std::size_t i) const;
-  // The leaf entry that it is or repeats.
+  // Entry i as a leaf entry: on a leaf the entry itself; on a higher page without the child's number, which leaves the
+  // greatest leaf entry below that child.
   Bytes Bound(std::size_t i) const;
 
-  // Above the leaves: children are counted like entries, the tail after all of them.
+  // For pages above the leaves. Child i belongs to entry i; the tail, if there is one, is the last child.
   std::size_t ChildCount() const { return Count() + (links.tail == 0 ? 0 : 1); }
   std::uint32_t Child(std::size_t i) const;
 
@@ -35,8 +37,9 @@ class IndexPage {
   void InsertChild(std::size_t i, Bytes bound, std::uint32_t child);
   void Erase(std::size_t i);
 
-  // Whether Store has room for the entries. When not: takes the first of them away, in a page of their own that has
-  // room; `all_but_last` takes as many as it can, otherwise about half of the bytes.
+  // Whether the entries fit on a page. If they do not, SplitFront moves entries from the front of this page to a new
+  // one, on which they fit, and returns it: all entries but the last when `all_but_last` is true and as many fit,
+  // otherwise about half of the bytes.
   bool Fits() const;
   IndexPage SplitFront(bool all_but_last);
 
@@ -52,8 +55,9 @@ class IndexPage {
   const Format* format_;
   std::vector<std::byte> bytes_;  // the entries in full, one after another
   std::vector<std::size_t> ends_;
-  // The page came with its entries' common prefix stored only once. Others are never shortened: not every reader of
-  // such files gets it right.
+  // The page was read with its entries' common prefix stored only once, and is written that way again. No other page is
+  // ever compressed, because some readers decode the prefix wrongly: they read its length in Jet 3 as two bytes instead
+  // of one and so take the page's level for a part of it.
   bool shortened_ = false;
 };
 

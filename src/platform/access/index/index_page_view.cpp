@@ -29,7 +29,7 @@ void SetBoundary(const Format& format, MutableBytes page, std::size_t at) {
   page[format.index_page.entry_mask + at / 8] |= std::byte{1} << at % 8;
 }
 
-// Of the last entry; 0 on a page without entries.
+// Where the last entry ends; 0 on a page without entries.
 std::size_t LastBoundary(const Format& format, Bytes page) {
   const Bytes mask = page.subspan(format.index_page.entry_mask, MaskSize(format));
   std::size_t size = mask.size();
@@ -42,8 +42,9 @@ std::size_t LastBoundary(const Format& format, Bytes page) {
   return size == 0 ? 0 : 8 * (size - 1) + static_cast<std::size_t>(std::bit_width(LoadU8(&mask[size - 1]))) - 1;
 }
 
-// Moves the entries from `from` to the page's last one, with their boundaries, so that they begin at `to`. The boundary
-// in front of `from` goes.
+// Moves the entries from the place `from` on, and their bits in the mask, to the place `to`. The bit at `from` itself
+// does not move: on inserting it still marks the end of the entry before, on erasing it marked the end of the erased
+// one.
 void MoveEntries(const Format& format, MutableBytes page, std::size_t from, std::size_t to) {
   const std::size_t last = LastBoundary(format, page);
   std::byte* entries = &page[format.index_page.entries];
@@ -53,7 +54,7 @@ void MoveEntries(const Format& format, MutableBytes page, std::size_t from, std:
   const MutableBytes mask = page.subspan(format.index_page.entry_mask, MaskSize(format));
   std::array<std::uint8_t, kLargestMask> old;
   std::memcpy(old.data(), mask.data(), mask.size());
-  const std::size_t kept = std::min(from, to) + 1;  // boundaries below stay
+  const std::size_t kept = std::min(from, to) + 1;  // the bits before this place stay
   mask[kept / 8] &= std::byte{0xFF} >> (8 - kept % 8);
   std::fill(mask.begin() + static_cast<std::ptrdiff_t>(kept / 8) + 1, mask.end(), std::byte{0});
   for (std::size_t byte = from / 8; byte <= last / 8; ++byte) {
@@ -115,7 +116,7 @@ std::size_t IndexPageView::BoundaryUpTo(std::size_t at) const {
   return bits == 0 ? 0 : 8 * byte + static_cast<std::size_t>(std::bit_width(bits)) - 1;
 }
 
-// There is one when `at` is before the end.
+// The first boundary behind `at`, which is before the end, so that there is one.
 std::size_t IndexPageView::BoundaryAfter(std::size_t at) const {
   const std::byte* mask = &page_[format_->index_page.entry_mask];
   std::size_t byte = (at + 1) / 8;

@@ -1,9 +1,11 @@
-// A page of an index as it lies in the file, for finding an entry and for the changes that leave everything else as it
-// is. Whatever moves entries between pages works on an IndexPage.
+// An index page as it lies in the file, for finding an entry and for changes within one page. Changes that move entries
+// between pages work on an IndexPage.
 //
-// An entry is a key and the row that has it; on pages above the leaves the greatest leaf entry below a child, and the
-// child's page number. Entries are in ascending order as plain bytes. A mask has a bit at every place where an entry
-// ends, counted from the first one; a prefix that all entries share may be stored with the first one only.
+// An entry of a leaf is a key and the row that has this key. An entry of a higher page is the greatest leaf entry below
+// a child, and the child's page number. Entries are stored in ascending order of their bytes, without gaps. The page's
+// mask has a bit for every byte of the entries; the bit is set where an entry begins that is not the first, and behind
+// the last one. Example: entries of 9, 9 and 13 bytes set the bits 9, 18 and 31. The bytes with which all entries begin
+// (their prefix) may be stored in the first entry only.
 #pragma once
 
 #include <cstddef>
@@ -16,8 +18,8 @@
 
 namespace marlevo::access {
 
-// Behind the key stand the row's page (three bytes) and slot, above the leaves then the child. All with the highest
-// byte first, so that entries of equal keys are in the order of RowId.
+// After the key an entry has the row's page (three bytes) and slot, on a higher page then the child's page number. All
+// numbers have the highest byte first, so that entries with equal keys are in the order of their RowIds.
 inline constexpr std::size_t kEntryRowSize = 4;
 inline constexpr std::size_t kEntryChildSize = 4;
 
@@ -26,18 +28,18 @@ RowId EntryRow(Bytes leaf_entry);
 void AppendEntryChild(std::uint32_t child, std::vector<std::byte>& entry);
 std::uint32_t EntryChild(Bytes entry);
 
-// Where a page stands in the tree.
+// The page's place in the tree.
 struct IndexLinks {
   std::uint8_t level = 0;      // 0 for leaves, 1 for their parents ...
-  std::uint32_t previous = 0;  // neighbours on the same level, 0 when there is none
+  std::uint32_t previous = 0;  // neighbours on the same level; 0 when there is none
   std::uint32_t next = 0;
-  std::uint32_t tail = 0;  // above the leaves: the last child, which has no entry; 0 when all have one
+  std::uint32_t tail = 0;  // of a higher page: the last child, which has no entry; 0 when every child has an entry
 };
 
 class IndexPageView {
  public:
-  // Throws AccessError when the page does not belong to an index of the table whose definition page is `table`. Its
-  // entries are checked when they are looked at, except for their order.
+  // Throws AccessError when the page does not belong to an index of the table whose definition page is `table`. Each
+  // entry's bounds are checked when the entry is read; the order of the entries is not checked.
   IndexPageView(const Format& format, std::uint32_t table, std::uint32_t number, Bytes page);
 
   const IndexLinks& Links() const { return links_; }
@@ -45,7 +47,8 @@ class IndexPageView {
   bool HasPrefix() const { return prefix_ != 0; }
   std::size_t PrefixLength() const { return prefix_; }
 
-  // An entry's own bytes, without the prefix; counted from the place of the first entry.
+  // Where the stored bytes of an entry begin and end, counted from the start of the first entry. A prefix that is
+  // stored with the first entry only is not among them.
   struct Place {
     std::size_t start = 0;
     std::size_t end = 0;
@@ -55,19 +58,19 @@ class IndexPageView {
   bool IsEnd(Place place) const { return place.start == end_; }
   bool IsLast(Place place) const { return place.end == end_; }
 
-  // The first entry that is not less than `sought`, children's numbers apart.
+  // The first entry that is not less than `sought`; the numbers of children are not compared.
   Place LowerBound(Bytes sought) const;
 
   bool IsEntry(Place place, Bytes entry) const;
 
-  // The entry in full: a part of the page or of `buffer`.
+  // The entry with its prefix: a view of the page or of `buffer`.
   Bytes Entry(Place place, std::vector<std::byte>& buffer) const;
 
-  // Above the leaves: that of an entry; that of the last one when `place` is the end and there is no tail; 0 when there
-  // is no child.
+  // On a higher page: the child of the entry at `place`. At the end it is the tail or, without a tail, the child of the
+  // last entry. 0 when the page has no child.
   std::uint32_t Child(Place place) const;
 
-  // Whether `page` can take the entry as it is.
+  // Whether the entry fits on the page without moving others to another page.
   bool HasRoomFor(Bytes entry) const;
 
  private:
@@ -84,11 +87,11 @@ class IndexPageView {
   Bytes page_;
   IndexLinks links_;
   std::size_t prefix_ = 0;
-  std::size_t smallest_;  // entry
-  std::size_t end_ = 0;   // of the last entry
+  std::size_t smallest_;  // fewest bytes that an entry can have
+  std::size_t end_ = 0;   // where the last entry ends
 };
 
-// On a page without a prefix: puts an entry before `place`, for which it has room; takes one away.
+// Puts an entry in front of `place`, or removes the one at `place`. The page has no prefix and has room for the entry.
 void InsertIndexEntry(const Format& format, MutableBytes page, IndexPageView::Place place, Bytes entry);
 void EraseIndexEntry(const Format& format, MutableBytes page, IndexPageView::Place place);
 

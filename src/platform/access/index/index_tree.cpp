@@ -10,7 +10,9 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kMostLevels = 64;  // more are a circle, even where only two of the longest keys fit on a page
+// A tree with more levels is damaged and leads in a circle: even if only two of the longest keys fitted on each page,
+// the pages of the largest file would not fill 64 levels.
+constexpr std::size_t kMostLevels = 64;
 
 std::vector<std::byte> Copy(Bytes bytes) {
   return {bytes.begin(), bytes.end()};
@@ -18,12 +20,14 @@ std::vector<std::byte> Copy(Bytes bytes) {
 
 }  // namespace
 
+// Finding a leaf.
+
 void IndexTree::Clear() const {
   const pager::PageEdit edit = file_->Change(root_);
   IndexPage(file_->Layout(), {}).Store(table_, edit.Bytes());
 }
 
-// A page has room for two children at least.
+// Every page has room for at least two children with entries.
 std::size_t IndexTree::LongestEntry() const {
   return (file_->Layout().page_size - file_->Layout().index_page.entries) / 2 - kEntryChildSize;
 }
@@ -42,7 +46,7 @@ IndexTree::Leaf IndexTree::LoadLeaf(std::uint32_t number) const {
   return {number, std::move(page), view, false, true};
 }
 
-// The leaf in which an entry is or would be.
+// The leaf that holds the entry, or would hold it. Reads the pages as they lie in the file, without unpacking them.
 IndexTree::Leaf IndexTree::FindLeaf(Bytes sought) const {
   bool rightmost = true;
   bool bounded = false;
@@ -64,6 +68,7 @@ IndexTree::Leaf IndexTree::FindLeaf(Bytes sought) const {
   }
 }
 
+// The same way from the root to a leaf, with all its pages unpacked for a change.
 IndexTree::Path IndexTree::Descend(Bytes sought) const {
   Path path;
   for (std::uint32_t number = root_;;) {
@@ -80,7 +85,9 @@ IndexTree::Path IndexTree::Descend(Bytes sought) const {
   }
 }
 
-// Some writers append leaves that no higher page knows yet: they can only be reached from the leaf before.
+// Takes leaves to which no higher page leads into the tree. Some programs append such leaves at the end of the chain,
+// where only the leaf before leads to them. For each, the parent of the last leaf gets an entry for that leaf, and the
+// appended one becomes the parent's tail.
 void IndexTree::AdoptFollowers() const {
   const std::vector<std::byte> beyond_all(LongestEntry() + 1, std::byte{0xFF});
   for (std::uint32_t pages = file_->Pages().PageCount(); pages > 0; --pages) {
@@ -118,7 +125,8 @@ void IndexTree::AdoptFollowers() const {
   throw AccessError(root_, "the leaves of the index are chained in a circle");
 }
 
-// The leaf in which an entry is or would be; the last one has no follower.
+// Like FindLeaf, but takes appended leaves into the tree first when the search ends in the last leaf that the tree
+// knows.
 IndexTree::Leaf IndexTree::FindLeafToChange(Bytes sought) const {
   Leaf leaf = FindLeaf(sought);
   if (!leaf.rightmost || leaf.view.Links().next == 0) {
@@ -127,6 +135,8 @@ IndexTree::Leaf IndexTree::FindLeafToChange(Bytes sought) const {
   AdoptFollowers();
   return FindLeaf(sought);
 }
+
+// Pages of the tree.
 
 std::uint32_t IndexTree::TakePage() const {
   const std::uint32_t number = file_->TakePage();
@@ -144,12 +154,13 @@ void IndexTree::Store(const Step& step) const {
   step.page.Store(table_, edit.Bytes());
 }
 
+// Sets one or both links of a page to its neighbours; page 0 stands for a neighbour that does not exist.
 void IndexTree::Link(std::uint32_t number, std::optional<std::uint32_t> previous,
                      std::optional<std::uint32_t> next) const {
   if (number == 0) {
     return;
   }
-  static_cast<void>(Load(number));  // it is a page of this index
+  static_cast<void>(Load(number));  // throws unless it is a page of this index
   const pager::PageEdit edit = file_->Change(number);
   const auto& places = file_->Layout().index_page;
   if (previous) {
@@ -160,7 +171,9 @@ void IndexTree::Link(std::uint32_t number, std::optional<std::uint32_t> previous
   }
 }
 
-// Most changes concern one leaf only: no bound changes, no page begins or ends. Those are done in place.
+// Changes. Most of them concern a single leaf: no bound changes, no page is added or removed. Those are done in place,
+// on the page as it lies in the file; the others go through InsertWithBounds and EraseWithBounds.
+
 bool IndexTree::Insert(Bytes entry) const {
   Leaf leaf = FindLeafToChange(entry);
   const IndexPageView::Place place = leaf.view.LowerBound(entry);
@@ -172,7 +185,7 @@ bool IndexTree::Insert(Bytes entry) const {
     InsertWithBounds(entry);
     return true;
   }
-  leaf.page = {};  // or the pager would have to copy the page
+  leaf.page = {};  // the pager copies a page before a change while somebody still holds it for reading
   const pager::PageEdit edit = file_->Change(leaf.number);
   InsertIndexEntry(file_->Layout(), edit.Bytes(), place, entry);
   return true;
@@ -220,9 +233,10 @@ void IndexTree::EraseWithBounds(Bytes entry) const {
   StoreChanged(std::move(path), last, false);
 }
 
-// Writes the path's last page, which has been changed, and what follows from that above it. `last`: the greatest entry
-// below that page, when it may have become another one. `at_end`: an entry was added behind all others; pages are then
-// left full, since the next ones will come behind it too.
+// Stores the last page of the path, which has been changed, and changes the pages above it accordingly: pages that do
+// not fit are split, and bounds are renewed. `last`: the greatest entry below the changed page, given when it may have
+// changed. `at_end`: an entry was added behind all others. The pages split off are then left full instead of half full,
+// since the next entries will probably come at the end, too.
 void IndexTree::StoreChanged(Path path, const std::optional<std::vector<std::byte>>& last, bool at_end) const {
   bool changed = true;
   for (bool is_last = last.has_value();;) {
@@ -258,7 +272,8 @@ void IndexTree::StoreChanged(Path path, const std::optional<std::vector<std::byt
   }
 }
 
-// The root's number stands in the table's definition: its content goes into a page below it.
+// Moves the content of a full root to a new page below it. The root keeps its page number, which stands in the table's
+// definition, and has the new page as its only child.
 void IndexTree::GrowRoot(Path& path) const {
   Step content{TakePage(), std::move(path.front().page)};
   const auto level = static_cast<std::uint8_t>(content.page.links.level + 1);
@@ -266,7 +281,8 @@ void IndexTree::GrowRoot(Path& path) const {
   path.push_back(std::move(content));
 }
 
-// Moves entries into new pages in front of this one until all have room. The new pages are stored.
+// Moves entries from the front of the page to new pages in front of it until all fit. Stores the new pages, not this
+// one.
 std::vector<IndexTree::Step> IndexTree::Split(Step& step, bool at_end) const {
   std::vector<Step> fronts;
   while (!step.page.Fits()) {
@@ -281,7 +297,8 @@ std::vector<IndexTree::Step> IndexTree::Split(Step& step, bool at_end) const {
     front.page.links.next = following.number;
     links.previous = front.number;
     if (links.level > 1) {
-      // Leaves are chained from end to end, higher pages only below the same parent.
+      // Leaves are chained from end to end, but higher pages only with those below the same parent: the chain of the
+      // children is cut between the new page and the next one.
       Link(front.page.Child(front.page.Count() - 1), std::nullopt, 0);
       Link(following.page.Child(0), 0, std::nullopt);
     }
@@ -290,7 +307,8 @@ std::vector<IndexTree::Step> IndexTree::Split(Step& step, bool at_end) const {
   return fronts;
 }
 
-// Takes the path's last page, which has become empty, out of the tree, and what becomes empty above it.
+// Removes the path's last page, which has become empty, from the tree, then every higher page that becomes empty by
+// that.
 void IndexTree::RemoveEmpty(Path path) const {
   while (true) {
     const Step gone = std::move(path.back());
@@ -314,6 +332,7 @@ void IndexTree::RemoveEmpty(Path path) const {
   }
 }
 
+// Removes the child at step.child and its entry from a higher page.
 void IndexTree::RemoveChild(Step& step) const {
   IndexPage& page = step.page;
   if (step.child < page.Count()) {
@@ -321,7 +340,7 @@ void IndexTree::RemoveChild(Step& step) const {
   } else {
     page.links.tail = 0;
   }
-  // The last of several children is the tail, a single one has an entry.
+  // The last of several children becomes the tail; a single child has an entry instead.
   const std::size_t count = page.Count();
   if (page.links.tail == 0 && count > 1 && step.child == count) {
     page.links.tail = page.Child(count - 1);
@@ -346,6 +365,7 @@ void IndexTree::ShrinkRoot(IndexPage& root) const {
   }
 }
 
+// The greatest leaf entry below a page; nothing when the last leaf below it is empty.
 std::optional<std::vector<std::byte>> IndexTree::Greatest(IndexPage page) const {
   for (std::size_t level = 0; !page.IsLeaf(); ++level) {
     if (page.ChildCount() == 0 || level > kMostLevels) {
@@ -356,12 +376,12 @@ std::optional<std::vector<std::byte>> IndexTree::Greatest(IndexPage page) const 
   return page.Count() == 0 ? std::nullopt : std::optional(Copy(page.Entry(page.Count() - 1)));
 }
 
-// What has been met so far on the way through all pages in order.
+// Looking for faults. An Audit holds what has been seen so far while all pages are visited in order.
 struct IndexTree::Audit {
   std::vector<std::string> faults;
   std::set<std::uint32_t> pages;
   std::uint32_t last_leaf = 0;
-  std::uint32_t last_leaf_next = 0;  // what it says
+  std::uint32_t last_leaf_next = 0;  // the next leaf according to last_leaf
   std::size_t leaf_depth = 0;
   std::vector<std::byte> last_entry;
 
@@ -413,7 +433,7 @@ void IndexTree::CheckBelow(std::uint32_t number, std::size_t depth, Audit& audit
   }
   for (std::size_t i = 0; i < page.ChildCount(); ++i) {
     CheckBelow(page.Child(i), depth + 1, audit);
-    // A leaf that has become empty may keep its bound.
+    // The bound may be greater than every entry below: a leaf that some program has emptied may keep its bound.
     if (i < page.Count() && std::ranges::lexicographical_compare(page.Bound(i), audit.last_entry)) {
       audit.Fault(number, "a child has entries beyond its bound");
     }
