@@ -1,4 +1,4 @@
-// What objects a file has: the rows of its table MSysObjects.
+// The catalog of a file: the table MSysObjects, which has a row for every object (table, query, form ...) of the file.
 #pragma once
 
 #include <cstdint>
@@ -22,13 +22,13 @@ inline constexpr std::int16_t kLocalTable = 1;
 
 std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<Storage>& file);
 
-// A table that people made, not the system's.
+// Whether the entry is a local table that a user made, not one of the system's.
 bool IsUserTable(const CatalogEntry& entry);
 
 // Throws AccessError when there is no local table of that name.
 CatalogEntry FindTable(const std::shared_ptr<Storage>& file, std::string_view name);
 
-// What the catalog keeps of a local table beside its definition (see properties.h); often nothing.
+// The properties of a local table, which the catalog keeps outside the definition (see properties.h); often empty.
 std::vector<std::byte> StoredProperties(const std::shared_ptr<Storage>& file, const CatalogEntry& table);
 
 }  // namespace marlevo::access

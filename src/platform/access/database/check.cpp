@@ -41,7 +41,7 @@ class Checker {
   }
 
  private:
-  // Every part of a file is looked at, whatever is wrong with the others.
+  // Runs one part of the check. An error ends that part only, so that every other part is still checked.
   template <typename Work>
   void Try(Work work) {
     try {
@@ -55,7 +55,7 @@ class Checker {
     faults_.push_back("page " + std::to_string(page) + ": " + what);
   }
 
-  // Each page has one user. False when it cannot be this one.
+  // Notes that `user` uses the page. Returns false, and notes a fault, when the page is used already or does not exist.
   bool Use(std::uint32_t page, const std::string& user) {
     if (page >= users_.size()) {
       Fault(page, user + " has this page, which is outside the file");
@@ -69,13 +69,14 @@ class Checker {
     return true;
   }
 
-  // The pages of bits of a map, and the page that holds its row, which other maps share.
+  // Notes the use of a map's own pages of bits.
   void UseMapPages(const UsageMap& map, const std::string& user) {
     for (const std::uint32_t page : map.MapPages()) {
       Use(page, user + " (usage map)");
     }
   }
 
+  // Notes the use of all pages of a map. The page that holds the map's row may hold the rows of other maps, too.
   void UseMap(const UsageMap& map, const std::string& user) {
     const std::uint32_t page = map.Row().page;
     if (page < users_.size() && users_[page] != kMapRows) {
@@ -104,7 +105,7 @@ class Checker {
     }
   }
 
-  // The pages of a table, a long-value column or an index.
+  // Notes the use of the pages that belong to a table, a long-value column or an index.
   void CheckOwned(const UsageMap& owned, const std::string& user) {
     UseMap(owned, user);
     for (auto page = owned.Next(0); page; page = owned.Next(*page + 1)) {
@@ -112,7 +113,7 @@ class Checker {
     }
   }
 
-  // Those of them that have room.
+  // Checks the map of pages with room: the user must own each of them.
   void CheckFree(const UsageMap& free, const UsageMap& owned, const std::string& user) {
     UseMap(free, user);
     for (auto page = free.Next(0); page; page = free.Next(*page + 1)) {
@@ -122,7 +123,7 @@ class Checker {
     }
   }
 
-  // Access itself makes columns without these maps.
+  // A column without these maps is no fault: Access makes such columns.
   void CheckLongValueMaps(const LongValueMaps& maps, const std::string& table) {
     if (maps.owned.page == 0) {
       return;
@@ -145,7 +146,7 @@ class Checker {
     }
   }
 
-  // Besides its structure: one entry for each row, no others.
+  // The tree must be sound and have exactly one entry for each row that the index lists.
   void CheckIndex(const LoadedTable& table, const Index& index, const std::string& user) {
     for (const std::string& fault : index.Tree().FindFaults()) {
       faults_.push_back(user + ": " + fault);
@@ -165,7 +166,7 @@ class Checker {
           surplus -= index.Lists(key) ? 1 : 0;
         }
       } catch (const ValueError&) {
-        --surplus;  // Access knows the place of this value
+        --surplus;  // this engine cannot build the key, so the row's entry is assumed to be right
       }
     }
     if (index.Refusal().empty() && surplus != 0) {
@@ -173,7 +174,7 @@ class Checker {
     }
   }
 
-  // Owner, slots and free space.
+  // Checks the owner, the slots and the count of free bytes of a data page.
   void CheckDataPage(std::uint32_t number, std::uint32_t owner) {
     const pager::PageRef ref = file_->Read(number);
     const DataPage page(format_, number, ref.Bytes());
@@ -209,7 +210,7 @@ class Checker {
     }
   }
 
-  // How many rows begin on the page.
+  // Checks the rows of a page and returns how many rows of the table it has; the bodies of moved rows do not count.
   std::size_t CheckRowsOf(std::uint32_t number, const LoadedTable& table) {
     const pager::PageRef ref = file_->Read(number);
     const DataPage page(format_, number, ref.Bytes());
@@ -271,8 +272,9 @@ class Checker {
 
   std::shared_ptr<Storage> file_;
   const Format& format_;
-  std::vector<std::string> users_;                                // by page
-  std::map<std::pair<std::uint32_t, std::uint8_t>, int> bodies_;  // of moved rows: how many pointers lead there
+  std::vector<std::string> users_;  // who uses each page; empty when nobody has been found yet
+  // For the place (page, slot) of each body of a moved row, how many slots point to it.
+  std::map<std::pair<std::uint32_t, std::uint8_t>, int> bodies_;
   std::vector<std::string> faults_;
 };
 

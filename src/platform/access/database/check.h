@@ -1,4 +1,4 @@
-// Looks for structural faults in a whole file. See Database::Check.
+// Looks for structural faults in a whole file. See Database::FindFaults.
 #pragma once
 
 #include <memory>

@@ -15,8 +15,9 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr int kMostRows = 400;  // of one table
+constexpr int kMostRows = 400;  // that are looked at in each table
 
+// Whether the texts in the first rows of the table are valid in this code page.
 bool IsValid(const CodePage& page, const std::shared_ptr<LoadedTable>& table) {
   RowScan rows(table, {});
   for (int i = 0; i < kMostRows && rows.Next(); ++i) {
@@ -51,7 +52,7 @@ bool MayBeTraditionalChinese(const std::shared_ptr<Storage>& file) {
   try {
     entries = ReadCatalog(file);
   } catch (const AccessError&) {
-    // Whoever opens the damaged table is told; so below.
+    // A damaged catalog or table is passed over here; whoever opens the table gets the error.
   }
   return std::ranges::all_of(entries, [&](const CatalogEntry& entry) {
     try {

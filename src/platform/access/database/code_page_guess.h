@@ -1,5 +1,5 @@
-// Jet 3 files say in which code page their texts are, and some of them are wrong: a program that asked for the
-// "General" language on a Chinese Windows has Chinese bytes under the Western label.
+// Finds out the code page of a Jet 3 file whose label may be wrong: a program that creates a file in the "General"
+// language on a Chinese Windows labels it Western but stores Chinese texts in code page 950.
 #pragma once
 
 #include <memory>
@@ -10,11 +10,11 @@ namespace marlevo::access {
 
 inline constexpr int kTraditionalChinese = 950;
 
-// Whether the texts of a file, those in the first rows of each table, are all valid in the Traditional Chinese code
-// page. Where all of it is plain ASCII both pages are right, and Chinese can be added in one of them only.
+// Whether all texts in the first rows of each table are valid in the Traditional Chinese code page. True for a file of
+// plain ASCII texts as well: they are the same in both code pages, and only this one lets Chinese texts be added.
 bool MayBeTraditionalChinese(const std::shared_ptr<Storage>& file);
 
-// Takes the texts for Traditional Chinese where the file's label is doubtful and they may be.
+// Makes Traditional Chinese the code page of a file whose label is doubtful and whose texts may be Traditional Chinese.
 void SettleCodePage(const std::shared_ptr<Storage>& file);
 
 }  // namespace marlevo::access

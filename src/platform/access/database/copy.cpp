@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The values of one row as they are stored, see RowEncoder::EncodeStored.
+// The stored values of one row, in the form that RowEncoder::EncodeStored takes.
 class StoredRow {
  public:
   explicit StoredRow(const LoadedTable& table) : table_(table), buffers_(table.Columns().size()) {}
@@ -61,7 +61,7 @@ bool SameBytes(const std::optional<Bytes>& a, const std::optional<Bytes>& b) {
   return a.has_value() == b.has_value() && (!a || std::ranges::equal(*a, *b));
 }
 
-// Reasons as they stand in errors, without the advice that follows them.
+// The reason in an error's text, without the advice to the user that follows a semicolon.
 std::string WithoutAdvice(const std::string& reason) {
   return reason.substr(0, reason.find(';'));
 }
@@ -83,7 +83,7 @@ class Copier {
     if (files_.Open(to_) != nullptr) {
       throw pager::PagerError(to_, "exists already and is not written over");
     }
-    files_.Remove(part_);  // what a copy left that was killed
+    files_.Remove(part_);  // left by an earlier copy that was killed
     try {
       WriteAll();
       CompareAll();
@@ -125,7 +125,8 @@ class Copier {
     }
   }
 
-  // Every file has an index of the names of its tables.
+  // Why the new file cannot have a table of this name; empty when it can. MSysObjects has an index of the names, so a
+  // name needs a key.
   std::string WhyNoName(const std::string& name) const {
     const bool jet4 = old_->Layout().version == 4;
     const KeyColumn column{.name = "Name",
@@ -176,14 +177,14 @@ class Copier {
                                                  {-32761, "module"}};
     for (const CatalogEntry& entry : catalog_) {
       for (const auto& [type, kind] : kinds) {
-        if (entry.type == type && !entry.name.starts_with("~")) {  // of temporary ones
+        if (entry.type == type && !entry.name.starts_with("~")) {  // "~" begins the names of temporary objects
           report_.left_out.push_back(std::string(kind) + " " + entry.name);
         }
       }
     }
   }
 
-  // The old definition with the indexes that the new table has.
+  // The definition of the new table: that of the old one with only the indexes that this engine can keep correct.
   TableDefinition DefinitionFor(const CatalogEntry& entry) {
     const std::shared_ptr<LoadedTable> table = TableOf(entry);
     TableDefinition definition = table->Definition();
@@ -203,7 +204,8 @@ class Copier {
       AddIndex(table, i, definition);
     }
     for (const LogicalIndex& index : table->Definition().logical_indexes) {
-      if (index.kind == IndexKind::kForeignKey && !index.name.starts_with('.')) {  // the other side's name
+      // A relationship has a logical index in both tables. The name on one side begins with a full stop.
+      if (index.kind == IndexKind::kForeignKey && !index.name.starts_with('.')) {
         report_.left_out.push_back("relationship " + index.name + " of table " + entry.name);
       }
     }
@@ -216,7 +218,7 @@ class Copier {
       return name.real_index == i && name.kind != IndexKind::kForeignKey;
     });
     if (names.empty()) {
-      return;  // it belongs to a relationship
+      return;  // the index serves a relationship only
     }
     const Index& index = table->Indexes()[i];
     if (const std::string reason = WhyNoIndex(table, index); !reason.empty()) {
@@ -250,7 +252,8 @@ class Copier {
     return {};
   }
 
-  // Without rules that only Access can check: they would keep the new table from being written.
+  // The table's properties without validation rules: only Access can check those, so the new table could not be
+  // written.
   std::vector<std::byte> PropertiesOf(const CatalogEntry& entry) const {
     const std::vector<std::byte> stored = StoredProperties(old_, entry);
     try {
@@ -284,7 +287,7 @@ class Copier {
     }
   }
 
-  // The new file as it is on the disk, opened like any other.
+  // Opens the new file from the disk and compares it with the old one.
   void CompareAll() {
     const std::shared_ptr<Storage> file = Open(part_);
     if (const std::vector<std::string> faults = CheckFile(file); !faults.empty()) {

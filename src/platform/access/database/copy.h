@@ -1,5 +1,6 @@
-// Writes a new file with what can be read of another one: the way out for a file that this engine reads but does not
-// write, because of an index or a rule that only Access can keep.
+// Copies the tables of a file to a new file without whatever keeps this engine from writing: indexes in an order that
+// is not known and validation rules, which only Access can check. This helps with a file that can be read but not
+// written.
 #pragma once
 
 #include <cstddef>
@@ -15,14 +16,14 @@ struct CopyReport {
   std::size_t tables = 0;
   std::size_t rows = 0;
   std::size_t values = 0;
-  std::vector<std::string> left_out;  // what the old file has and the new one has not, and why
+  std::vector<std::string> left_out;  // objects of the old file that the new one lacks, with the reason
 };
 
-// The new file has the old one's format, code page, encoding and password, its own tables with all rows in their order,
-// the columns' properties, and the indexes that this engine can keep right for every text. Texts are ordered as
-// "General". Values go over as they are stored. The new file is read back from the disk and compared with the old one
-// value by value before it gets its name; the old file is never written to. A failure leaves no new file; an existing
-// one is an error. AccessError, PagerError.
+// The new file has the format, code page, encoding and password of the old one, its local tables with all rows in their
+// order, the columns' properties, and the indexes that this engine can keep correct for every text. Texts are ordered
+// as "General". Values are copied as they are stored. Before the new file gets its name it is read back from the disk
+// and compared with the old one value by value. The old file is never written to. A failure leaves no new file. Throws
+// AccessError or PagerError, also when `to` exists already.
 CopyReport CopyFile(const std::filesystem::path& from, const std::filesystem::path& to,
                     pager::FileSystem& files = pager::NativeFiles());
 

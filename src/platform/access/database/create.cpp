@@ -21,8 +21,8 @@ namespace marlevo::access {
 
 namespace {
 
-// Local time as a date of the file's own kind; in a build that must come out the same again, the time which that
-// states.
+// The local time as the value of a DateTime column. A build that is to give the same files each time states a time in
+// the environment (SOURCE_DATE_EPOCH), which is then taken instead of the clock's.
 double Now() {
   const char* const stated = std::getenv("SOURCE_DATE_EPOCH");
   const std::time_t now = stated ? std::strtoll(stated, nullptr, 10) : std::time(nullptr);
@@ -47,7 +47,7 @@ Creator::Creator(Storage& file, const NewFile& kind, std::string_view password)
   WriteMapOfFile();
   std::vector<SystemTable> tables = SystemTables(format_);
   for (std::size_t i = 0; i < tables.size(); ++i) {
-    file_.Pages().Append();  // their pages are given by the header
+    file_.Pages().Append();  // the header fixes the pages of their definitions
   }
   for (std::uint32_t page = 0; page < file_.Pages().PageCount(); ++page) {
     GlobalMap(file_).Remove(page);
@@ -87,7 +87,8 @@ void Creator::WriteMapOfFile() {
   std::vector<std::byte> row(format_.usual_map_row);
   std::fill(row.begin() + 5, row.end(), std::byte{0xFF});
   AppendRow(format_, edit.Bytes(), row);
-  AppendRow(format_, edit.Bytes(), std::vector<std::byte>(row.size()));  // every file has it; of unknown use
+  // Every file has this second row; its use is not known.
+  AppendRow(format_, edit.Bytes(), std::vector<std::byte>(row.size()));
 }
 
 void Creator::AddTable(const std::string& name, TableDefinition definition, Bytes properties) {

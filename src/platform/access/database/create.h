@@ -1,5 +1,5 @@
-// Makes a new file, part by part: its frame, then its tables. All of it happens inside one statement of the caller, who
-// flushes afterwards: until then nobody meets the file.
+// Makes a new file: first its header, its map of all pages and its system tables, then the user's tables. All of this
+// happens inside one statement of the caller, who flushes afterwards. Until then no other program sees the file.
 #pragma once
 
 #include <cstdint>
@@ -19,11 +19,11 @@ class LoadedTable;
 
 class Creator {
  public:
-  // Writes header, map of the file and system tables into `file`, which has no pages yet.
+  // Writes the header, the map of all pages and the system tables into `file`, which has no pages yet.
   Creator(Storage& file, const NewFile& kind, std::string_view password);
 
-  // An empty table. Its maps and the roots of its indexes get their pages here. `properties`: what the catalog keeps of
-  // it (see properties.h). Throws AccessError when the name or a column cannot be.
+  // Adds an empty table. The pages of its maps and of its indexes' roots are taken here. `properties`: see
+  // properties.h. Throws AccessError when the name or a column is not possible.
   void AddTable(const std::string& name, TableDefinition definition, Bytes properties = {});
 
  private:
@@ -37,8 +37,8 @@ class Creator {
   Storage& file_;
   const Format& format_;
   NewFile kind_;
-  std::uint32_t map_page_ = 0;  // where the last map was put
-  // The two system tables that say which objects there are and who may use them.
+  std::uint32_t map_page_ = 0;  // the page that got the last new map
+  // The system tables MSysObjects and MSysACEs: which objects the file has, and who may use them.
   std::shared_ptr<LoadedTable> objects_;
   std::shared_ptr<LoadedTable> permissions_;
   double now_;

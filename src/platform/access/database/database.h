@@ -1,9 +1,10 @@
-// One Access file (.mdb): who may open it, its tables, its statements. Several Databases of one process may have the
-// same file open: they share its pages and see each other's completed statements. Not for use by several threads.
+// One Access file (.mdb): opening and creating it, its tables, its statements. Several Databases of one process may
+// have the same file open: they share its pages and see each other's completed statements. A Database is used by one
+// thread.
 //
-// Errors: AccessError (access_error.h) for what the file says, PagerError (pager/pager.h) for what the disk or the lock
-// says. After either the file holds what it held before the statement. After an error of Fault::kChanged the Database
-// can only be opened anew.
+// Errors: AccessError (access_error.h) when the content of the file or of a value is at fault, PagerError
+// (pager/pager.h) when the disk or a lock is. After either error the file holds what it held before the statement.
+// After an error of Fault::kChanged the Database is of no use any more and the file must be opened anew.
 #pragma once
 
 #include <filesystem>
@@ -25,30 +26,32 @@ class Database {
   static Database Open(const std::filesystem::path& path, const OpenOptions& options,
                        pager::FileSystem& files = pager::NativeFiles());
 
-  // Makes a new file with empty tables, on the disk when this returns. Never over an existing file; a failure leaves no
-  // file, or a whole one when only the last step failed.
+  // Makes a new file with empty tables. It is on the disk when this returns. Throws PagerError when the file exists
+  // already. A failure leaves no file, or the complete file when only the last step failed.
   static Database Create(const std::filesystem::path& path, std::string_view password,
                          const std::vector<TableSchema>& tables, pager::FileSystem& files = pager::NativeFiles(),
                          NewFile kind = {});
 
-  // Names of the user's own local tables, in catalog order.
+  // The names of the local tables that users made, in the order of the catalog.
   std::vector<std::string> Tables() const;
 
-  // `name` regardless of ASCII case; any local table, also the system's. A linked or unknown table is an error.
+  // Opens any local table, the system's included. `name` does not tell upper from lower ASCII letters. Throws
+  // AccessError for a linked or unknown table.
   Table OpenTable(std::string_view name) const;
 
   bool ReadOnly() const;
 
-  // Every completed statement is on the disk when this returns.
+  // Writes every completed statement to the disk.
   void Flush();
-  // Undoes the completed statements that are not on the disk, for this reason.
+  // Undoes the completed statements that have not been flushed. `reason` is what others that lose statements by this
+  // are told.
   void Discard(Fault reason) noexcept;
 
-  // Structural faults of the whole file, one line each, none when it is sound: maps, counts, pages owned twice or by
-  // nobody known, rows that do not parse. Reads every page.
+  // Reads every page and returns the structural faults of the file, one line each; none when it is sound. Finds wrong
+  // maps and counts, pages with two owners or none, rows that cannot be read, indexes that do not list their rows.
   std::vector<std::string> FindFaults() const;
 
-  // Makes the inserts and deletes that follow one statement, until the Statement is committed or goes.
+  // Begins a statement, which lasts until it is committed or destroyed.
   Statement Begin() const { return Statement(file_); }
 
  private:

@@ -13,7 +13,7 @@ namespace marlevo::access {
 namespace {
 
 constexpr const char* kRuleAdvice = ", which only Access can check; open the file in Access and remove the rule";
-constexpr std::size_t kLongestPath = 16;  // Access moves a row once; more than a few pointers is damage
+constexpr std::size_t kLongestPath = 16;  // Access moves a row once; a longer path is damage, probably a circle
 
 std::vector<Column> ShownColumns(const TableDefinition& definition) {
   std::vector<Column> shown;
@@ -61,7 +61,7 @@ LoadedTable::LoadedTable(std::shared_ptr<Storage> file, std::uint32_t page, std:
   }
   for (const LongValueMaps& maps : definition_.long_value_maps) {
     if (maps.owned.page == 0 || maps.free.page == 0) {
-      continue;  // Access itself makes such columns
+      continue;  // Access makes files with such columns; FindWriteRefusal says that they cannot be written
     }
     long_values_.emplace(maps.column, RowSpace(*file_, kOwnerLongValues, maps.owned, maps.free));
   }
@@ -91,7 +91,8 @@ void LoadedTable::FindSearchedIndexes() {
   }
 }
 
-// Rows, autonumbers and keys are counted in the definition, too: those places are cleared.
+// The definition's bytes with the counts of rows, AutoNumbers and keys set to 0, so that they differ only when the
+// design of the table has changed.
 std::vector<std::byte> LoadedTable::LoadDefinition() const {
   const Format& format = file_->Layout();
   std::vector<std::byte> bytes = ReadDefinitionPages(*file_, page_);

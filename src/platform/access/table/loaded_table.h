@@ -1,4 +1,5 @@
-// A table that is open: its definition and what follows from it, shared by a Table and its Cursors.
+// A table that is open: its definition, its indexes, and the rules of its columns. All Tables and Cursors of one
+// Storage that concern the same table share one LoadedTable.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +21,8 @@ namespace marlevo::access {
 
 class LoadedTable {
  public:
-  // The table whose definition begins at `page`; the same one while somebody has it, so that what it remembers stays
-  // true.
+  // Opens the table whose definition begins at `page`. Returns the same object as before while somebody uses it, so
+  // that there are never two that remember different things of one table.
   static std::shared_ptr<LoadedTable> Open(const std::shared_ptr<Storage>& file, std::uint32_t page,
                                            const std::string& name);
   LoadedTable(const LoadedTable&) = delete;
@@ -31,36 +32,41 @@ class LoadedTable {
   const std::shared_ptr<Storage>& SharedFile() const { return file_; }
   std::uint32_t Page() const { return page_; }
   const std::string& Name() const { return name_; }
-  // Without its counters, which change with every row.
+  // The counts in it (rows, AutoNumber, keys) are 0: they change with every row and are read from the file.
   const TableDefinition& Definition() const { return definition_; }
   const std::vector<Column>& Columns() const { return columns_; }
   const TextCodec& CodecOf(std::size_t column) const { return *texts_[column]; }
   bool HasVariableColumns() const { return definition_.variable_columns > 0; }
   const std::vector<Index>& Indexes() const { return indexes_.All(); }
-  // Indexes that can be searched: as callers see them, and themselves.
+  // The indexes that can be searched, as callers see them; and the index that belongs to a place in IndexViews.
   const std::vector<IndexView>& IndexViews() const { return index_views_; }
   const Index& SearchedIndex(std::size_t view) const { return indexes_.All()[searched_indexes_[view]]; }
   UsageMap OwnedPages() const { return rows_.Owned(); }
   std::size_t RowCount() const;
-  std::uint32_t LastAutonumber() const;  // that was handed out
+  std::uint32_t LastAutonumber() const;  // the largest AutoNumber that a row has got
+  // Why the table cannot be written; empty when it can.
   const std::string& WriteRefusal() const { return write_refusal_; }
 
-  // Takes in what the catalog keeps of the columns (see properties.h): which values Insert refuses. Rules that cannot
-  // be kept are a WriteRefusal. Throws AccessError when they cannot be read.
+  // Reads from the table's properties (see properties.h) which values Insert refuses. Rules that only Access can check
+  // become a WriteRefusal. Throws AccessError when the properties cannot be read.
   void SetRules(Bytes properties);
-  // Unless there is a reason already. `why` follows the table's name.
+  // Makes "table NAME" followed by `why` the WriteRefusal, unless there is one already.
   void RefuseWriting(const std::string& why);
 
-  // Throws AccessError when somebody else has changed the columns since the table was opened.
+  // Called before the table is read or written: when somebody else has changed the file, drops what this object
+  // remembers of its pages. Throws AccessError when the definition has changed since the table was opened.
   void Refresh();
 
-  // The slots that lead to a row's bytes: its own, and those of its body when it was moved. `row` is not deleted.
+  // The slots that lead to the bytes of `row`, which is not deleted: its own slot, then for a moved row the slots to
+  // which it points in turn. The last one holds the bytes. Example: a row that grew and no longer fitted on page 7
+  // keeps its slot there, which points to its body on page 9; its path is those two slots.
   std::vector<RowPointer> PathOf(RowPointer row) const;
 
-  // Inside a statement. Without asking WriteRefusal.
+  // Inside a statement. These functions do not look at WriteRefusal; the caller has. Delete returns false when there is
+  // no such row.
   RowPointer Insert(std::span<const Value> values);
-  // A row of another table with this definition, see RowEncoder::EncodeStored; behind all others, whatever the rules of
-  // the columns say. The AutoNumber is not counted on.
+  // Copies a row of another table with the same columns, see RowEncoder::EncodeStored. The row goes behind all others,
+  // is not checked against the rules of the columns, and does not raise LastAutonumber.
   RowPointer AppendStored(std::span<const std::optional<Bytes>> values);
   bool Delete(RowPointer row);
 
@@ -83,20 +89,20 @@ class LoadedTable {
   std::shared_ptr<Storage> file_;
   std::uint32_t page_;
   std::string name_;
-  std::vector<std::byte> definition_bytes_;  // without the counters
+  std::vector<std::byte> definition_bytes_;  // with the counts set to 0
   TableDefinition definition_;
   std::vector<Column> columns_;
   std::vector<const TextCodec*> texts_;
-  std::optional<std::size_t> autonumber_;  // that column
-  std::vector<std::size_t> ruled_;         // columns that do not take every value
+  std::optional<std::size_t> autonumber_;  // the AutoNumber column, if there is one
+  std::vector<std::size_t> ruled_;         // the columns that refuse null or an empty text
   std::string write_refusal_;
   RowEncoder encoder_;
   RowSpace rows_;
   std::map<std::uint16_t, RowSpace> long_values_;  // by column number
-  std::uint64_t known_version_;                    // of the file, to which belongs what is remembered
+  std::uint64_t known_version_;                    // the file's version when this object last looked at it
   TableIndexes indexes_;
   std::vector<IndexView> index_views_;
-  std::vector<std::size_t> searched_indexes_;  // places in indexes_ of index_views_
+  std::vector<std::size_t> searched_indexes_;  // for each of the index_views_, its place in indexes_
 };
 
 }  // namespace marlevo::access

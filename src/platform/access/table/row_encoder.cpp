@@ -14,7 +14,8 @@ namespace marlevo::access {
 
 namespace {
 
-// Fixed columns that were deleted keep their place; behind the last living one it does not matter.
+// Bytes of the fixed area. Deleted fixed columns keep their place in it, except those behind the last one that still
+// exists.
 std::size_t FixedSize(const TableDefinition& definition) {
   std::size_t size = 0;
   for (const ColumnDefinition& column : definition.columns) {
@@ -40,7 +41,8 @@ RowEncoder::RowEncoder(const Format& format, const TableDefinition& definition, 
   });
 }
 
-// `append` appends the bytes of a column's value to cell_; it returns false where the column's bit is not set.
+// Builds a row of `count` values. `append` appends the bytes of column i's value to cell_; it returns false when the
+// column's bit in the null mask stays clear.
 template <typename AppendCell>
 MutableBytes RowEncoder::Build(std::size_t count, AppendCell append) {
   if (count != definition_.columns.size()) {

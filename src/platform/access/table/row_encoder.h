@@ -1,4 +1,4 @@
-// Turns the values of a row into its bytes.
+// Encodes the values of a row as the bytes of the row.
 #pragma once
 
 #include <cstdint>
@@ -15,26 +15,27 @@ namespace marlevo::access {
 
 class RowEncoder {
  public:
-  // A Memo or Ole value that is too long for the row: in the row it has a place of kLongValueHeader bytes.
+  // A Memo or Ole value that is too long for the row. The row has kLongValueHeader bytes for it, which the caller fills
+  // in after storing the value.
   struct LongCell {
     const ColumnDefinition* column;
-    std::size_t place;  // in the row
+    std::size_t place;  // of these bytes in the row
     std::vector<std::byte> value;
   };
 
-  // `definition` outlives this; `texts`: for each of its columns.
+  // `definition` outlives the encoder; `texts` are the codecs of its columns.
   RowEncoder(const Format& format, const TableDefinition& definition, std::vector<const TextCodec*> texts);
 
-  // One value a column. The row can be changed and is valid until the next call. Throws ValueError when a value or the
-  // whole row does not fit.
+  // `values` has one value for each column. The row may be changed and is valid until the next call. Throws ValueError
+  // when a value does not fit its column or the row is too long.
   MutableBytes Encode(std::span<const Value> values);
 
-  // The same of values as another table with this definition stores them: nothing where one is null, no bytes of a
-  // Boolean that is true, of a Memo or Ole those of the value itself. Throws AccessError when a fixed value has not the
-  // length of its column.
+  // The same for values as another table with the same columns stores them: std::nullopt for null and for a Boolean
+  // that is false, empty bytes for a Boolean that is true, the whole value for Memo and Ole. Throws AccessError when a
+  // fixed value has not the length of its column.
   MutableBytes EncodeStored(std::span<const std::optional<Bytes>> values);
 
-  // Of the last row; their places are still empty.
+  // The long values of the last row, whose places in the row are not filled in yet.
   const std::vector<LongCell>& LongCells() const { return long_cells_; }
 
  private:
@@ -47,9 +48,9 @@ class RowEncoder {
   const Format& format_;
   const TableDefinition& definition_;
   std::vector<const TextCodec*> texts_;
-  std::vector<std::size_t> order_;  // fixed columns, then variable ones as they follow each other in the row
+  std::vector<std::size_t> order_;  // the columns as they are encoded: fixed ones, then variable ones by their place
   RowBuilder builder_;
-  std::vector<std::byte> cell_;  // the bytes of the column on its way
+  std::vector<std::byte> cell_;  // the bytes of the column that is being encoded
   std::vector<LongCell> long_cells_;
 };
 

@@ -34,7 +34,7 @@ RowScan::RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> con
   }
 }
 
-// What can be said about a condition without looking at the row's parts.
+// The form of the condition that can be compared without taking the row apart; nothing when it has none.
 std::optional<RowScan::RawCondition> RowScan::RawForm(const Equals& condition) const {
   const ColumnDefinition& column = table_->Definition().columns[condition.column];
   if (!IsInteger(column.shown.type) || !column.fixed) {
@@ -64,14 +64,15 @@ bool RowScan::NextPage() {
   return true;
 }
 
-// After a change while this scan was under way. False when the table has given the page back.
+// Reads the current page anew after a change of the file. Returns false when the page belongs to the table no more.
 bool RowScan::ReloadPage() {
   page_version_ = Version();
   page_ref_ = table_->File().Read(page_);
   return LoadU8(page_ref_.Bytes().data()) == kDataPage && LoadU32(&page_ref_.Bytes()[kOwnerAt]) == table_->Page();
 }
 
-// False only for rows that surely do not qualify. Too short a row goes on to the reader that says so.
+// Returns false only when the row certainly does not meet the raw conditions. A row that is too short returns true, so
+// that RowView reports it.
 bool RowScan::MayQualify(Bytes row) const {
   return std::ranges::all_of(raw_conditions_, [row](const RawCondition& condition) {
     return condition.place + sizeof condition.mask > row.size() ||
@@ -79,8 +80,7 @@ bool RowScan::MayQualify(Bytes row) const {
   });
 }
 
-// The first slot from this one on with a moved row or with a row that may qualify. A scan spends nearly all its time
-// here.
+// The first slot, from `slot` on, whose row was moved or may qualify. A scan spends nearly all its time here.
 std::size_t RowScan::NextCandidate(const DataPage& page, std::size_t slot) const {
   for (; slot < page.SlotCount(); ++slot) {
     const std::uint16_t flags = page.Flags(slot);
@@ -114,11 +114,12 @@ bool RowScan::Next() {
     return false;
   }
   const bool found = index_ != nullptr ? NextByIndex() : NextByPage();
-  impossible_ = !found;  // the end stays the end
+  impossible_ = !found;  // after the end, Next returns false for ever, even if rows are added behind
   return found;
 }
 
-// The next entry that begins with key_start_. A change may have moved entries: the way is then found again.
+// Goes to the next entry and returns whether it begins with key_start_. After a change of the file the entries may lie
+// on other pages, so the walk begins anew, at the last entry seen or right behind it when it is gone.
 bool RowScan::NextEntry() {
   bool found = false;
   if (!walk_ || walk_version_ != Version()) {
@@ -182,7 +183,7 @@ bool RowScan::IsNull(std::size_t column) const {
   return definition.shown.type != ColumnType::kBoolean && !row_.IsSet(definition.number);
 }
 
-// Of a cell that is not null.
+// The stored bytes of a cell that is not null.
 Bytes RowScan::CellBytes(std::size_t column) const {
   const ColumnDefinition& definition = table_->Definition().columns[column];
   const Bytes bytes = definition.fixed ? row_.Fixed(definition.fixed_offset, definition.stored_length)

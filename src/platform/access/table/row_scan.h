@@ -1,4 +1,12 @@
-// The work behind a Cursor: from page to page of a table, from slot to slot, conditions first, cells when asked for.
+// The work behind a Cursor: goes through the pages of a table and their slots, or through an index; compares the
+// conditions; decodes a cell only when it is asked for.
+//
+// Changes during a scan. The scan holds the page that it is reading and notes the version that the file had when the
+// page was read (Pager::Version); every change raises the version. Before going on, Next compares the versions. If they
+// differ the page is read anew, and a scan by an index searches its last entry anew, since the entry may have moved to
+// another page. Example: the scan stands on slot 3 of page 7, and the caller deletes that row. Next finds the version
+// raised, reads page 7 again, and goes on with slot 4. If the deletion has emptied page 7, the page belongs to the
+// table no more, and Next goes on with the table's next page.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +26,8 @@ namespace marlevo::access {
 class RowScan {
  public:
   RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions);
-  // In the order of one of the table's indexes, rows with these values in its first columns; see Table::Walk.
+  // Goes through the rows that have `values` in the first columns of `index`, in the order of the index; see
+  // Table::Walk.
   RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions, const Index& index,
           std::span<const Value> values);
 
@@ -34,11 +43,11 @@ class RowScan {
   Bytes Raw(std::size_t column);
 
  private:
-  // A condition on an integer in the fixed part of a row, as it shows in the row's bytes.
+  // A condition on an integer in the fixed part of a row, in a form that is compared with the bytes of the row.
   struct RawCondition {
-    std::size_t place;   // of four bytes
-    std::uint32_t mask;  // those of them that are the integer
-    std::uint32_t bytes;
+    std::size_t place;    // of four bytes in the row
+    std::uint32_t mask;   // selects those of the four bytes that belong to the integer
+    std::uint32_t bytes;  // the value sought
   };
 
   std::optional<RawCondition> RawForm(const Equals& condition) const;
@@ -58,22 +67,22 @@ class RowScan {
   pager::Reading reading_;
   std::vector<Equals> conditions_;
   std::vector<RawCondition> raw_conditions_;
-  bool impossible_ = false;  // a value that no row can hold
+  bool impossible_ = false;  // no further row qualifies: the end was reached, or a value fits no row
 
   std::uint32_t page_ = 0;
   pager::PageRef page_ref_;
-  std::uint64_t page_version_ = 0;  // of the file when page_ref_ was read
+  std::uint64_t page_version_ = 0;  // the file's version when page_ref_ was read
   std::size_t slot_ = 0;
   std::size_t next_slot_ = 0;
 
-  // When rows come in the order of an index.
+  // These are used when rows come in the order of an index.
   const Index* index_ = nullptr;
-  Key key_start_;                 // what the entries begin with
-  std::vector<std::byte> entry_;  // of the current row
+  Key key_start_;                 // the bytes with which the keys of all qualifying rows begin
+  std::vector<std::byte> entry_;  // the entry of the current row
   std::optional<IndexWalk> walk_;
-  std::uint64_t walk_version_ = 0;  // of the file when walk_ began
+  std::uint64_t walk_version_ = 0;  // the file's version when walk_ began
 
-  pager::PageRef body_ref_;  // page of a moved row's body
+  pager::PageRef body_ref_;  // the page that holds the bytes of a moved row
   std::uint32_t row_page_ = 0;
   RowView row_;
   std::vector<std::string> texts_;                   // decoded cells, by column

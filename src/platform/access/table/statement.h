@@ -1,4 +1,4 @@
-// One statement on an Access file.
+// A statement on an Access file, as a scope.
 #pragma once
 
 #include <memory>
@@ -7,10 +7,10 @@
 
 namespace marlevo::access {
 
-// Makes several inserts and deletes one statement: all or nothing for whoever reads the file afterwards. Without one,
-// each insert and delete is a statement of its own. At most one is open on a file. The destructor undoes what was not
-// committed. After an error inside a statement (other than a refused value) the only thing to do is to let it go.
-// Database::Begin makes one.
+// Makes several inserts and deletes one statement: whoever reads the file later sees all of them or none. Inserts and
+// deletes outside a Statement are statements of their own. At most one Statement is open on a file. The destructor
+// undoes the changes unless Commit was called. After an error inside a statement, other than a ValueError, the
+// Statement must be destroyed without a Commit. Database::Begin makes a Statement.
 class Statement {
  public:
   explicit Statement(std::shared_ptr<Storage> file);
@@ -19,7 +19,7 @@ class Statement {
   void Commit();
 
  private:
-  std::shared_ptr<Storage> file_;  // none once committed
+  std::shared_ptr<Storage> file_;  // null after Commit
 };
 
 }  // namespace marlevo::access

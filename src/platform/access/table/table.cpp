@@ -10,7 +10,7 @@ namespace marlevo::access {
 
 namespace {
 
-// Does `work` inside the statement that the caller has open, or one of its own.
+// Runs `work` inside the open statement of the caller, or in a statement of its own when none is open.
 template <typename Work>
 auto InStatement(const LoadedTable& table, Work work) {
   if (!table.WriteRefusal().empty()) {

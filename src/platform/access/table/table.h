@@ -26,10 +26,10 @@ struct Equals {
   std::int64_t value;
 };
 
-// Walks rows in page order, or in that of an index. Cells are decoded when asked for, and only then; texts and bytes
-// that an accessor gives stay valid until the next call of Next or of the same accessor for the same column. While a
-// cursor is open rows may be deleted and inserted: deleted ones do not come up any more, inserted ones may or may not;
-// after a change the current row's cells must not be read before the next Next.
+// Walks rows in the order of their pages, or in the order of an index. A cell is decoded only when it is asked for.
+// Texts and bytes that an accessor returns stay valid until the next call of Next or of the same accessor for the same
+// column. While a cursor is open rows may be deleted and inserted. A deleted row does not come up any more; an inserted
+// row may or may not. After a change the current row's cells must not be read until Next has been called.
 class Cursor {
  public:
   ~Cursor();
@@ -63,34 +63,35 @@ class Table {
   const std::string& Name() const;
   const std::vector<Column>& Columns() const;
 
-  // As the file counts them; a file written by others may be off by a few.
+  // The file's own count of its rows, which may be off by a few in files that other programs have written.
   std::size_t RowCount() const;
 
   // Why the table cannot be written ("table T has an index"), empty when it can. Insert and Delete fail with the same
   // text.
   const std::string& WriteRefusal() const;
 
-  // One value a column. A value that does not fit (range, length, fraction, a character that the code page lacks, kind)
-  // is refused with a ValueError that names the column; nothing is changed then, and a caller's Statement may go on.
+  // `values` has one value for each column. A value that does not fit its column (kind, range, length, decimal places,
+  // a character that the code page lacks) throws a ValueError that names the column; nothing is changed then, and a
+  // Statement of the caller may go on.
   RowId Insert(std::span<const Value> values);
 
   // False when there is no such row.
   bool Delete(RowId row);
 
-  // A function that tells how long a text is as the column counts it (see Column::length); nothing when the file cannot
-  // store it. It never looks at the file and may outlive it.
+  // Returns a function that counts a text's length in the column's unit (see Column::length) and returns nothing for a
+  // text that the file cannot store. The function does not use the file and may outlive it.
   std::function<std::optional<std::size_t>(std::string_view)> LengthCounter(std::size_t column) const;
 
-  // Those whose order is known.
+  // The indexes that this engine can search.
   const std::vector<IndexView>& Indexes() const;
 
-  // Rows in the order of the index with this place in Indexes, those that have `values` in the index's first columns
-  // and meet all conditions. A few others may be among them: an index does not tell apart texts that differ only in
-  // case or in blanks at their end. Throws ValueError when a value has no known place in the index; a scan finds its
-  // rows.
+  // The rows that have `values` in the first columns of the index at place `index` of Indexes and meet all conditions,
+  // in the order of that index. Rows with slightly different texts may be among them, because an index does not tell
+  // apart texts that differ only in case or in blanks at their end. Throws ValueError when the place of a value in the
+  // index is not known; Scan still finds the rows.
   Cursor Walk(std::size_t index, std::span<const Value> values, std::span<const Equals> conditions = {}) const;
 
-  // Rows that meet all conditions. Conditions on fixed columns are compared on the stored bytes.
+  // The rows that meet all conditions, in the order of their pages.
   Cursor Scan(std::span<const Equals> conditions = {}) const;
 
  private:

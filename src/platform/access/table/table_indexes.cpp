@@ -9,9 +9,9 @@ namespace marlevo::access {
 
 namespace {
 
-// LogicalIndex::related_type.
-constexpr std::uint8_t kReferredTo = 1;
-constexpr std::uint8_t kReferring = 2;
+// Values of LogicalIndex::related_type.
+constexpr std::uint8_t kReferredTo = 1;  // rows of the other table refer to rows of this one
+constexpr std::uint8_t kReferring = 2;   // rows of this table refer to rows of the other one
 
 }  // namespace
 
@@ -110,7 +110,8 @@ void TableIndexes::CheckGone(const RowView& row, RowId id) {
   }
 }
 
-// A row that refers to itself does not keep itself.
+// Whether a row other than `id` refers to the row with this key. A reference from a row to itself does not forbid
+// deleting that row.
 bool TableIndexes::IsReferredTo(const Relationship& relationship, Bytes key, RowId id) const {
   IndexWalk walk(relationship.other.Tree(), key);
   while (walk.Next() && walk.Entry().size() == key.size() + kEntryRowSize &&

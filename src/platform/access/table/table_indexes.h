@@ -1,5 +1,5 @@
-// All indexes of a table and the relationships that it takes part in: what they demand of a row that comes or goes, and
-// their entries. Rows are looked at before anything is changed and entered or removed afterwards.
+// All indexes of a table, and the relationships in which the table takes part. Checks what they require of a row that
+// is inserted or deleted, before the file is changed; afterwards enters the row in the indexes or removes it from them.
 #pragma once
 
 #include <cstdint>
@@ -15,31 +15,31 @@ namespace marlevo::access {
 
 class TableIndexes {
  public:
-  // `page` is the table's definition page; the file outlives this.
-  // Does not throw for what is wrong with the indexes: that is a Refusal.
+  // `page` is the table's definition page; the file outlives this object. Faults of the indexes and relationships do
+  // not throw: they become the Refusal.
   TableIndexes(Storage& file, std::uint32_t page, const TableDefinition& table);
 
   const std::vector<Index>& All() const { return indexes_; }
 
-  // Why rows can neither come nor go; empty when they can.
+  // Why rows can be neither inserted nor deleted; empty when they can.
   const std::string& Refusal() const { return refusal_; }
 
-  // Throws ValueError when the row may not come in: it has no key, its key is taken, a value is missing, the row that
-  // it refers to does not exist. Then, inside a statement, Insert makes the entries of that row.
+  // CheckNew throws ValueError when the row may not be inserted: a value has no key, a unique key exists already, a
+  // required value is null, or the row refers to a row that does not exist. Insert, called after it and inside a
+  // statement, makes the entries of that row.
   void CheckNew(const RowView& row);
   void Insert(RowId row) const;
 
-  // Throws ValueError when the row may not go: other rows refer to it, or it has no key. Then, inside a statement,
-  // Erase removes the entries of that row.
+  // CheckGone throws ValueError when the row may not be deleted: other rows refer to it, or a value has no key. Erase,
+  // called after it and inside a statement, removes the entries of that row.
   void CheckGone(const RowView& row, RowId id);
   void Erase(RowId row) const;
 
  private:
-  // The other side of a relationship: columns of this table, and an index of the other one that orders what they refer
-  // to or are referred to by.
+  // A relationship between columns of this table and columns of another one (or of the same one).
   struct Relationship {
-    std::vector<ColumnDefinition> columns;
-    Index other;
+    std::vector<ColumnDefinition> columns;  // of this table
+    Index other;                            // the index of the other table's columns
     std::uint32_t other_table;
     bool to_other;  // rows of this table refer to rows of the other one
   };
@@ -53,7 +53,7 @@ class TableIndexes {
   std::vector<Index> indexes_;
   std::vector<Relationship> relationships_;
   std::string refusal_;
-  std::vector<Index::RowKey> keys_;  // of the row that was looked at last, for each index
+  std::vector<Index::RowKey> keys_;  // the keys that the last checked row has in each of the indexes_
 };
 
 }  // namespace marlevo::access
