@@ -58,8 +58,4 @@ bool Recordset::IsNull(std::string_view field) const {
   return rows_->Field(field).kind == Kind::kNull;
 }
 
-void Recordset::Close() {
-  rows_->Clear();
-}
-
 }  // namespace marlevo

@@ -20,7 +20,7 @@ class Recordset {
   Recordset& operator=(Recordset&& other) noexcept;
   ~Recordset();
 
-  // True when no row is current: behind the last one, with no row at all, or after Close.
+  // True when no row is current: behind the last one, or when there is none.
   bool AtEnd() const;
   // Nothing happens at the end.
   void MoveNext();
@@ -32,9 +32,6 @@ class Recordset {
   std::string Text(std::string_view field) const;
   double Number(std::string_view field) const;
   bool IsNull(std::string_view field) const;
-
-  // Gives the rows back.
-  void Close();
 
  private:
   std::unique_ptr<Rows> rows_;

@@ -71,11 +71,6 @@ void Recordset::Rows::Rewind() {
   ReadRow();
 }
 
-void Recordset::Rows::Clear() {
-  blocks_.clear();
-  row_ = row_count_ = 0;
-}
-
 void Recordset::Rows::MoveNext() {
   if (AtEnd()) {
     return;

@@ -30,7 +30,6 @@ class Recordset::Rows {
   // Walking.
   bool AtEnd() const { return row_ == row_count_; }
   void MoveNext();
-  void Clear();
 
   struct Cell {
     enum class Kind : std::uint8_t { kNull, kInteger, kReal, kText };
