@@ -205,25 +205,6 @@ class Pager {
   bool lost_ = false;  // ... before committed statements got there
 };
 
-// A statement as a scope: rolled back unless committed.
-class Statement {
- public:
-  explicit Statement(Pager& pager) : pager_(pager) { pager_.Begin(); }
-  Statement(const Statement&) = delete;
-  Statement& operator=(const Statement&) = delete;
-  ~Statement() {
-    if (open_) pager_.Rollback();
-  }
-  void Commit() {
-    pager_.Commit();
-    open_ = false;
-  }
-
- private:
-  Pager& pager_;
-  bool open_ = true;
-};
-
 // While one lives all reads of this process belong to one state of the file, whatever another process flushes. Needed
 // wherever two pages have to fit each other; may be nested. The writing process pays nothing for it; elsewhere it holds
 // back the writer's Flush, so it lasts for one query, never for as long as an operator thinks.

@@ -17,6 +17,7 @@
 #include "platform/access/index/index.h"
 #include "platform/access/storage/definition_pages.h"
 #include "platform/access/table/loaded_table.h"
+#include "platform/access/table/statement.h"
 
 namespace marlevo::access {
 namespace {
@@ -112,7 +113,7 @@ class IndexTreeTest : public BothFormatsTest {
     opened_ = Storage::Open(file_, {.password = kPassword, .code_page = {}}, pager::NativeFiles());
     state_ = LoadedTable::Open(opened_, FindTable(opened_, "T").page, "T");
     root_ = state_->Definition().real_indexes[0].root;
-    statement_.emplace(opened_->Pages());
+    statement_.emplace(opened_);
   }
 
   const IndexTree& Tree() const { return state_->Indexes()[0].Tree(); }
@@ -136,7 +137,7 @@ class IndexTreeTest : public BothFormatsTest {
   std::shared_ptr<Storage> opened_;
   std::shared_ptr<LoadedTable> state_;
   std::uint32_t root_ = 0;
-  std::optional<pager::Statement> statement_;
+  std::optional<Statement> statement_;
 };
 
 TEST_P(IndexTreeTest, GrowsAndShrinks) {

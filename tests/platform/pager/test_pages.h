@@ -74,6 +74,27 @@ inline void AppendPage(Pager& pager, std::uint32_t value) {
   ChangePage(pager, pager.Append(), value);
 }
 
+// A statement as a scope: rolled back unless committed.
+class Statement {
+ public:
+  explicit Statement(Pager& pager) : pager_(pager) { pager_.Begin(); }
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+  ~Statement() {
+    if (open_) {
+      pager_.Rollback();
+    }
+  }
+  void Commit() {
+    pager_.Commit();
+    open_ = false;
+  }
+
+ private:
+  Pager& pager_;
+  bool open_ = true;
+};
+
 // One flushed statement: these pages, and so many new ones, get the value.
 inline void Store(Pager& pager, std::initializer_list<std::uint32_t> pages, std::uint32_t appended,
                   std::uint32_t value) {
