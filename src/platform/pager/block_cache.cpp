@@ -13,7 +13,9 @@ BlockCache::BlockCache(std::size_t page_size, std::size_t capacity, Load load)
 
 std::shared_ptr<const std::byte> BlockCache::Page(std::uint32_t page) {
   const std::uint32_t number = page / pages_per_block_;
-  if (number >= blocks_.size()) blocks_.resize(number + 1);
+  if (number >= blocks_.size()) {
+    blocks_.resize(number + 1);
+  }
   if (!blocks_[number].bytes) {
     std::shared_ptr<std::byte[]> buffer = TakeBuffer(number);
     load_(number * pages_per_block_, {buffer.get(), kBlockBytes});
@@ -43,7 +45,9 @@ std::shared_ptr<std::byte[]> BlockCache::TakeBuffer(std::uint32_t block) {
     for (std::size_t step = 0; step < 2 * resident_.size(); ++step) {
       hand_ = (hand_ + 1) % resident_.size();
       Block& candidate = blocks_[resident_[hand_]];
-      if (Free(resident_[hand_]) && !std::exchange(candidate.used, false)) return Evict(hand_);
+      if (Free(resident_[hand_]) && !std::exchange(candidate.used, false)) {
+        return Evict(hand_);
+      }
     }
   }
   return std::make_shared_for_overwrite<std::byte[]>(kBlockBytes);

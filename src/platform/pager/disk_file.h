@@ -62,9 +62,13 @@ class DiskFile {
     for (const Piece& piece : pieces) {
       std::vector<std::byte> now(piece.bytes.size());
       now.resize(ReadAt(piece.offset, now));
-      if (!unchanged(piece, now)) return std::nullopt;
+      if (!unchanged(piece, now)) {
+        return std::nullopt;
+      }
     }
-    for (const Piece& piece : pieces) WriteAt(piece.offset, piece.bytes);
+    for (const Piece& piece : pieces) {
+      WriteAt(piece.offset, piece.bytes);
+    }
     return Stamp();
   }
   virtual void Truncate(std::uint64_t size) = 0;

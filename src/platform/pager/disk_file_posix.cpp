@@ -58,7 +58,9 @@ class PosixFile final : public DiskFile {
     std::size_t done = 0;
     while (done < bytes.size()) {
       const ssize_t n = pread(handle_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
-      if (n == 0) break;
+      if (n == 0) {
+        break;
+      }
       if (n > 0) {
         done += static_cast<std::size_t>(n);
       } else if (errno != EINTR) {
@@ -81,11 +83,15 @@ class PosixFile final : public DiskFile {
   }
 
   void Truncate(std::uint64_t size) override {
-    if (ftruncate(handle_, static_cast<off_t>(size)) != 0) Fail(path_, "cannot be cut to its length");
+    if (ftruncate(handle_, static_cast<off_t>(size)) != 0) {
+      Fail(path_, "cannot be cut to its length");
+    }
   }
 
   void Sync() override {
-    if (fsync(handle_) != 0) Fail(path_, "cannot be brought onto the disk");
+    if (fsync(handle_) != 0) {
+      Fail(path_, "cannot be brought onto the disk");
+    }
   }
 
   std::uint64_t Size() override { return static_cast<std::uint64_t>(Status().st_size); }
@@ -97,8 +103,12 @@ class PosixFile final : public DiskFile {
   bool Lock(LockKind kind, LockMode mode, bool wait) override {
     struct flock lock = Range(kind, mode == LockMode::kShared ? F_RDLCK : F_WRLCK);
     while (fcntl(handle_, wait ? F_OFD_SETLKW : F_OFD_SETLK, &lock) != 0) {
-      if (errno == EINTR) continue;
-      if (!wait && (errno == EAGAIN || errno == EACCES)) return false;
+      if (errno == EINTR) {
+        continue;
+      }
+      if (!wait && (errno == EAGAIN || errno == EACCES)) {
+        return false;
+      }
       Fail(path_, "cannot be locked");
     }
     return true;
@@ -121,7 +131,9 @@ class PosixFile final : public DiskFile {
 
   struct stat Status() {
     struct stat status = {};
-    if (fstat(handle_, &status) != 0) Fail(path_, "cannot be looked at");
+    if (fstat(handle_, &status) != 0) {
+      Fail(path_, "cannot be looked at");
+    }
     return status;
   }
 
@@ -135,53 +147,75 @@ class PosixFiles final : public FileSystem {
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
     std::error_code error;
     std::filesystem::path real = std::filesystem::weakly_canonical(std::filesystem::absolute(path), error);
-    if (error) throw PagerError(path, error.message());
+    if (error) {
+      throw PagerError(path, error.message());
+    }
     return real;
   }
 
   std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) override {
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) {
-      if (errno == ENOENT || errno == ENOTDIR) return nullptr;
+      if (errno == ENOENT || errno == ENOTDIR) {
+        return nullptr;
+      }
       Fail(path, "cannot be opened");
     }
-    if (!S_ISREG(status.st_mode)) throw PagerError(path, "is not a file", Fault::kDamaged);
+    if (!S_ISREG(status.st_mode)) {
+      throw PagerError(path, "is not a file", Fault::kDamaged);
+    }
     // A file that nobody may write is left alone by the superuser too.
     if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0) {
       if (const int handle = open(path.c_str(), O_RDWR | O_CLOEXEC); handle >= 0) {
         return std::make_unique<PosixFile>(path, handle, true);
       }
-      if (errno == ENOENT) return nullptr;
-      if (errno != EACCES && errno != EROFS && errno != EPERM) Fail(path, "cannot be opened");
+      if (errno == ENOENT) {
+        return nullptr;
+      }
+      if (errno != EACCES && errno != EROFS && errno != EPERM) {
+        Fail(path, "cannot be opened");
+      }
     }
     const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (handle < 0) Fail(path, "cannot be opened");
+    if (handle < 0) {
+      Fail(path, "cannot be opened");
+    }
     return std::make_unique<PosixFile>(path, handle, false);
   }
 
   std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) override {
     const int handle = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (handle < 0) Fail(path, "cannot be created");
+    if (handle < 0) {
+      Fail(path, "cannot be created");
+    }
     return std::make_unique<PosixFile>(path, handle, true);
   }
 
   std::optional<FileStamp> Look(const std::filesystem::path& path) override {
     struct stat status = {};
-    if (stat(path.c_str(), &status) == 0) return StampOf(status);
-    if (errno == ENOENT || errno == ENOTDIR) return std::nullopt;
+    if (stat(path.c_str(), &status) == 0) {
+      return StampOf(status);
+    }
+    if (errno == ENOENT || errno == ENOTDIR) {
+      return std::nullopt;
+    }
     Fail(path, "cannot be looked at");
   }
 
   bool RemoveUnused(const std::filesystem::path& path) override {
     const int handle = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (handle < 0) return errno == ENOENT || errno == ENOTDIR;
+    if (handle < 0) {
+      return errno == ENOENT || errno == ENOTDIR;
+    }
     const bool removed = !IsUsed(handle) && (unlink(path.c_str()) == 0 || errno == ENOENT);
     close(handle);
     return removed;
   }
 
   void Remove(const std::filesystem::path& path) override {
-    if (unlink(path.c_str()) != 0 && errno != ENOENT) Fail(path, "cannot be removed");
+    if (unlink(path.c_str()) != 0 && errno != ENOENT) {
+      Fail(path, "cannot be removed");
+    }
   }
 
   void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override {
@@ -189,21 +223,29 @@ class PosixFiles final : public FileSystem {
     if (result != 0 && !replace && (errno == EINVAL || errno == ENOSYS)) {
       // A file system that cannot promise it in one step.
       struct stat status = {};
-      if (lstat(to.c_str(), &status) == 0) throw PagerError(to, "exists already");
+      if (lstat(to.c_str(), &status) == 0) {
+        throw PagerError(to, "exists already");
+      }
       result = rename(from.c_str(), to.c_str());
     }
-    if (result != 0) Fail(to, "cannot get its name");
+    if (result != 0) {
+      Fail(to, "cannot get its name");
+    }
   }
 
   void SyncFolder(const std::filesystem::path& folder) override {
     const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (handle < 0) Fail(folder, "cannot be opened");
+    if (handle < 0) {
+      Fail(folder, "cannot be opened");
+    }
     const int result = fsync(handle);
     const int code = errno;
     close(handle);
     errno = code;
     // EINVAL: the file system keeps its folders in order by itself.
-    if (result != 0 && code != EINVAL) Fail(folder, "cannot be brought onto the disk");
+    if (result != 0 && code != EINVAL) {
+      Fail(folder, "cannot be brought onto the disk");
+    }
   }
 
  private:
@@ -213,8 +255,12 @@ class PosixFiles final : public FileSystem {
     struct flock lock = {};
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
-    if (fcntl(handle, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK) return true;
-    if (flock(handle, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return true;
+    if (fcntl(handle, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK) {
+      return true;
+    }
+    if (flock(handle, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+      return true;
+    }
     // Who opens the file while the lease lasts has this process told by a signal; this one is ignored unless asked for.
     fcntl(handle, F_SETSIG, SIGURG);
     return fcntl(handle, F_SETLEASE, F_WRLCK) != 0 && errno == EAGAIN;

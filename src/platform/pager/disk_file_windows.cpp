@@ -18,7 +18,9 @@ std::string Reason(DWORD code) {
   wchar_t wide[512];
   DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, wide,
                                 static_cast<DWORD>(std::size(wide)), nullptr);
-  while (length > 0 && (wide[length - 1] == L'\r' || wide[length - 1] == L'\n' || wide[length - 1] == L' ')) --length;
+  while (length > 0 && (wide[length - 1] == L'\r' || wide[length - 1] == L'\n' || wide[length - 1] == L' ')) {
+    --length;
+  }
   std::string text(length * 3, '\0');
   const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide, static_cast<int>(length), text.data(),
                                         static_cast<int>(text.size()), nullptr, nullptr);
@@ -101,10 +103,14 @@ class WindowsFile final : public DiskFile {
       DWORD n = 0;
       const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMaxTransfer));
       if (!ReadFile(handle_, bytes.data() + done, wanted, &n, &place)) {
-        if (GetLastError() == ERROR_HANDLE_EOF) break;
+        if (GetLastError() == ERROR_HANDLE_EOF) {
+          break;
+        }
         Fail(path_, "cannot be read");
       }
-      if (n == 0) break;
+      if (n == 0) {
+        break;
+      }
       done += n;
     }
     return done;
@@ -116,7 +122,9 @@ class WindowsFile final : public DiskFile {
       OVERLAPPED place = At(offset + done);
       DWORD n = 0;
       const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMaxTransfer));
-      if (!WriteFile(handle_, bytes.data() + done, wanted, &n, &place)) Fail(path_, "cannot be written");
+      if (!WriteFile(handle_, bytes.data() + done, wanted, &n, &place)) {
+        Fail(path_, "cannot be written");
+      }
       done += n;
     }
   }
@@ -147,12 +155,16 @@ class WindowsFile final : public DiskFile {
   }
 
   void Sync() override {
-    if (!FlushFileBuffers(handle_)) Fail(path_, "cannot be brought onto the disk");
+    if (!FlushFileBuffers(handle_)) {
+      Fail(path_, "cannot be brought onto the disk");
+    }
   }
 
   std::uint64_t Size() override {
     LARGE_INTEGER size = {};
-    if (!GetFileSizeEx(handle_, &size)) Fail(path_, "cannot be looked at");
+    if (!GetFileSizeEx(handle_, &size)) {
+      Fail(path_, "cannot be looked at");
+    }
     return static_cast<std::uint64_t>(size.QuadPart);
   }
 
@@ -164,9 +176,13 @@ class WindowsFile final : public DiskFile {
     OVERLAPPED place = LockPlace(kind);
     const DWORD flags = (mode == LockMode::kExclusive ? LOCKFILE_EXCLUSIVE_LOCK : 0) |
                         (wait ? 0 : static_cast<DWORD>(LOCKFILE_FAIL_IMMEDIATELY));
-    if (LockFileEx(handle_, flags, 0, 1, 0, &place)) return true;
+    if (LockFileEx(handle_, flags, 0, 1, 0, &place)) {
+      return true;
+    }
     const DWORD code = GetLastError();
-    if (!wait && (code == ERROR_LOCK_VIOLATION || code == ERROR_IO_PENDING)) return false;
+    if (!wait && (code == ERROR_LOCK_VIOLATION || code == ERROR_IO_PENDING)) {
+      return false;
+    }
     Fail(path_, "cannot be locked");
   }
 
@@ -199,20 +215,28 @@ class WindowsFiles final : public FileSystem {
 
   std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) override {
     HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
-    if (handle != INVALID_HANDLE_VALUE) return std::make_unique<WindowsFile>(path, handle, true);
+    if (handle != INVALID_HANDLE_VALUE) {
+      return std::make_unique<WindowsFile>(path, handle, true);
+    }
     const DWORD code = GetLastError();
-    if (IsMissing(code)) return nullptr;
+    if (IsMissing(code)) {
+      return nullptr;
+    }
     if (code != ERROR_ACCESS_DENIED && code != ERROR_WRITE_PROTECT && code != ERROR_SHARING_VIOLATION) {
       Fail(path, "cannot be opened");
     }
     handle = OpenHandle(path, GENERIC_READ, OPEN_EXISTING);
-    if (handle == INVALID_HANDLE_VALUE) Fail(path, "cannot be opened");
+    if (handle == INVALID_HANDLE_VALUE) {
+      Fail(path, "cannot be opened");
+    }
     return std::make_unique<WindowsFile>(path, handle, false);
   }
 
   std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) override {
     HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, CREATE_NEW);
-    if (handle == INVALID_HANDLE_VALUE) Fail(path, "cannot be created");
+    if (handle == INVALID_HANDLE_VALUE) {
+      Fail(path, "cannot be created");
+    }
     return std::make_unique<WindowsFile>(path, handle, true);
   }
 
@@ -221,7 +245,9 @@ class WindowsFiles final : public FileSystem {
     if (handle == INVALID_HANDLE_VALUE) {
       const DWORD code = GetLastError();
       // A file that was deleted while it is open may keep its name until it is closed, and refuse itself.
-      if (IsMissing(code) || code == ERROR_ACCESS_DENIED || code == kDeletePending) return std::nullopt;
+      if (IsMissing(code) || code == ERROR_ACCESS_DENIED || code == kDeletePending) {
+        return std::nullopt;
+      }
       Fail(path, "cannot be looked at");
     }
     const WindowsFile file(path, handle, false);
@@ -231,20 +257,28 @@ class WindowsFiles final : public FileSystem {
   // Another program uses a file as long as it has it open, whatever it has locked in it: a handle that shares with
   // nobody is given only when there is no other.
   bool RemoveUnused(const std::filesystem::path& path) override {
-    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES && IsMissing(GetLastError())) return true;
+    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES && IsMissing(GetLastError())) {
+      return true;
+    }
     HANDLE handle = CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) return IsMissing(GetLastError());
+    if (handle == INVALID_HANDLE_VALUE) {
+      return IsMissing(GetLastError());
+    }
     CloseHandle(handle);
     return true;
   }
 
   void Remove(const std::filesystem::path& path) override {
-    if (!DeleteFileW(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) Fail(path, "cannot be removed");
+    if (!DeleteFileW(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) {
+      Fail(path, "cannot be removed");
+    }
   }
 
   void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override {
     const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? static_cast<DWORD>(MOVEFILE_REPLACE_EXISTING) : 0);
-    if (!MoveFileExW(from.c_str(), to.c_str(), flags)) Fail(to, "cannot get its name");
+    if (!MoveFileExW(from.c_str(), to.c_str(), flags)) {
+      Fail(to, "cannot get its name");
+    }
   }
 
   // The file system keeps its folders in order by itself.

@@ -24,7 +24,9 @@ bool LooksLikeJournal(DiskFile& file) {
 Journal::Journal(FileSystem& files, std::filesystem::path path) : files_(&files), path_(std::move(path)) {}
 
 void Journal::Prepare() {
-  if (file_) return;
+  if (file_) {
+    return;
+  }
   std::unique_ptr<DiskFile> file = files_->Open(path_);
   if (!file) {
     file = files_->Create(path_);
@@ -33,7 +35,9 @@ void Journal::Prepare() {
   if (!LooksLikeJournal(*file)) {
     throw PagerError(path_, "is not a journal of this program and stands in the place of one", Fault::kNotOurs);
   }
-  if (!file->Writable()) throw PagerError(path_, "may not be written", Fault::kDenied);
+  if (!file->Writable()) {
+    throw PagerError(path_, "may not be written", Fault::kDenied);
+  }
   file_ = std::move(file);
 }
 
@@ -64,7 +68,9 @@ void Journal::EndBatch() {
   Add(RecordKind::kBatchEnd, 0, {});
   WriteOut();
   file_->Sync();
-  if (!HasItsName()) throw PagerError(path_, "was removed or replaced by another program", Fault::kChanged);
+  if (!HasItsName()) {
+    throw PagerError(path_, "was removed or replaced by another program", Fault::kChanged);
+  }
 }
 
 void Journal::Invalidate() {
@@ -73,11 +79,15 @@ void Journal::Invalidate() {
 }
 
 void Journal::Close() noexcept {
-  if (!file_) return;
+  if (!file_) {
+    return;
+  }
   try {
     const bool own = HasItsName();
     file_.reset();
-    if (own) files_->Remove(path_);
+    if (own) {
+      files_->Remove(path_);
+    }
   } catch (const PagerError&) {
     // A leftover empty journal is harmless.
   }
@@ -95,7 +105,9 @@ void Journal::Add(RecordKind kind, std::uint32_t page, std::span<const std::byte
   const std::span<const std::byte> head_bytes = std::as_bytes(std::span(&head, 1));
   buffer_.insert(buffer_.end(), head_bytes.begin(), head_bytes.end());
   buffer_.insert(buffer_.end(), bytes.begin(), bytes.end());
-  if (buffer_.size() >= kBufferBytes) WriteOut();
+  if (buffer_.size() >= kBufferBytes) {
+    WriteOut();
+  }
 }
 
 void Journal::WriteOut() {

@@ -26,9 +26,13 @@ JournaledFile::JournaledFile(FileSystem& files, std::filesystem::path path, std:
       journal_(files, JournalPath(path_)) {}
 
 JournaledFile::~JournaledFile() {
-  if (stage_ != Stage::kIdle) return;  // The journal is needed by whoever opens the file next.
+  if (stage_ != Stage::kIdle) {
+    return;  // The journal is needed by whoever opens the file next.
+  }
   journal_.Close();
-  if (final_path_.empty() || path_ == final_path_) return;
+  if (final_path_.empty() || path_ == final_path_) {
+    return;
+  }
   try {
     files_.Remove(path_);
   } catch (const PagerError&) {
@@ -51,14 +55,22 @@ std::vector<std::byte> JournaledFile::Head() {
 }
 
 bool JournaledFile::BecomeWriter() {
-  if (owned_) return true;
-  if (!file_->Writable() || !file_->Lock(LockKind::kWriter, LockMode::kExclusive, false)) return false;
+  if (owned_) {
+    return true;
+  }
+  if (!file_->Writable() || !file_->Lock(LockKind::kWriter, LockMode::kExclusive, false)) {
+    return false;
+  }
   try {
     // While the file is shared nobody puts a change into it that would have to be undone.
-    if (!shared_) LockContent(LockMode::kExclusive);
+    if (!shared_) {
+      LockContent(LockMode::kExclusive);
+    }
     Recover();
   } catch (...) {
-    if (!shared_) file_->Unlock(LockKind::kContent);
+    if (!shared_) {
+      file_->Unlock(LockKind::kContent);
+    }
     file_->Unlock(LockKind::kWriter);
     throw;
   }
@@ -76,7 +88,9 @@ void JournaledFile::LockForReading() {
     LockContent(LockMode::kShared);
     shared_ = true;
     try {
-      if (!FoundUnfinished()) break;
+      if (!FoundUnfinished()) {
+        break;
+      }
     } catch (...) {
       UnlockAfterReading();
       throw;
@@ -92,11 +106,15 @@ void JournaledFile::LockForReading() {
     BecomeWriter();
   }
   LookAtSize();
-  if (!owned_) known_ = file_->Stamp();
+  if (!owned_) {
+    known_ = file_->Stamp();
+  }
 }
 
 void JournaledFile::UnlockAfterReading() noexcept {
-  if (shared_) file_->Unlock(LockKind::kContent);
+  if (shared_) {
+    file_->Unlock(LockKind::kContent);
+  }
   shared_ = false;
 }
 
@@ -109,26 +127,38 @@ void JournaledFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
                      "ends inside page " + std::to_string(first + n / size) + " of " + std::to_string(page_count_),
                      Fault::kDamaged);
   }
-  if (!format_.crypt) return;
+  if (!format_.crypt) {
+    return;
+  }
   for (std::size_t at = 0; at < bytes.size(); at += size) {
     const auto page = static_cast<std::uint32_t>(first + at / size);
-    if (page != 0) format_.crypt(page, bytes.subspan(at, size));
+    if (page != 0) {
+      format_.crypt(page, bytes.subspan(at, size));
+    }
   }
 }
 
 void JournaledFile::RequireUnchanged() {
-  if (known_ && file_->Stamp() != *known_) throw Changed("was changed by");
+  if (known_ && file_->Stamp() != *known_) {
+    throw Changed("was changed by");
+  }
 }
 
 void JournaledFile::RequireInPlace() {
   const std::optional<FileStamp> found = files_.Look(path_);
-  if (!found) throw Changed("was removed by");
-  if (found->id != file_->Stamp().id) throw Changed("was replaced by");
+  if (!found) {
+    throw Changed("was removed by");
+  }
+  if (found->id != file_->Stamp().id) {
+    throw Changed("was replaced by");
+  }
   RequireUnchanged();
 }
 
 void JournaledFile::RequireUnused() {
-  if (format_.sign_of_use.empty()) return;
+  if (format_.sign_of_use.empty()) {
+    return;
+  }
   std::filesystem::path sign = path_;
   sign.replace_extension(format_.sign_of_use);
   if (!files_.RemoveUnused(sign)) {
@@ -137,7 +167,9 @@ void JournaledFile::RequireUnused() {
 }
 
 void JournaledFile::PrepareToWrite() {
-  if (!damage_.empty()) throw PagerError(path_, damage_, Fault::kDamaged);
+  if (!damage_.empty()) {
+    throw PagerError(path_, damage_, Fault::kDamaged);
+  }
   if (!whole_pages_) {
     throw PagerError(path_, "is not made of whole pages and can only be read", Fault::kDamaged);
   }
@@ -185,7 +217,9 @@ FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
   const auto unchanged = [&](const DiskFile::Piece& piece, std::span<const std::byte> now) {
     auto page = static_cast<std::uint32_t>(piece.offset / size);
     const auto end = static_cast<std::uint32_t>(page + piece.bytes.size() / size);
-    for (; now.size() >= size && IsStanding(page, now.first(size)); ++page) now = now.subspan(size);
+    for (; now.size() >= size && IsStanding(page, now.first(size)); ++page) {
+      now = now.subspan(size);
+    }
     // Where the file ends there have to be new pages only.
     return now.empty() && (page == end || !standing_.contains(page));
   };
@@ -195,7 +229,9 @@ FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
     stamp = file_->Overwrite(pieces, unchanged);
   } catch (const PagerError&) {
     // Where the disk fails in the midst of these pages nobody knows what they are.
-    for (const Page& page : pages) standing_.erase(page.number);
+    for (const Page& page : pages) {
+      standing_.erase(page.number);
+    }
     throw;
   }
   if (!stamp) {
@@ -213,7 +249,9 @@ FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
 
 bool JournaledFile::IsStanding(std::uint32_t page, std::span<const std::byte> raw) const {
   const auto found = standing_.find(page);
-  if (found != standing_.end()) return found->second == ContentHash(raw);
+  if (found != standing_.end()) {
+    return found->second == ContentHash(raw);
+  }
   // A new page that has been left out so far.
   return std::ranges::all_of(raw, [](std::byte byte) { return byte == std::byte{0}; });
 }
@@ -224,7 +262,9 @@ bool JournaledFile::IsStanding(std::uint32_t page) {
 }
 
 void JournaledFile::Undo() {
-  if (stage_ != Stage::kTouched) return;
+  if (stage_ != Stage::kTouched) {
+    return;
+  }
   const Recovery recovery(journal_.Opened());
   if (!recovery.Unfinished()) {
     throw PagerError(journal_.Path(), "is damaged and cannot undo a broken change", Fault::kDamaged);
@@ -234,18 +274,26 @@ void JournaledFile::Undo() {
   known_.reset();
   bool strange = false;
   recovery.RestorePages(*file_, [&](std::uint32_t page, bool known) {
-    if (standing_.contains(page)) known = IsStanding(page);
+    if (standing_.contains(page)) {
+      known = IsStanding(page);
+    }
     // If the disk fails now it is not known any more what stands there.
-    if (known) standing_.erase(page);
+    if (known) {
+      standing_.erase(page);
+    }
     strange = strange || !known;
     return known;
   });
-  if (whole < size) file_->Truncate(whole);
+  if (whole < size) {
+    file_->Truncate(whole);
+  }
   file_->Sync();
   known_ = file_->Stamp();
   LookAtSize();
   stage_ = Stage::kSettled;
-  if (strange || page_count_ != journal_.PageCount()) throw Changed("was overwritten at the same time by");
+  if (strange || page_count_ != journal_.PageCount()) {
+    throw Changed("was overwritten at the same time by");
+  }
 }
 
 // How many pages of a file of this size are not new pages of the change under way. A page on whose way the disk failed
@@ -253,14 +301,18 @@ void JournaledFile::Undo() {
 std::uint64_t JournaledFile::EndOfOthers(std::uint64_t size) {
   for (std::uint64_t end = size / format_.page_size; end > journal_.PageCount(); --end) {
     const auto page = static_cast<std::uint32_t>(end - 1);
-    if (page >= reach_ || (standing_.contains(page) && !IsStanding(page))) return end;
+    if (page >= reach_ || (standing_.contains(page) && !IsStanding(page))) {
+      return end;
+    }
   }
   return journal_.PageCount();
 }
 
 void JournaledFile::FinishJournal() {
   Undo();
-  if (stage_ != Stage::kSettled) return;
+  if (stage_ != Stage::kSettled) {
+    return;
+  }
   journal_.Invalidate();
   stage_ = Stage::kIdle;
   file_->Unlock(LockKind::kContent);
@@ -275,13 +327,19 @@ void JournaledFile::GiveUp() noexcept {
       // Whoever opens the file next finds the journal.
     }
   }
-  if (stage_ == Stage::kIdle) journal_.Close();
-  for (const LockKind lock : {LockKind::kContent, LockKind::kWriter}) file_->Unlock(lock);
+  if (stage_ == Stage::kIdle) {
+    journal_.Close();
+  }
+  for (const LockKind lock : {LockKind::kContent, LockKind::kWriter}) {
+    file_->Unlock(lock);
+  }
   owned_ = shared_ = false;
 }
 
 void JournaledFile::Publish() {
-  if (final_path_.empty()) return;
+  if (final_path_.empty()) {
+    return;
+  }
   if (path_ != final_path_) {
     journal_.Close();
     files_.Rename(path_, final_path_, false);
@@ -305,7 +363,9 @@ void JournaledFile::LockContent(LockMode mode) {
 
 bool JournaledFile::FoundUnfinished() {
   const std::unique_ptr<DiskFile> journal = files_.Open(JournalPath(path_));
-  if (!journal) return false;
+  if (!journal) {
+    return false;
+  }
   const Recovery recovery(*journal);
   return LooksLikeJournal(*journal) && recovery.Unfinished() && recovery.Fits(*file_);
 }
@@ -313,7 +373,9 @@ bool JournaledFile::FoundUnfinished() {
 void JournaledFile::Recover() {
   const std::filesystem::path path = JournalPath(path_);
   std::unique_ptr<DiskFile> journal = files_.Open(path);
-  if (!journal || !LooksLikeJournal(*journal)) return;
+  if (!journal || !LooksLikeJournal(*journal)) {
+    return;
+  }
   const Recovery recovery(*journal);
   if (recovery.Unfinished() && !recovery.Fits(*file_)) {
     if (recovery.IsCarriedBy(*file_)) {
@@ -350,7 +412,9 @@ void JournaledFile::SetAside(const std::filesystem::path& journal) {
 }
 
 void JournaledFile::LookAtSize() {
-  if (format_.page_size == 0) return;  // not yet known
+  if (format_.page_size == 0) {
+    return;  // not yet known
+  }
   const std::uint64_t size = file_->Size();
   page_count_ = static_cast<std::uint32_t>(size / format_.page_size);
   whole_pages_ = size % format_.page_size == 0;
@@ -359,9 +423,13 @@ void JournaledFile::LookAtSize() {
 void JournaledFile::WriteJournal(const std::vector<Page>& pages) {
   std::vector<std::byte> raw(format_.page_size);
   // The first page is always kept: it tells one file from another.
-  if (pages.front().number != 0) KeepOriginal(0, std::nullopt);
+  if (pages.front().number != 0) {
+    KeepOriginal(0, std::nullopt);
+  }
   for (const Page& page : pages) {
-    if (!journal_.Covers(page.number)) break;
+    if (!journal_.Covers(page.number)) {
+      break;
+    }
     KeepOriginal(page.number, page.base.value());
     EncodeTo(page, raw);
     journal_.AddChecksum(page.number, raw);
@@ -371,12 +439,18 @@ void JournaledFile::WriteJournal(const std::vector<Page>& pages) {
 
 // `base`: what the page has to be, if that is known.
 void JournaledFile::KeepOriginal(std::uint32_t page, std::optional<std::uint64_t> base) {
-  if (!journal_.Covers(page) || journal_.HasOriginal(page)) return;
+  if (!journal_.Covers(page) || journal_.HasOriginal(page)) {
+    return;
+  }
   const std::vector<std::byte> raw = RawPage(page);
   if (base) {
     std::vector<std::byte> plain = raw;
-    if (format_.crypt && page != 0) format_.crypt(page, plain);
-    if (ContentHash(plain) != *base) throw Changed("was changed by");
+    if (format_.crypt && page != 0) {
+      format_.crypt(page, plain);
+    }
+    if (ContentHash(plain) != *base) {
+      throw Changed("was changed by");
+    }
   }
   journal_.AddOriginal(page, raw);
   standing_[page] = ContentHash(raw);
@@ -392,7 +466,9 @@ std::vector<std::byte> JournaledFile::RawPage(std::uint32_t page) {
 
 void JournaledFile::EncodeTo(const Page& page, std::span<std::byte> raw) const {
   std::memcpy(raw.data(), page.bytes.get(), raw.size());
-  if (format_.crypt && page.number != 0) format_.crypt(page.number, raw);
+  if (format_.crypt && page.number != 0) {
+    format_.crypt(page.number, raw);
+  }
 }
 
 }  // namespace marlevo::pager

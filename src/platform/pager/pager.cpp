@@ -30,12 +30,18 @@ std::shared_ptr<Pager> Pager::Open(const std::filesystem::path& path, const Prob
                                    Limits limits) {
   const std::filesystem::path name = files.Resolve(path);
   std::unique_ptr<DiskFile> opened = files.Open(name);
-  if (!opened) throw PagerError(path, "does not exist", Fault::kMissing);
+  if (!opened) {
+    throw PagerError(path, "does not exist", Fault::kMissing);
+  }
   const FileId id = opened->Stamp().id;
-  if (std::shared_ptr<Pager> pager = PagerFor(files, id).lock(); pager && pager->IsCurrent()) return pager;
+  if (std::shared_ptr<Pager> pager = PagerFor(files, id).lock(); pager && pager->IsCurrent()) {
+    return pager;
+  }
 
   auto file = std::make_unique<JournaledFile>(files, name, std::move(opened), std::filesystem::path());
-  if (!file->BecomeWriter()) file->LockForReading();
+  if (!file->BecomeWriter()) {
+    file->LockForReading();
+  }
   file->SetFormat(probe(file->Head()));
   file->UnlockAfterReading();
   std::shared_ptr<Pager> pager(new Pager(std::move(file), probe, limits));
@@ -46,7 +52,9 @@ std::shared_ptr<Pager> Pager::Open(const std::filesystem::path& path, const Prob
 std::shared_ptr<Pager> Pager::Create(const std::filesystem::path& path, PageFormat format, FileSystem& files,
                                      Limits limits) {
   const std::filesystem::path name = files.Resolve(path);
-  if (files.Open(name)) throw PagerError(path, "exists already");
+  if (files.Open(name)) {
+    throw PagerError(path, "exists already");
+  }
   const std::filesystem::path new_name = NewPath(name);
   if (const std::unique_ptr<DiskFile> left = files.Open(new_name)) {
     if (!left->Lock(LockKind::kWriter, LockMode::kExclusive, false)) {
@@ -59,7 +67,9 @@ std::shared_ptr<Pager> Pager::Create(const std::filesystem::path& path, PageForm
   }
   auto file = std::make_unique<JournaledFile>(files, new_name, files.Create(new_name), name);
   const FileId id = file->Id();
-  if (!file->BecomeWriter()) throw PagerError(path, "is being created by another program");
+  if (!file->BecomeWriter()) {
+    throw PagerError(path, "is being created by another program");
+  }
   file->SetFormat(std::move(format));
   std::shared_ptr<Pager> pager(new Pager(std::move(file), {}, limits));
   PagerFor(files, id) = pager;
@@ -76,7 +86,9 @@ Pager::Pager(std::unique_ptr<JournaledFile> file, Probe probe, Limits limits)
       page_count_(file_->PageCount()) {}
 
 Pager::~Pager() {
-  if (statement_) Rollback();
+  if (statement_) {
+    Rollback();
+  }
   try {
     Flush();
   } catch (const PagerError&) {
@@ -120,14 +132,18 @@ void Pager::Watching(Work work) {
   try {
     work();
   } catch (const PagerError& error) {
-    if (error.Kind() == Fault::kChanged) GiveUp();
+    if (error.Kind() == Fault::kChanged) {
+      GiveUp();
+    }
     throw;
   }
 }
 
 void Pager::GiveUp() noexcept {
   over_ = true;
-  if (statement_) *statement_ = {.page_count = 0, .undo = {}, .spilled = false, .failed = true};
+  if (statement_) {
+    *statement_ = {.page_count = 0, .undo = {}, .spilled = false, .failed = true};
+  }
   if (!changed_.empty()) {
     lost_ = true;
     LoseBatch(Fault::kChanged);
@@ -139,8 +155,9 @@ void Pager::GiveUp() noexcept {
 }
 
 void Pager::RequireUsable() const {
-  if (over_)
+  if (over_) {
     throw PagerError(file_->Path(), "was changed by another program and has to be opened again", Fault::kChanged);
+  }
 }
 
 bool Pager::IsCurrent() {
@@ -148,25 +165,39 @@ bool Pager::IsCurrent() {
     const Reading reading(*this);
     return true;
   } catch (const PagerError& error) {
-    if (error.Kind() == Fault::kChanged) return false;
+    if (error.Kind() == Fault::kChanged) {
+      return false;
+    }
     throw;
   }
 }
 
 void Pager::BecomeWriter() {
-  if (file_->IsWriter()) return;
-  if (!file_->BecomeWriter()) throw PagerError(file_->Path(), "is open for writing in another program", Fault::kInUse);
+  if (file_->IsWriter()) {
+    return;
+  }
+  if (!file_->BecomeWriter()) {
+    throw PagerError(file_->Path(), "is open for writing in another program", Fault::kInUse);
+  }
   // Whoever wrote before may have put a file of another format in its place.
   PageFormat format = probe_(file_->Head());
-  if (format.page_size != PageSize()) throw PagerError(file_->Path(), "has other pages than before", Fault::kChanged);
+  if (format.page_size != PageSize()) {
+    throw PagerError(file_->Path(), "has other pages than before", Fault::kChanged);
+  }
   file_->SetFormat(std::move(format));
-  if (readings_ == 0) ForgetPages();
+  if (readings_ == 0) {
+    ForgetPages();
+  }
 }
 
 void Pager::Begin() {
-  if (statement_) throw std::logic_error("a statement is open already");
+  if (statement_) {
+    throw std::logic_error("a statement is open already");
+  }
   RequireUsable();
-  if (ReadOnly()) throw PagerError(file_->Path(), "may not be written", Fault::kDenied);
+  if (ReadOnly()) {
+    throw PagerError(file_->Path(), "may not be written", Fault::kDenied);
+  }
   Watching([&] {
     BecomeWriter();
     file_->PrepareToWrite();
@@ -178,7 +209,9 @@ void Pager::Begin() {
     } else {
       file_->RequireUnchanged();
     }
-    if (changed_.size() * PageSize() > limits_.changed / 2) FlushCommitted();
+    if (changed_.size() * PageSize() > limits_.changed / 2) {
+      FlushCommitted();
+    }
   });
   statement_ = OpenStatement{page_count_, {}, false, false};
 }
@@ -196,7 +229,9 @@ PageEdit Pager::Change(std::uint32_t page) {
   std::memcpy(bytes.get(), now.Bytes().data(), PageSize());
   const auto committed = changed_.find(page);
   const bool clean = committed == changed_.end();
-  if (!statement_->spilled) statement_->undo.push_back({page, clean ? nullptr : committed->second.bytes});
+  if (!statement_->spilled) {
+    statement_->undo.push_back({page, clean ? nullptr : committed->second.bytes});
+  }
   changed_[page] = {bytes, true, clean ? ContentHash(now.Bytes()) : committed->second.base};
   return {std::move(bytes), PageSize()};
 }
@@ -205,7 +240,9 @@ std::uint32_t Pager::Append() {
   RequireStatement();
   SpillIfFull();
   auto bytes = std::make_shared<std::byte[]>(PageSize());
-  if (!statement_->spilled) statement_->undo.push_back({page_count_, nullptr});
+  if (!statement_->spilled) {
+    statement_->undo.push_back({page_count_, nullptr});
+  }
   changed_[page_count_] = {std::move(bytes), true, std::nullopt};
   return page_count_++;
 }
@@ -215,15 +252,21 @@ void Pager::Commit() {
   const bool spilled = statement_->spilled;
   if (spilled) {
     std::vector<std::uint32_t> numbers;
-    for (const auto& [number, page] : changed_) numbers.push_back(number);
+    for (const auto& [number, page] : changed_) {
+      numbers.push_back(number);
+    }
     Watching([&] { WriteThrough(std::move(numbers)); });
     file_->MarkDone();
     batch_ = std::make_shared<Batch>();
   } else {
-    for (const Undo& undo : statement_->undo) changed_[undo.page].in_statement = false;
+    for (const Undo& undo : statement_->undo) {
+      changed_[undo.page].in_statement = false;
+    }
   }
   statement_.reset();
-  if (!spilled) return;
+  if (!spilled) {
+    return;
+  }
   try {
     file_->FinishJournal();
   } catch (const PagerError&) {
@@ -232,10 +275,14 @@ void Pager::Commit() {
 }
 
 void Pager::Rollback() noexcept {
-  if (!statement_) return;
+  if (!statement_) {
+    return;
+  }
   const OpenStatement statement = std::move(*statement_);
   statement_.reset();
-  if (over_) return;
+  if (over_) {
+    return;
+  }
   page_count_ = statement.page_count;
   ++version_;
   if (!statement.spilled) {
@@ -259,16 +306,24 @@ void Pager::Rollback() noexcept {
 }
 
 void Pager::Flush() {
-  if (lost_) RequireUsable();
+  if (lost_) {
+    RequireUsable();
+  }
   // A process that does not own the file has nothing committed; before a statement spilled everything else was flushed.
-  if (!file_->IsWriter() || (statement_ && statement_->spilled)) return;
+  if (!file_->IsWriter() || (statement_ && statement_->spilled)) {
+    return;
+  }
   Watching([&] { FlushCommitted(); });
-  if (page_count_ > 0 && !statement_) file_->Publish();
+  if (page_count_ > 0 && !statement_) {
+    file_->Publish();
+  }
 }
 
 void Pager::Discard(Fault reason) noexcept {
   Rollback();
-  if (changed_.empty()) return;
+  if (changed_.empty()) {
+    return;
+  }
   LoseBatch(reason);
   changed_.clear();
   page_count_ = file_->PageCount();
@@ -288,14 +343,18 @@ void Pager::BeginReading() {
         file_->LockForReading();
         ForgetPages();
       }
-      if (!statement_) file_->RequireInPlace();
+      if (!statement_) {
+        file_->RequireInPlace();
+      }
     });
   }
   ++readings_;
 }
 
 void Pager::EndReading() noexcept {
-  if (--readings_ == 0) file_->UnlockAfterReading();
+  if (--readings_ == 0) {
+    file_->UnlockAfterReading();
+  }
 }
 
 void Pager::ForgetPages() {
@@ -312,14 +371,18 @@ void Pager::ForgetCleanPages() {
 void Pager::LoadBlock(std::uint32_t first_page, std::span<std::byte> block) {
   RequireUsable();
   Watching([&] {
-    if (!statement_ || !statement_->spilled) file_->Undo();
+    if (!statement_ || !statement_->spilled) {
+      file_->Undo();
+    }
     const std::size_t bytes = std::size_t{file_->PageCount() - first_page} * PageSize();
     file_->ReadPages(first_page, block.first(std::min(bytes, block.size())));
   });
 }
 
 void Pager::RequirePage(std::uint32_t page) const {
-  if (page < page_count_) return;
+  if (page < page_count_) {
+    return;
+  }
   throw PagerError(
       file_->Path(),
       "page " + std::to_string(page) + " is outside the file, which has " + std::to_string(page_count_) + " pages",
@@ -327,12 +390,18 @@ void Pager::RequirePage(std::uint32_t page) const {
 }
 
 void Pager::RequireStatement() const {
-  if (!statement_) throw std::logic_error("no statement is open");
-  if (statement_->failed) throw PagerError(file_->Path(), "an error has broken the statement off");
+  if (!statement_) {
+    throw std::logic_error("no statement is open");
+  }
+  if (statement_->failed) {
+    throw PagerError(file_->Path(), "an error has broken the statement off");
+  }
 }
 
 void Pager::SpillIfFull() {
-  if ((changed_.size() + 1) * PageSize() <= limits_.changed) return;
+  if ((changed_.size() + 1) * PageSize() <= limits_.changed) {
+    return;
+  }
   Watching([&] {
     if (!statement_->spilled) {
       statement_->failed = true;
@@ -341,7 +410,9 @@ void Pager::SpillIfFull() {
     }
     std::vector<std::uint32_t> numbers;
     for (const auto& [number, page] : changed_) {
-      if (page.bytes.use_count() == 1) numbers.push_back(number);
+      if (page.bytes.use_count() == 1) {
+        numbers.push_back(number);
+      }
     }
     WriteThrough(std::move(numbers));
   });
@@ -351,14 +422,20 @@ void Pager::FlushCommitted() {
   file_->FinishJournal();
   std::vector<JournaledFile::Page> pages;
   for (const auto& [number, page] : changed_) {
-    if (!page.in_statement) pages.emplace_back(number, page.bytes, page.base);
+    if (!page.in_statement) {
+      pages.emplace_back(number, page.bytes, page.base);
+    }
   }
   if (statement_) {
     for (const Undo& undo : statement_->undo) {
-      if (undo.before) pages.emplace_back(undo.page, undo.before, changed_[undo.page].base);
+      if (undo.before) {
+        pages.emplace_back(undo.page, undo.before, changed_[undo.page].base);
+      }
     }
   }
-  if (pages.empty()) return;
+  if (pages.empty()) {
+    return;
+  }
   std::ranges::sort(pages, {}, &JournaledFile::Page::number);
   try {
     file_->Write(pages);
@@ -377,7 +454,9 @@ void Pager::FlushCommitted() {
   std::erase_if(changed_, [](const auto& entry) { return !entry.second.in_statement; });
   if (statement_) {
     for (Undo& undo : statement_->undo) {
-      if (!undo.before) continue;
+      if (!undo.before) {
+        continue;
+      }
       changed_[undo.page].base = ContentHash({undo.before.get(), PageSize()});
       undo.before = nullptr;
     }
@@ -389,10 +468,16 @@ void Pager::WriteThrough(std::vector<std::uint32_t> numbers) {
   statement_->failed = true;
   std::ranges::sort(numbers);
   std::vector<JournaledFile::Page> pages;
-  for (const std::uint32_t number : numbers) pages.emplace_back(number, changed_[number].bytes, changed_[number].base);
-  if (!pages.empty()) file_->Write(pages);
+  for (const std::uint32_t number : numbers) {
+    pages.emplace_back(number, changed_[number].bytes, changed_[number].base);
+  }
+  if (!pages.empty()) {
+    file_->Write(pages);
+  }
   ForgetCleanPages();
-  for (const std::uint32_t number : numbers) changed_.erase(number);
+  for (const std::uint32_t number : numbers) {
+    changed_.erase(number);
+  }
   statement_->failed = false;
 }
 

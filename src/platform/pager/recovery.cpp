@@ -19,7 +19,9 @@ std::vector<std::byte> ReadBytes(DiskFile& file, std::uint64_t offset, std::size
 template <typename T>
 std::optional<T> ReadStruct(DiskFile& file, std::uint64_t offset) {
   T value = {};
-  if (file.ReadAt(offset, std::as_writable_bytes(std::span(&value, 1))) != sizeof value) return std::nullopt;
+  if (file.ReadAt(offset, std::as_writable_bytes(std::span(&value, 1))) != sizeof value) {
+    return std::nullopt;
+  }
   return value;
 }
 
@@ -36,7 +38,9 @@ std::optional<std::vector<std::byte>> PageNow(DiskFile& file, std::uint32_t page
 
 Recovery::Recovery(DiskFile& journal) : journal_(journal) {
   const std::optional<JournalHeader> header = ReadStruct<JournalHeader>(journal, 0);
-  if (!header || header->magic != kJournalMagic || header->hash != HeaderHash(*header)) return;
+  if (!header || header->magic != kJournalMagic || header->hash != HeaderHash(*header)) {
+    return;
+  }
   if (!std::has_single_bit(header->page_size) || header->page_size < kMinPageBytes ||
       header->page_size > kMaxPageBytes) {
     return;
@@ -49,9 +53,13 @@ Recovery::Recovery(DiskFile& journal) : journal_(journal) {
   while (const std::optional<RecordHead> head = ReadStruct<RecordHead>(journal, offset)) {
     offset += sizeof *head;
     const std::vector<std::byte> bytes = ReadBytes(journal, offset, BytesOf(head->kind));
-    if (bytes.size() != BytesOf(head->kind)) break;
+    if (bytes.size() != BytesOf(head->kind)) {
+      break;
+    }
     hash = RecordHash(hash, head->kind, head->page, bytes);
-    if (hash != head->hash) break;
+    if (hash != head->hash) {
+      break;
+    }
     if (head->kind == RecordKind::kBatchEnd) {
       sealed_ = true;
       complete = records_.size();
@@ -135,11 +143,15 @@ std::size_t Recovery::StrangeSectors(PageRecords records, std::span<const std::b
     for (std::size_t i = 0; i < known.size(); ++i) {
       const std::span<const std::byte> sector = now.subspan(i * kSectorBytes, kSectorBytes);
       if (record.kind == RecordKind::kOriginal) {
-        if (std::ranges::equal(sector, std::span(bytes).subspan(i * kSectorBytes, kSectorBytes))) known[i] = true;
+        if (std::ranges::equal(sector, std::span(bytes).subspan(i * kSectorBytes, kSectorBytes))) {
+          known[i] = true;
+        }
       } else {
         std::uint64_t hash = 0;
         std::memcpy(&hash, bytes.data() + i * sizeof hash, sizeof hash);
-        if (hash == Hash(0, sector)) known[i] = true;
+        if (hash == Hash(0, sector)) {
+          known[i] = true;
+        }
       }
     }
   }
