@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/pager/leftover_journal.h"
 #include "platform/pager/recovery.h"
 
 namespace marlevo::pager {
@@ -66,7 +67,7 @@ bool JournaledFile::BecomeWriter() {
     if (!shared_) {
       LockContent(LockMode::kExclusive);
     }
-    Recover();
+    damage_ = RecoverFile(files_, path_, *file_);
   } catch (...) {
     if (!shared_) {
       file_->Unlock(LockKind::kContent);
@@ -88,7 +89,7 @@ void JournaledFile::LockForReading() {
     LockContent(LockMode::kShared);
     shared_ = true;
     try {
-      if (!FoundUnfinished()) {
+      if (!IsHalfChanged(files_, path_, *file_)) {
         break;
       }
     } catch (...) {
@@ -359,56 +360,6 @@ void JournaledFile::LockContent(LockMode mode) {
     throw;
   }
   file_->Unlock(LockKind::kPending);
-}
-
-bool JournaledFile::FoundUnfinished() {
-  const std::unique_ptr<DiskFile> journal = files_.Open(JournalPath(path_));
-  if (!journal) {
-    return false;
-  }
-  const Recovery recovery(*journal);
-  return LooksLikeJournal(*journal) && recovery.Unfinished() && recovery.Fits(*file_);
-}
-
-void JournaledFile::Recover() {
-  const std::filesystem::path path = JournalPath(path_);
-  std::unique_ptr<DiskFile> journal = files_.Open(path);
-  if (!journal || !LooksLikeJournal(*journal)) {
-    return;
-  }
-  const Recovery recovery(*journal);
-  if (recovery.Unfinished() && !recovery.Fits(*file_)) {
-    if (recovery.IsCarriedBy(*file_)) {
-      damage_ = "was left in the midst of a change and was changed by another program since, so that " +
-                Utf8(path.filename()) + " does not fit it any more; both files are kept, and this one can only be read";
-      return;
-    }
-    journal.reset();
-    SetAside(path);
-    return;
-  }
-  if (recovery.Unfinished()) {
-    recovery.PlayBack(*file_);
-    journal->Truncate(0);
-    journal->Sync();
-  }
-  journal.reset();
-  try {
-    files_.Remove(path);
-  } catch (const PagerError&) {
-    // It is void where it lies, and the file can be read beside it.
-  }
-}
-
-// A journal of another file, or of an older state of this one, gets a name of its own.
-void JournaledFile::SetAside(const std::filesystem::path& journal) {
-  std::filesystem::path aside = journal;
-  aside += ".foreign";
-  for (int number = 2; files_.Look(aside); ++number) {
-    aside = journal;
-    aside += ".foreign" + std::to_string(number);
-  }
-  files_.Rename(journal, aside, false);
 }
 
 void JournaledFile::LookAtSize() {

@@ -91,10 +91,6 @@ class JournaledFile {
   };
 
   void LockContent(LockMode mode);
-  // A journal that has to be played back lies beside the file.
-  bool FoundUnfinished();
-  void Recover();
-  void SetAside(const std::filesystem::path& journal);
   void LookAtSize();
   void WriteJournal(const std::vector<Page>& pages);
   void KeepOriginal(std::uint32_t page, std::optional<std::uint64_t> base);
