@@ -1,4 +1,4 @@
-// Local date and time.
+// The local date and time as the stamp that records bear.
 #pragma once
 
 #include <string>

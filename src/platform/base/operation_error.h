@@ -1,5 +1,5 @@
-// The one kind of failure that windows let pass: of a file, the database or the printer. It is shown once, by the error
-// report at the top of the program, so it carries everything that the operator has to know.
+// Failures of files, the database and the printer. Windows do not catch them: they are shown once, by the error report
+// at the top of the program, so each carries everything that the operator has to know.
 #pragma once
 
 #include <string>
@@ -12,8 +12,8 @@ namespace marlevo {
 class OperationError : public FaultError {
  public:
   // `attempted`: what was being done, in the operator's language ("讀取列印設定"); `subject`: the file or printer;
-  // `reason`: the engine's own words; `outcome`: what became of the operator's data, a sentence in the operator's
-  // language, empty when the data is as before. All UTF-8. what() is the reason.
+  // `reason`: technical words, given by what(); `outcome`: what became of the operator's data, a sentence in the
+  // operator's language, empty when the data is as before. All UTF-8.
   OperationError(std::string attempted, std::string subject, const std::string& reason, Fault kind = Fault::kOther,
                  std::string outcome = {})
       : FaultError(kind, reason),

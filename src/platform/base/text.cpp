@@ -34,7 +34,7 @@ double LenientNumber(std::string_view text) {
   double value = 0;
   if (std::from_chars(text.data(), text.data() + end, value, std::chars_format::fixed).ec ==
       std::errc::result_out_of_range) {
-    // Too large, or so small that it is nothing.
+    // The number is too large for a double, or too small; the second reads as 0.
     const bool large = text.substr(0, whole).find_first_not_of('0') != std::string_view::npos;
     value = large ? std::numeric_limits<double>::max() : 0;
   }

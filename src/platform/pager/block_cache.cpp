@@ -36,12 +36,14 @@ void BlockCache::Clear() {
 
 std::shared_ptr<std::byte[]> BlockCache::TakeBuffer(std::uint32_t block) {
   if (resident_.size() >= capacity_) {
-    // The last block of a scan is still held while it asks for the next one; the one before is free.
+    // A block that follows the last one loaded is asked for by a scan. The scan still holds a page of the last block,
+    // so the block before that one is replaced.
     if (block == last_ + 1 && last_but_one_ < blocks_.size() && Free(last_but_one_)) {
       const auto found = std::find(resident_.rbegin(), resident_.rend(), last_but_one_);
       return Evict(static_cast<std::size_t>(resident_.rend() - found) - 1);
     }
-    // Two rounds of the clock: the first takes every mark away.
+    // The clock algorithm: the first round takes the marks `used` away, the second finds a block without a mark, unless
+    // callers hold all of them.
     for (std::size_t step = 0; step < 2 * resident_.size(); ++step) {
       hand_ = (hand_ + 1) % resident_.size();
       Block& candidate = blocks_[resident_[hand_]];

@@ -1,8 +1,9 @@
 // The clean pages of a file in memory, in aligned blocks of 32 KiB: one read brings a page together with its
 // neighbours, which is all the read-ahead that a scan needs.
 //
-// At most `capacity` blocks, more only while callers hold pages of that many. A scan of a file that is larger replaces
-// the blocks that it brought itself, so that it keeps the others and its own stay in the processor's cache.
+// The cache holds at most `capacity` blocks, and more only while callers hold pages of more blocks than that. A scan of
+// a larger file replaces the blocks that it has loaded itself: blocks that others use stay, and the few that the scan
+// uses in turn stay in the processor's cache.
 #pragma once
 
 #include <cstddef>
@@ -17,12 +18,12 @@ namespace marlevo::pager {
 class BlockCache {
  public:
   static constexpr std::size_t kBlockBytes = 32768;
-  // Fills the block of pages that begins with `first_page`; as far as the file goes.
+  // Fills `block` with the pages from `first_page` on, as far as the file goes.
   using Load = std::function<void(std::uint32_t first_page, std::span<std::byte> block)>;
 
   BlockCache(std::size_t page_size, std::size_t capacity, Load load);
 
-  // Lives as long as the pointer. Throws what `load` throws.
+  // The page stays valid as long as the pointer lives. Throws what `load` throws.
   std::shared_ptr<const std::byte> Page(std::uint32_t page);
   void Clear();
 
@@ -40,11 +41,11 @@ class BlockCache {
   std::uint32_t pages_per_block_;
   std::size_t capacity_;
   Load load_;
-  std::vector<Block> blocks_;            // by number; most are empty in a large file
-  std::vector<std::uint32_t> resident_;  // numbers of those that are not
-  std::size_t hand_ = 0;                 // in resident_: the next to be considered for eviction
-  std::uint32_t last_ = 0;               // the block loaded last ...
-  std::uint32_t last_but_one_ = 0;       // ... and the one before
+  std::vector<Block> blocks_;            // by block number; in a large file most have no bytes
+  std::vector<std::uint32_t> resident_;  // the numbers of the blocks that have bytes
+  std::size_t hand_ = 0;                 // place in resident_ of the block last considered for eviction
+  std::uint32_t last_ = 0;               // the block loaded last
+  std::uint32_t last_but_one_ = 0;       // the block loaded before last_
 };
 
 }  // namespace marlevo::pager

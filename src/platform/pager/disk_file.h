@@ -1,7 +1,8 @@
-// The few file operations that the pager stands on, and the system's own. An interface, so that tests can put a disk
-// under the pager that fails, fills up or loses its power.
+// The few file operations that the pager needs, and the operating system's implementation of them. They are an
+// interface, so that tests can put a disk under the pager that fails, fills up or loses its power.
 //
-// Every operation throws PagerError with the system's reason; none waits except Lock when told to.
+// Every operation that fails throws PagerError with the system's reason. No operation waits for other programs, except
+// Lock with `wait`.
 #pragma once
 
 #include <cstddef>
@@ -17,15 +18,16 @@
 
 namespace marlevo::pager {
 
-// What stays the same whatever name a file is opened by.
+// Identifies a file, by whatever name it is opened.
 struct FileId {
   std::uint64_t volume = 0;
   std::uint64_t number = 0;
   auto operator<=>(const FileId&) const = default;
 };
 
-// What tells from outside whether somebody has written to a file. Two writes within one tick of the system's clock may
-// leave the same stamp; Windows gives the time of another program's writes only when that program closes the file.
+// What shows, without reading a file, whether somebody has written to it. Two writes within one tick of the system's
+// clock may leave the same stamp. Windows shows the time of another program's writes only when that program has closed
+// the file.
 struct FileStamp {
   FileId id;
   std::uint64_t size = 0;
@@ -34,11 +36,15 @@ struct FileStamp {
   bool operator==(const FileStamp&) const = default;
 };
 
-// Advisory locks between processes, each on one thing. A lock ends with its DiskFile, also when the process is killed.
+// Locks between processes. They bind only programs that ask for them. A lock ends with its DiskFile, also when the
+// process is killed. Example: the writer wants to flush while process R reads and process S is about to read. The
+// writer takes kPending and waits for kContent; S waits for kPending; R finishes; the writer gets kContent, changes the
+// file and releases both; S reads.
 enum class LockKind {
-  kWriter,   // exclusive: the process that may write to the file
-  kPending,  // taken before kContent by both sides, so that readers that come in a row cannot keep the writer out
-  kContent,  // shared: the file is being read; exclusive: it is being changed
+  kWriter,   // held, exclusively, by the process that may write to the file
+  kPending,  // taken for a moment before kContent, so that readers who come one after the other do not keep the writer
+             // out
+  kContent,  // held shared while the file is being read, exclusively while it is being changed
 };
 enum class LockMode { kShared, kExclusive };
 
@@ -46,13 +52,14 @@ class DiskFile {
  public:
   virtual ~DiskFile() = default;
 
-  // Fills `bytes` from `offset`; returns how many there were, fewer only at the end of the file.
+  // Fills `bytes` from `offset` on. Returns how many bytes were read, fewer than asked for only at the end of the file.
   virtual std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) = 0;
-  // Writes all of it. When it throws, any part of it may have been written.
+  // Writes all bytes. When it throws, any part of them may have been written.
   virtual void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) = 0;
-  // Writes all pieces if `unchanged` agrees with what stands in the place of each now, of which there is less at the
-  // end of the file; otherwise nothing. Gives the stamp of the file with the pieces. Where locks bind every program no
-  // other can write meanwhile; elsewhere it would have to do so within some microseconds.
+  // Reads what the file holds now in the place of each piece (less than the piece at the end of the file) and asks
+  // `unchanged`. If it is true for all, writes all pieces and returns the stamp that the file has then; otherwise
+  // writes nothing and returns nothing. On Windows no other program can write between the reading and the writing;
+  // elsewhere one can, within some microseconds.
   struct Piece {
     std::uint64_t offset;
     std::vector<std::byte> bytes;
@@ -72,13 +79,13 @@ class DiskFile {
     return Stamp();
   }
   virtual void Truncate(std::uint64_t size) = 0;
-  // What was written and truncated before is durable when it returns.
+  // When it returns, what was written and truncated before is durable.
   virtual void Sync() = 0;
   virtual std::uint64_t Size() = 0;
   virtual bool Writable() const = 0;
   virtual FileStamp Stamp() = 0;
 
-  // False when another process holds it and `wait` is not set.
+  // Returns false when another process holds the lock and `wait` is false.
   virtual bool Lock(LockKind kind, LockMode mode, bool wait) = 0;
   virtual void Unlock(LockKind kind) noexcept = 0;
 };
@@ -87,26 +94,28 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  // The one absolute name of a file, links followed: what stands beside the file has to be found by every name of it.
+  // The absolute name of a file with all links followed, so that the journal beside the file is found by whatever name
+  // the file is opened.
   virtual std::filesystem::path Resolve(const std::filesystem::path& path) = 0;
-  // An existing file, for reading only if it may not be written; null when there is none.
+  // Opens an existing file, for reading only if it may not be written. Null when there is none.
   virtual std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) = 0;
-  // A new file; throws when the name is taken.
+  // Makes a new file. Throws when the name is taken.
   virtual std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) = 0;
-  // The stamp of the file that has this name now, by whomever it was made; nothing when there is none.
+  // The stamp of the file that has this name now; nothing when there is none. That file may be another one than was
+  // opened by this name before.
   virtual std::optional<FileStamp> Look(const std::filesystem::path& path) = 0;
-  // Removes a file that no other program uses; true as well when there is none. How use is told: see the systems'
-  // implementations.
+  // Removes a file unless another program uses it. True when there is no such file afterwards. What counts as use is
+  // said in disk_file_posix.cpp and disk_file_windows.cpp.
   virtual bool RemoveUnused(const std::filesystem::path& path) = 0;
-  // Nothing happens when there is none.
+  // Does nothing when there is no such file.
   virtual void Remove(const std::filesystem::path& path) = 0;
-  // An open file may be renamed. With `replace` a file of the new name vanishes, without it throws.
+  // An open file may be renamed. When `to` exists, `replace` says whether that file vanishes or Rename throws.
   virtual void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) = 0;
-  // The names made, changed and removed in `folder` are durable when it returns.
+  // When it returns, all files made, renamed and removed in `folder` before are durably so.
   virtual void SyncFolder(const std::filesystem::path& folder) = 0;
 };
 
-// The system's own files.
+// The files of the operating system.
 FileSystem& NativeFiles();
 
 }  // namespace marlevo::pager

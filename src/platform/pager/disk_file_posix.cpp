@@ -34,7 +34,7 @@ Fault FaultOf(int code) {
   throw PagerError(path, std::string(attempted) + ": " + std::generic_category().message(code), FaultOf(code));
 }
 
-// Locks are single bytes far behind every page that the format allows.
+// A lock is one byte, locked far behind every page that the format allows.
 constexpr off_t LockOffset(LockKind kind) {
   return 0x7fffff00 + static_cast<off_t>(kind);
 }
@@ -99,7 +99,8 @@ class PosixFile final : public DiskFile {
 
   FileStamp Stamp() override { return StampOf(Status()); }
 
-  // Locks of the open file, not of the process: closing another handle of the same file must not end them.
+  // These locks (F_OFD_...) belong to the open file. Locks that belong to the process would end as soon as the process
+  // closes any other handle of the same file.
   bool Lock(LockKind kind, LockMode mode, bool wait) override {
     struct flock lock = Range(kind, mode == LockMode::kShared ? F_RDLCK : F_WRLCK);
     while (fcntl(handle_, wait ? F_OFD_SETLKW : F_OFD_SETLK, &lock) != 0) {
@@ -164,7 +165,7 @@ class PosixFiles final : public FileSystem {
     if (!S_ISREG(status.st_mode)) {
       throw PagerError(path, "is not a file", Fault::kDamaged);
     }
-    // A file that nobody may write is left alone by the superuser too.
+    // The superuser could write to a file that nobody has the right to write, but does not.
     if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0) {
       if (const int handle = open(path.c_str(), O_RDWR | O_CLOEXEC); handle >= 0) {
         return std::make_unique<PosixFile>(path, handle, true);
@@ -221,7 +222,7 @@ class PosixFiles final : public FileSystem {
   void Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) override {
     int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), replace ? 0 : RENAME_NOREPLACE);
     if (result != 0 && !replace && (errno == EINVAL || errno == ENOSYS)) {
-      // A file system that cannot promise it in one step.
+      // This file system cannot check and rename in one step.
       struct stat status = {};
       if (lstat(to.c_str(), &status) == 0) {
         throw PagerError(to, "exists already");
@@ -242,15 +243,16 @@ class PosixFiles final : public FileSystem {
     const int code = errno;
     close(handle);
     errno = code;
-    // EINVAL: the file system keeps its folders in order by itself.
+    // EINVAL: this file system makes the names in its folders durable by itself.
     if (result != 0 && code != EINVAL) {
       Fail(folder, "cannot be brought onto the disk");
     }
   }
 
  private:
-  // Another program uses a file when it has locked any part of it or, as far as the system tells, has it open: a lease
-  // is given only to the one who has. Leases are for local files of the user's own; a server knows of locks only.
+  // Another program uses a file when it has locked any part of it or, as far as the system tells, has it open. The
+  // system gives a lease only while nobody else has the file open. Leases work for local files of the user's own; for
+  // other files, such as those on a server, only locks show use.
   static bool IsUsed(int handle) {
     struct flock lock = {};
     lock.l_type = F_WRLCK;
@@ -261,7 +263,8 @@ class PosixFiles final : public FileSystem {
     if (flock(handle, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
       return true;
     }
-    // Who opens the file while the lease lasts has this process told by a signal; this one is ignored unless asked for.
+    // When another program opens the file while the lease lasts, the system sends this process a signal. SIGURG is
+    // ignored by default; the usual signal would end the process.
     fcntl(handle, F_SETSIG, SIGURG);
     return fcntl(handle, F_SETLEASE, F_WRLCK) != 0 && errno == EAGAIN;
   }

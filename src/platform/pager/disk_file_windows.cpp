@@ -65,7 +65,8 @@ OVERLAPPED At(std::uint64_t offset) {
   return place;
 }
 
-// Locks are single bytes far behind every page that the format allows: locked bytes cannot be read here.
+// A lock is one byte, locked far behind every page that the format allows, because Windows lets no other program read a
+// locked byte.
 OVERLAPPED LockPlace(LockKind kind) {
   return At(0x7fffff00U + static_cast<std::uint64_t>(kind));
 }
@@ -129,7 +130,7 @@ class WindowsFile final : public DiskFile {
     }
   }
 
-  // Locked bytes are closed to every program but this one.
+  // Windows lets no other program write to locked bytes, whether it asks for locks or not.
   std::optional<FileStamp> Overwrite(const std::vector<Piece>& pieces, const Unchanged& unchanged) override {
     const std::uint64_t from = pieces.front().offset;
     const auto size = static_cast<DWORD>(pieces.back().offset + pieces.back().bytes.size() - from);
@@ -197,8 +198,8 @@ class WindowsFile final : public DiskFile {
   bool writable_;
 };
 
-// Others may open, rename and remove what is open here: the locks say who may write, and a new file gets its name while
-// it is open.
+// Other programs may open, rename and remove a file that is open here: it is the locks that decide who may write, and
+// this program itself renames a new file while it is open.
 HANDLE OpenHandle(const std::filesystem::path& path, DWORD access, DWORD disposition) {
   return CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, disposition,
                      FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -209,7 +210,7 @@ class WindowsFiles final : public FileSystem {
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
     std::error_code error;
     std::filesystem::path real = std::filesystem::weakly_canonical(std::filesystem::absolute(path), error);
-    // Some network drives have no final name; the given one serves as well.
+    // On some network drives Windows cannot tell the final name of a file; then the given name is used.
     return error ? std::filesystem::absolute(path) : real;
   }
 
@@ -244,7 +245,7 @@ class WindowsFiles final : public FileSystem {
     HANDLE handle = OpenHandle(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
     if (handle == INVALID_HANDLE_VALUE) {
       const DWORD code = GetLastError();
-      // A file that was deleted while it is open may keep its name until it is closed, and refuse itself.
+      // A file that was deleted while it is open may keep its name until it is closed, and can no longer be opened.
       if (IsMissing(code) || code == ERROR_ACCESS_DENIED || code == kDeletePending) {
         return std::nullopt;
       }
@@ -254,8 +255,8 @@ class WindowsFiles final : public FileSystem {
     return StampOf(handle, path);
   }
 
-  // Another program uses a file as long as it has it open, whatever it has locked in it: a handle that shares with
-  // nobody is given only when there is no other.
+  // Another program uses a file as long as it has the file open, with locks or without. Windows gives a handle that is
+  // shared with nobody only when there is no other handle.
   bool RemoveUnused(const std::filesystem::path& path) override {
     if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES && IsMissing(GetLastError())) {
       return true;
@@ -281,7 +282,7 @@ class WindowsFiles final : public FileSystem {
     }
   }
 
-  // The file system keeps its folders in order by itself.
+  // Windows makes the names in its folders durable by itself.
   void SyncFolder(const std::filesystem::path&) override {}
 };
 

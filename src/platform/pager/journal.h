@@ -1,7 +1,9 @@
-// Writes the rollback journal of one file: originals of pages, durable before the file is touched.
+// Writes the rollback journal of one file: the originals of pages, which are durable before the file is touched.
 //
-// Start, then for every batch Keep/Announce and Seal; the file may be changed once Seal has returned. Retire ends it
-// when the file is durable. After an error in Keep, Announce or Seal only Retire, Close or Start may follow.
+// The order of calls: Prepare, then for each change Start; for each batch of pages AddOriginal and AddChecksum as often
+// as needed, then EndBatch; at last Invalidate. The pages of a batch may be overwritten once EndBatch has returned, and
+// Invalidate is called once the file is durable. After an error in AddOriginal, AddChecksum or EndBatch, only
+// Invalidate, Close or Start may follow.
 #pragma once
 
 #include <cstddef>
@@ -16,33 +18,35 @@
 
 namespace marlevo::pager {
 
-// Whether a file of a journal's name is a journal, whole or not: it is empty, begins like one, or begins with zeros, as
-// after a power failure. Any other file is not this program's to change or remove.
+// Whether a file that has a journal's name is a journal, whole or not: it is empty, begins like a journal, or begins
+// with zeros, as a power failure may leave it. Any other file belongs to another program and is neither changed nor
+// removed.
 bool LooksLikeJournal(DiskFile& file);
 
 class Journal {
  public:
   Journal(FileSystem& files, std::filesystem::path path);
 
-  // Makes sure that a journal can be written here, before anybody relies on it.
+  // Opens the journal or makes an empty one. Throws when no journal can be written here.
   void Prepare();
-  // The open journal, also when somebody has removed its name. After Prepare.
+  // The journal that Prepare has opened, also when somebody has removed its name since.
   DiskFile& Opened() { return *file_; }
-  // `page_count`: of the file before the change.
+  // `page_count`: the pages of the file before the change.
   void Start(std::size_t page_size, std::uint32_t page_count);
-  // Pages that the file had at Start; others vanish with an undo and need no original.
+  // Whether the file had this page at Start. Later pages are cut off by an undo and need no original.
   bool Covers(std::uint32_t page) const { return page < PageCount(); }
   std::uint32_t PageCount() const { return static_cast<std::uint32_t>(kept_.size()); }
   bool HasOriginal(std::uint32_t page) const { return kept_[page]; }
-  // `original`: the page's bytes in the file.
+  // `original`: the page's bytes in the file. Once for each page.
   void AddOriginal(std::uint32_t page, std::span<const std::byte> original);
-  // `rewrite`: what will be written over the page.
+  // `rewrite`: the bytes that will be written over the page.
   void AddChecksum(std::uint32_t page, std::span<const std::byte> rewrite);
-  // Throws Fault::kChanged when the journal has lost its name, by which alone the next process would find it.
+  // When it returns, the batch is durable. Throws Fault::kChanged when the journal has lost its name, because the next
+  // process finds a journal by its name only.
   void EndBatch();
-  // It is certain when this returns that nobody will play the journal back.
+  // When it returns, the journal is durably empty, and nobody will play it back.
   void Invalidate();
-  // Removes a retired journal, and no other file that has its name by now.
+  // Removes an invalidated journal, but not another file that has taken its name.
   void Close() noexcept;
 
   const std::filesystem::path& Path() const { return path_; }
@@ -55,8 +59,8 @@ class Journal {
   FileSystem* files_;
   std::filesystem::path path_;
   std::unique_ptr<DiskFile> file_;
-  std::vector<bool> kept_;         // by page of the file before
-  std::vector<std::byte> buffer_;  // not yet written, belongs at end_
+  std::vector<bool> kept_;         // by page: whether the journal has its original
+  std::vector<std::byte> buffer_;  // records that are not in the journal file yet; their place there is end_
   std::uint64_t end_ = 0;
   std::uint64_t hash_ = 0;  // of the last record
 };

@@ -13,7 +13,7 @@ namespace marlevo::pager {
 namespace {
 
 constexpr std::size_t kHeadBytes = 4096;
-// Pages that follow each other are written together, up to this much.
+// Pages that follow each other are written together, in runs of about this many bytes.
 constexpr std::size_t kRunBytes = std::size_t{1} << 18;
 
 }  // namespace
@@ -28,7 +28,7 @@ JournaledFile::JournaledFile(FileSystem& files, std::filesystem::path path, std:
 
 JournaledFile::~JournaledFile() {
   if (stage_ != Stage::kIdle) {
-    return;  // The journal is needed by whoever opens the file next.
+    return;  // Whoever opens the file next needs the journal.
   }
   journal_.Close();
   if (final_path_.empty() || path_ == final_path_) {
@@ -37,7 +37,7 @@ JournaledFile::~JournaledFile() {
   try {
     files_.Remove(path_);
   } catch (const PagerError&) {
-    // The next file of that name replaces it.
+    // Pager::Create removes such a file before it makes the next one.
   }
 }
 
@@ -63,7 +63,8 @@ bool JournaledFile::BecomeWriter() {
     return false;
   }
   try {
-    // While the file is shared nobody puts a change into it that would have to be undone.
+    // A process that holds the lock for reading has seen in LockForReading that no half change is in the file, and no
+    // other process can begin one. Without that lock the content has to be locked before a journal is played back.
     if (!shared_) {
       LockContent(LockMode::kExclusive);
     }
@@ -96,8 +97,8 @@ void JournaledFile::LockForReading() {
       UnlockAfterReading();
       throw;
     }
-    // An owner changes the file only while nobody shares it, so this one is dead. Either the file gets well here or
-    // another process is just about it, and the next round waits for that one.
+    // A living writer changes the file only while nobody has the lock for reading, so the writer of this half change is
+    // dead. Either this process repairs the file now, or another one is repairing it and the next round waits for that.
     UnlockAfterReading();
     if (!file_->Writable()) {
       throw PagerError(path_,
@@ -180,7 +181,7 @@ void JournaledFile::PrepareToWrite() {
 void JournaledFile::Write(const std::vector<Page>& pages) {
   if (stage_ == Stage::kIdle) {
     LockContent(LockMode::kExclusive);
-    stage_ = Stage::kSettled;  // the file is still whole: if the journal breaks off it is only made void
+    stage_ = Stage::kSettled;  // the file is still whole: if writing the journal fails, nothing has to be undone
     standing_.clear();
     reach_ = page_count_;
     journal_.Start(format_.page_size, page_count_);
@@ -192,8 +193,9 @@ void JournaledFile::Write(const std::vector<Page>& pages) {
   known_.reset();
   known_ = Overwrite(pages);
   file_->Sync();
-  // Some systems tell the time of a write only now. If it is not that, another program has written since: to other
-  // pages, which are read anew, or over these, and then the next look at the file finds it changed.
+  // Some systems set the time of a write only with the sync, so a new stamp alone does not mean another program. If all
+  // pages just written are still there, the new stamp is taken as known: another program, if there was one, has written
+  // other pages, and those are read anew. Otherwise the old stamp stays, and the next look at the file throws.
   const FileStamp synced = file_->Stamp();
   if (synced != *known_ && std::ranges::all_of(pages, [&](const Page& page) { return IsStanding(page.number); })) {
     known_ = synced;
@@ -221,7 +223,7 @@ FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
     for (; now.size() >= size && IsStanding(page, now.first(size)); ++page) {
       now = now.subspan(size);
     }
-    // Where the file ends there have to be new pages only.
+    // When the file ends inside the piece, the page at its end has to be a new one.
     return now.empty() && (page == end || !standing_.contains(page));
   };
   reach_ = std::max(reach_, pages.back().number + 1);
@@ -229,7 +231,7 @@ FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
   try {
     stamp = file_->Overwrite(pieces, unchanged);
   } catch (const PagerError&) {
-    // Where the disk fails in the midst of these pages nobody knows what they are.
+    // The disk has failed while these pages were written: their content is unknown now.
     for (const Page& page : pages) {
       standing_.erase(page.number);
     }
@@ -253,7 +255,7 @@ bool JournaledFile::IsStanding(std::uint32_t page, std::span<const std::byte> ra
   if (found != standing_.end()) {
     return found->second == ContentHash(raw);
   }
-  // A new page that has been left out so far.
+  // The change has not written this page yet. A new page that lies before one already written reads as zeros.
   return std::ranges::all_of(raw, [](std::byte byte) { return byte == std::byte{0}; });
 }
 
@@ -278,7 +280,7 @@ void JournaledFile::Undo() {
     if (standing_.contains(page)) {
       known = IsStanding(page);
     }
-    // If the disk fails now it is not known any more what stands there.
+    // The page is overwritten now. If the disk fails at it, its content is unknown, and the next Undo asks the journal.
     if (known) {
       standing_.erase(page);
     }
@@ -297,8 +299,9 @@ void JournaledFile::Undo() {
   }
 }
 
-// How many pages of a file of this size are not new pages of the change under way. A page on whose way the disk failed
-// may look like anything.
+// How many pages an Undo leaves in a file of `size` bytes: the pages from before the change and, behind them,
+// everything up to the last page that another program has written. New pages of the change go, also those whose writing
+// failed and which may look like anything.
 std::uint64_t JournaledFile::EndOfOthers(std::uint64_t size) {
   for (std::uint64_t end = size / format_.page_size; end > journal_.PageCount(); --end) {
     const auto page = static_cast<std::uint32_t>(end - 1);
@@ -320,7 +323,8 @@ void JournaledFile::FinishJournal() {
 }
 
 void JournaledFile::GiveUp() noexcept {
-  // The first attempt may end with the word that another program has been at work; then the file is settled with.
+  // The first attempt may throw that another program has written to the file; by then the change is undone, and the
+  // second attempt makes the journal void.
   for (int attempt = 0; attempt < 2 && stage_ != Stage::kIdle; ++attempt) {
     try {
       FinishJournal();
@@ -373,7 +377,7 @@ void JournaledFile::LookAtSize() {
 
 void JournaledFile::WriteJournal(const std::vector<Page>& pages) {
   std::vector<std::byte> raw(format_.page_size);
-  // The first page is always kept: it tells one file from another.
+  // The journal always has the original of page 0, by which recovery tells one file from another.
   if (pages.front().number != 0) {
     KeepOriginal(0, std::nullopt);
   }
@@ -388,7 +392,7 @@ void JournaledFile::WriteJournal(const std::vector<Page>& pages) {
   journal_.EndBatch();
 }
 
-// `base`: what the page has to be, if that is known.
+// `base`: ContentHash that the page must have, if that is known.
 void JournaledFile::KeepOriginal(std::uint32_t page, std::optional<std::uint64_t> base) {
   if (!journal_.Covers(page) || journal_.HasOriginal(page)) {
     return;

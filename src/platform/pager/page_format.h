@@ -13,10 +13,11 @@ constexpr std::size_t kMinPageBytes = 512;
 constexpr std::size_t kMaxPageBytes = 32768;
 
 struct PageFormat {
-  std::size_t page_size = 0;  // a power of two within these bounds
+  std::size_t page_size = 0;  // bytes; a power of two from kMinPageBytes to kMaxPageBytes
   // Encodes and decodes a page in place (the same operation both ways); may be empty. Never called for page 0.
   std::function<void(std::uint32_t page, std::span<std::byte>)> crypt;
-  // Other programs keep a file of this extension beside the file while they have it open; empty: there is no such sign.
+  // The extension of a file that other programs keep beside this one while they have it open, such as ".ldb"; empty
+  // when there is no such sign.
   std::string sign_of_use = {};
 };
 

@@ -25,7 +25,7 @@ Pager::~Pager() {
   try {
     Flush();
   } catch (const PagerError&) {
-    // What the journal still holds is put right by the next Open.
+    // The next Open plays the journal back.
   }
 }
 
@@ -112,7 +112,7 @@ void Pager::BecomeWriter() {
   if (!file_->BecomeWriter()) {
     throw PagerError(file_->Path(), "is open for writing in another program", Fault::kInUse);
   }
-  // Whoever wrote before may have put a file of another format in its place.
+  // The process that wrote before may have put a file of another format in place of this one.
   PageFormat format = probe_(file_->Head());
   if (format.page_size != PageSize()) {
     throw PagerError(file_->Path(), "has other pages than before", Fault::kChanged);
@@ -135,8 +135,8 @@ void Pager::Begin() {
     BecomeWriter();
     file_->PrepareToWrite();
     file_->RequireUnused();
-    // The name of the file is looked at with the first of the statements that go to the file together, and before they
-    // do.
+    // Looking up the file's name costs a call of the system. Once for each batch is enough here, because Write looks
+    // again before anything is overwritten.
     if (changed_.empty()) {
       file_->RequireInPlace();
     } else {
@@ -203,7 +203,7 @@ void Pager::Commit() {
   try {
     file_->FinishJournal();
   } catch (const PagerError&) {
-    // The statement is done; the next Flush tries again and reports.
+    // The statement is in the file. The next Flush tries again to make the journal void, and reports a failure.
   }
 }
 
@@ -234,7 +234,7 @@ void Pager::Rollback() noexcept {
   try {
     Watching([&] { file_->FinishJournal(); });
   } catch (const PagerError&) {
-    // Nothing is read from the file before it has been put back: LoadBlock tries again and reports.
+    // LoadBlock undoes the change before it reads anything from the file, and reports a failure.
   }
 }
 
@@ -242,7 +242,8 @@ void Pager::Flush() {
   if (lost_) {
     RequireUsable();
   }
-  // A process that does not own the file has nothing committed; before a statement spilled everything else was flushed.
+  // A process that is not the writer has nothing committed. An open statement that has spilled has flushed everything
+  // before it.
   if (!file_->IsWriter() || (statement_ && statement_->spilled)) {
     return;
   }
@@ -295,7 +296,8 @@ void Pager::ForgetPages() {
   page_count_ = file_->PageCount();
 }
 
-// While this process writes, another program may have written other pages.
+// After a write to the file. Blocks in memory may be outdated then, also those of other pages: a program that does not
+// know the locks may have changed them at the same moment.
 void Pager::ForgetCleanPages() {
   clean_->Clear();
   ++version_;
@@ -377,7 +379,7 @@ void Pager::FlushCommitted() {
     try {
       file_->FinishJournal();
     } catch (const PagerError&) {
-      // The first error says more. The journal stays until the file has been put back.
+      // The first error says more. The journal stays until a later call has undone the change.
     }
     throw;
   }

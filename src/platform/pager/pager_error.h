@@ -9,7 +9,7 @@
 
 namespace marlevo::pager {
 
-// A path, for words that go to the operator.
+// A path as UTF-8, for messages that the operator reads.
 std::string Utf8(const std::filesystem::path& path);
 
 class PagerError : public FaultError {

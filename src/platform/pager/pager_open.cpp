@@ -14,7 +14,8 @@ std::filesystem::path NewPath(const std::filesystem::path& path) {
   return name;
 }
 
-// The pagers of this process. The file system is part of the key, since its ids mean nothing to another.
+// Where the Pager of a file is remembered while it lives. The file system is part of the key, because the ids of one
+// file system mean nothing to another.
 std::weak_ptr<Pager>& PagerFor(FileSystem& files, FileId id) {
   static std::map<std::pair<FileSystem*, FileId>, std::weak_ptr<Pager>> pagers;
   std::erase_if(pagers, [](const auto& entry) { return entry.second.expired(); });

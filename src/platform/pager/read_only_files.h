@@ -1,5 +1,5 @@
-// Files that are looked at and surely not changed: each says that it may not be written, so that the pager neither
-// plays a journal back into it nor becomes its writer.
+// Files that a program reads and certainly does not change. Each file says that it may not be written, so that the
+// pager neither plays a journal back into it nor becomes its writer.
 #pragma once
 
 #include "platform/pager/disk_file.h"
@@ -14,7 +14,7 @@ class ReadOnlyFiles : public FileSystem {
   std::filesystem::path Resolve(const std::filesystem::path& path) override { return files_.Resolve(path); }
   std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) override;
   std::optional<FileStamp> Look(const std::filesystem::path& path) override { return files_.Look(path); }
-  // The others throw.
+  // All operations below throw.
   std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) override;
   bool RemoveUnused(const std::filesystem::path& path) override;
   void Remove(const std::filesystem::path& path) override;

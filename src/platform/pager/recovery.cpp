@@ -25,7 +25,7 @@ std::optional<T> ReadStruct(DiskFile& file, std::uint64_t offset) {
   return value;
 }
 
-// Nothing when the medium does not give the page back.
+// The page as the file holds it now; nothing when the medium fails to read it.
 std::optional<std::vector<std::byte>> PageNow(DiskFile& file, std::uint32_t page, std::size_t page_size) {
   try {
     return ReadBytes(file, std::uint64_t{page} * page_size, page_size);
@@ -64,7 +64,7 @@ Recovery::Recovery(DiskFile& journal) : journal_(journal) {
       sealed_ = true;
       complete = records_.size();
     } else if (bytes.empty() || head->page >= header_.page_count) {
-      break;  // no journal of ours has such a record
+      break;  // this program writes no such record
     } else {
       records_.push_back({head->page, head->kind, offset});
     }
@@ -128,9 +128,9 @@ std::vector<std::byte> Recovery::OriginalOf(PageRecords records) const {
   return ReadBytes(journal_, records.front().offset, header_.page_size);
 }
 
-// Whether the page consists of sectors from before and from the writes that were announced. One sector may be neither:
-// a disk that tears inside a sector. A page that the medium does not give back counts as known, since writing it anew
-// may cure it.
+// Whether every sector of the page is that of the original or has the checksum of a rewrite in the journal. One sector
+// may be neither, because some disks tear inside a sector when the power fails. A page that the medium fails to read
+// counts as known, since writing it anew may cure it.
 bool Recovery::IsKnown(PageRecords records, DiskFile& file) const {
   const std::optional<std::vector<std::byte>> now = PageNow(file, records.front().page, header_.page_size);
   return !now || (now->size() == header_.page_size && StrangeSectors(records, *now) <= 1);

@@ -1,5 +1,5 @@
-// Reads a journal that was found beside a file: whether it stands for an unfinished change of this very file, and puts
-// the file back.
+// Reads a journal that was found beside a file, says whether it belongs to an unfinished change of this very file, and
+// puts the file back to what it was before that change.
 #pragma once
 
 #include <cstddef>
@@ -15,22 +15,23 @@ namespace marlevo::pager {
 
 class Recovery {
  public:
-  // `journal` must outlive it.
+  // `journal` must outlive this object.
   explicit Recovery(DiskFile& journal);
 
-  // Whether there is anything to undo: false for an empty, torn or strange journal, whose change never reached the
-  // file.
+  // Whether there is anything to undo. False for a journal that is empty, is not one, or broke off inside its first
+  // batch: then its change never reached the file.
   bool Unfinished() const { return sealed_; }
-  // Whether `file` is in a state that the journaled change can have left behind. False for another file, or when
-  // somebody has put other content in its place since.
+  // Whether the journaled change can have left `file` as it is now. False for another file, and when somebody has
+  // written other content into it since.
   bool Fits(DiskFile& file) const;
-  // Whether `file` holds a page of the journaled change, whole or torn. A file that does and does not fit was changed
-  // by somebody else in the midst of the change.
+  // Whether `file` holds a page of the journaled change, whole or torn. When Fits is false and this is true, another
+  // program has written to the file after the change had begun.
   bool IsCarriedBy(DiskFile& file) const;
-  // Puts those pages back for which `wanted` is true. It is told of each whether the page is in such a state.
+  // Puts back the originals of the pages for which `wanted` returns true. `known` says whether the journaled change can
+  // have left the page as it is now.
   using Wanted = std::function<bool(std::uint32_t page, bool known)>;
   void RestorePages(DiskFile& file, const Wanted& wanted) const;
-  // The file as it was before, durable. May be repeated after an error.
+  // Puts the whole file back to what it was before the change; durable when it returns. May be repeated after an error.
   void PlayBack(DiskFile& file) const;
 
  private:
@@ -40,7 +41,7 @@ class Recovery {
     std::uint64_t offset;  // of its bytes in the journal
   };
 
-  // Of one page, the original first.
+  // The records of one page, the original first.
   using PageRecords = std::span<const Record>;
 
   std::vector<PageRecords> Pages() const;
@@ -51,8 +52,8 @@ class Recovery {
 
   DiskFile& journal_;
   JournalHeader header_ = {};
-  bool sealed_ = false;
-  std::vector<Record> records_;  // of complete batches; by page, the original before its rewrites
+  bool sealed_ = false;          // at least one batch is complete
+  std::vector<Record> records_;  // of complete batches, sorted by page, the original of a page before its rewrites
 };
 
 }  // namespace marlevo::pager
