@@ -34,7 +34,7 @@ struct SqlContext {
   std::optional<access::Statement> statement;  // open while SQLite changes rows
 };
 
-// One module a table; SQLite owns it.
+// There is one module for each table. SQLite owns it.
 struct Module {
   std::shared_ptr<SqlContext> file;
   std::string table_name;
@@ -45,7 +45,7 @@ struct VirtualTable : sqlite3_vtab {
 
   SqlContext& file;
   access::Table table;
-  // One row on its way into the table, kept for its memory.
+  // The row that Update is inserting; members, so that their memory serves for the next row too.
   std::vector<access::Value> values;
   std::vector<std::string> buffers;
   std::vector<std::size_t> defaulted;  // columns that the statement leaves to their default values
@@ -74,8 +74,8 @@ VirtualCursor& CursorOf(sqlite3_vtab_cursor* cursor) {
   return *static_cast<VirtualCursor*>(cursor);
 }
 
-// Runs `work`. SQLite learns only that it failed; what it threw is kept, since the first failure is the reason for
-// those that follow.
+// Runs `work` and returns a result code for SQLite. Keeps what `work` throws if it is the first exception, because
+// later ones only follow from it.
 template <typename Work>
 int CatchInto(SqlContext& file, Work work) {
   try {
@@ -138,14 +138,15 @@ int Disconnect(sqlite3_vtab* table) {
   return SQLITE_OK;
 }
 
-// How many of the index's first columns the plan (see BestIndex) compares with something.
+// How many of the index's first columns the plan (see BestIndex) compares with a value. Example: of an index on A, B, C
+// a plan that compares A and C can use the first column only, so this returns 1.
 std::size_t ComparedColumns(const access::IndexView& index, const std::string& plan) {
   const auto compared = [&](std::size_t column) { return plan.find(static_cast<char>(column + 1)) != plan.npos; };
   return static_cast<std::size_t>(std::ranges::find_if_not(index.columns, compared) - index.columns.begin());
 }
 
-// Whether a walk along the index gives rows in the order that SQLite wants. Texts and Booleans have another order
-// there.
+// Whether a walk along the index gives rows in the order that SQLite wants. Texts, Booleans and decimals are ordered
+// differently in an index.
 bool IsInOrder(const access::Table& table, const access::IndexView& index, const sqlite3_index_info& info) {
   const auto wanted = static_cast<std::size_t>(info.nOrderBy);
   if (wanted == 0 || wanted > index.columns.size() || !index.complete) {
@@ -166,8 +167,8 @@ bool IsInOrder(const access::Table& table, const access::IndexView& index, const
   return true;
 }
 
-// Completes a plan with the index that narrows the search most, or else with one that saves sorting; its place + 1
-// becomes idxNum.
+// Completes a plan with the index of which the plan compares the most columns or, when it compares none, with an index
+// that saves sorting. idxNum becomes the index's place + 1.
 void ChooseIndex(const access::Table& table, const std::string& plan, double walked, sqlite3_index_info& info) {
   std::size_t best = 0;
   for (std::size_t i = 0; i < table.Indexes().size(); ++i) {
@@ -207,12 +208,13 @@ int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
       if (SqlKindOf(type) == SqlKind::kBytes || type == ColumnType::kBoolean || type == ColumnType::kNumeric) {
         continue;
       }
-      // A comparison under another collation may hold where ours does not.
+      // Under another collation texts may be equal that differ in ours.
       if (SqlKindOf(type) == SqlKind::kText && std::string_view(sqlite3_vtab_collation(info, i)) != kTextOrder) {
         continue;
       }
       plan += static_cast<char>(constraint.iColumn + 1);
-      // SQLite checks the rows found once more: Filter leaves it the values that only SQLite can compare.
+      // SQLite checks the condition once more on each row found, so Filter may ignore values that only SQLite can
+      // compare.
       info->aConstraintUsage[i].argvIndex = static_cast<int>(plan.size());
       found = found / 10 + 1;
     }
@@ -221,7 +223,7 @@ int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
       throw std::bad_alloc();
     }
     info->needToFreeIdxStr = 1;
-    info->estimatedCost = walked / 4 + found;  // walking over a row is cheap beside handing it to SQLite
+    info->estimatedCost = walked / 4 + found;  // walking over a row costs a quarter of handing it to SQLite, roughly
     info->estimatedRows = static_cast<sqlite3_int64>(found);
     ChooseIndex(rows, plan, walked, *info);
   });
@@ -245,7 +247,7 @@ void MoveToNext(VirtualCursor& cursor) {
   } while (!cursor.at_end && !std::all_of(cursor.texts.begin(), cursor.texts.end(), qualifies));
 }
 
-// What the argument is compared with as a value of the column; nothing where only SQLite can tell.
+// The argument as a value that a column of this type can be compared with; nothing when only SQLite can compare them.
 std::optional<access::Value> ValueToCompare(sqlite3_value* argument, ColumnType type) {
   const bool text = SqlKindOf(type) == SqlKind::kText;
   switch (sqlite3_value_type(argument)) {
@@ -264,7 +266,8 @@ std::optional<access::Value> ValueToCompare(sqlite3_value* argument, ColumnType 
   }
 }
 
-// The rows to look at: by the index if the plan has one and it knows the values, otherwise all.
+// The rows that Filter has to look at: those that the plan's index gives, or all rows when the plan has no index or the
+// index cannot find the values.
 access::Cursor RowsOf(const access::Table& table, int index_number, std::string_view plan, sqlite3_value** arguments,
                       const std::vector<access::Equals>& numbers) {
   if (index_number == 0) {
@@ -287,7 +290,7 @@ access::Cursor RowsOf(const access::Table& table, int index_number, std::string_
   try {
     return table.Walk(place, values, numbers);
   } catch (const access::ValueError&) {
-    return table.Scan(numbers);  // the index does not know where the value would be
+    return table.Scan(numbers);  // this program cannot build the index key of the value
   }
 }
 
@@ -317,7 +320,7 @@ int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sq
           }
           break;
         default:
-          break;  // left to SQLite
+          break;  // SQLite compares other values itself
       }
     }
     cursor.rows.reset();
@@ -347,7 +350,8 @@ int RowIdOf(sqlite3_vtab_cursor* cursor, sqlite3_int64* id) {
   return CatchInto(TableOf(cursor).file, [&] { *id = static_cast<sqlite3_int64>(CursorOf(cursor).rows->Row()); });
 }
 
-// arguments: the row to remove or NULL, then, unless it is a plain removal, the new row's id and its values.
+// SQLite's xUpdate. arguments[0] is the row to delete, or NULL. A DELETE has no other argument; an INSERT has NULL,
+// NULL and then the values of the new row.
 int Update(sqlite3_vtab* base, int count, sqlite3_value** arguments, sqlite3_int64* id) {
   return CatchInto(TableOf(base).file, [&] {
     VirtualTable& table = TableOf(base);
@@ -388,7 +392,7 @@ int Begin(sqlite3_vtab* table) {
   });
 }
 
-// The last moment at which SQLite takes an error: so the statement ends here, and Commit has nothing left to do.
+// SQLite's xSync. The statement is committed here and not in xCommit, because SQLite ignores errors of xCommit.
 int Sync(sqlite3_vtab* table) {
   return CatchInto(TableOf(table).file, [&] { TableOf(table).file.statement->Commit(); });
 }

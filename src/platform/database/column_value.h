@@ -1,4 +1,4 @@
-// Values between SQL and the columns of an Access file.
+// Converts values between SQL and the columns of an Access file.
 #pragma once
 
 #include <sqlite3.h>
@@ -10,14 +10,14 @@
 
 namespace marlevo {
 
-// What a column's values are for SQL. Yes/No is an integer, -1 or 0; money, dates and decimals are real numbers; a GUID
+// The SQL type of a column's values. Yes/No is an integer, -1 or 0; money, dates and decimals are real numbers; a GUID
 // is a text.
 enum class SqlKind { kInteger, kReal, kText, kBytes };
 SqlKind SqlKindOf(access::ColumnType type);
 
-// The value as the column takes it: a number for a text column becomes its text, a text for a number column is taken as
-// a number when the whole of it is one. What remains unfit is left to the engine, which refuses it. The result borrows
-// from `value` and from `buffer`.
+// The value in the type of the column: a number for a text column becomes its text, and a text for a number column
+// becomes a number if the whole text is one. A value that still does not fit stays as it is, and the engine refuses it.
+// The result refers to memory of `value` and `buffer`.
 access::Value ColumnValue(sqlite3_value* value, access::ColumnType type, std::string& buffer);
 
 // A cell of the current row as the result of a SQL expression.

@@ -26,7 +26,7 @@ constexpr char kExecuting[] = "執行資料庫指令";
 constexpr char kReading[] = "讀取資料庫";
 constexpr char kWriting[] = "寫入資料庫";
 
-constexpr char kNoSuchTable[] = "no such table: ";  // in SQLite's words
+constexpr char kNoSuchTable[] = "no such table: ";  // the beginning of SQLite's message
 
 struct CloseSql {
   void operator()(sqlite3* sql) const { sqlite3_close(sql); }
@@ -49,7 +49,7 @@ auto AsDatabaseError(const char* attempted, const std::string& subject, Work wor
   }
 }
 
-// SQLite with nothing of its own: no file, and nothing in its memory database. The case of names follows SQLite.
+// An in-memory SQLite without tables of its own.
 SqlHandle OpenSql() {
   SetUpSqlite();
   sqlite3* opened = nullptr;
@@ -59,13 +59,13 @@ SqlHandle OpenSql() {
   if (code != SQLITE_OK) {
     throw std::runtime_error(sqlite3_errstr(code));
   }
-  // A misspelt field name must not turn into a text.
+  // Without these two settings SQLite reads a misspelt field name in double quotes as a text.
   sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_limit(opened, SQLITE_LIMIT_ATTACHED, 0);
-  // What sorting may take in memory before it goes to temporary files: enough for a customer's largest record.
+  // 16 MiB for sorting, before SQLite sorts in temporary files: enough for a customer's largest record.
   if (sqlite3_exec(opened, "PRAGMA cache_size=-16384", nullptr, nullptr, nullptr) != SQLITE_OK) {
     throw std::runtime_error(sqlite3_errmsg(opened));
   }
@@ -122,7 +122,7 @@ class Connection::Engine {
     OnDisk([&] { database_.Flush(); });
   }
 
-  // Whether the disk refused the last Execute or Flush, so that all that was not on the disk is undone.
+  // Whether the disk refused the last Execute or Flush, so that everything that was not on the disk yet is undone.
   bool Undone() const { return undone_; }
 
   std::optional<std::size_t> MostCharacters(std::string_view table, std::string_view column) const {
@@ -161,11 +161,12 @@ class Connection::Engine {
     return static_cast<std::size_t>(found - table.Columns().begin());
   }
 
-  // Called for everything that a statement would do, while it is compiled.
+  // SQLite calls this while it compiles a statement, for each thing that the statement would do. `first` and `second`
+  // name the table, column or function.
   static int Authorize(void* self, int action, const char* first, const char* second, const char*, const char*) {
     auto& engine = *static_cast<Engine*>(self);
-    // SQLite's own list of tables, which it reads and updates to take in the declaration of a virtual table. It is
-    // empty, and a statement that would change it is refused in any case.
+    // SQLite reads and updates sqlite_master, its own list of tables, when it takes in the declaration of a virtual
+    // table. The list is empty, and SQLite refuses a statement that would change it.
     if ((action == SQLITE_READ || action == SQLITE_UPDATE) && std::string_view(first) == "sqlite_master") {
       return SQLITE_OK;
     }
@@ -198,7 +199,7 @@ class Connection::Engine {
     return SQLITE_DENY;
   }
 
-  // Of some table, and no table has a text column of that name.
+  // Whether some table has a number column of that name, and no table a column of another kind.
   bool IsNumberColumn(std::string_view name) {
     bool number = false;
     for (const std::string& table : tables_) {
@@ -229,7 +230,8 @@ class Connection::Engine {
     if (code != SQLITE_OK) {
       RethrowFailure();
       const std::string words = refusal_.empty() ? sqlite3_errmsg(sql_.get()) : refusal_;
-      // SQLite has no code of its own for this one. The file may know more of the table.
+      // SQLite has no code for a missing table. OpenTable may throw a better reason, such as a table that is linked
+      // from another file.
       if (words.starts_with(kNoSuchTable)) {
         static_cast<void>(database_.OpenTable(std::string_view(words).substr(std::string_view(kNoSuchTable).size())));
         throw FaultError(Fault::kNoTable, words);
@@ -246,7 +248,7 @@ class Connection::Engine {
     return statement;
   }
 
-  // True when there is a row.
+  // Runs the statement up to its next row. Returns whether there is one.
   bool Step(sqlite3_stmt* statement) {
     const int code = sqlite3_step(statement);
     if (code != SQLITE_ROW && code != SQLITE_DONE) {
@@ -256,15 +258,16 @@ class Connection::Engine {
     return code == SQLITE_ROW;
   }
 
-  // What the engine threw, if it is the reason why SQLite failed.
+  // Throws what the engine threw, if that is why SQLite failed.
   void RethrowFailure() {
     if (failure_) {
       std::rethrow_exception(std::exchange(failure_, nullptr));
     }
   }
 
-  // Changes the file. When the disk refuses, what was executed before and is not on the disk is undone as well: nobody
-  // has been told that it is stored, and a later flush would store it beside the operator's next attempt.
+  // Does `work`, which changes the file. When the disk refuses, everything executed before that is not on the disk yet
+  // is undone as well: the operator has not been told that it is stored and will try again, and a later flush would
+  // store it a second time.
   template <typename Work>
   void OnDisk(Work work) {
     undone_ = false;
@@ -295,11 +298,11 @@ class Connection::Engine {
   std::string subject_;
   access::Database database_;
   std::exception_ptr failure_;
-  std::optional<std::vector<std::string>> named_columns_;  // of the INSERT being run
-  SqlHandle sql_;                                          // uses the three before it
+  std::optional<std::vector<std::string>> named_columns_;  // of the INSERT that is running
+  SqlHandle sql_;                                          // uses the three members before it
   std::set<std::string, std::less<>> tables_;
   bool undone_ = false;
-  // Of the statement being compiled.
+  // About the statement that is being compiled.
   bool changes_rows_ = false;
   std::string refusal_;
 };

@@ -59,7 +59,8 @@ std::vector<Setting> Split(std::string_view text) {
   return settings;
 }
 
-// A value as it stands, unless it would then end too early or lose its quotes.
+// The value as it is written in a connection string: in quotes if it contains ";" or begins with a quote, else
+// unchanged.
 std::string InQuotesIfNeeded(const std::string& value) {
   if (value.find(';') == std::string::npos && !value.starts_with('"') && !value.starts_with('\'')) {
     return value;
@@ -104,7 +105,7 @@ DataSource ParseConnectionString(const std::string& connection_string) {
         return refuse(source.file, "the connection string names no code page: '" + setting.value + "'");
       }
     } else if (!SameWord(setting.key, "Persist Security Info")) {
-      // Not shown whole: a mistyped key could stand before the password.
+      // The message shows the key only: behind a mistyped key may stand the password.
       return refuse(source.file, "unknown setting in the connection string: " + std::string(setting.key));
     }
   }

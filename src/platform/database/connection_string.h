@@ -1,4 +1,4 @@
-// The connection string: what the windows hand to the database service, and what it takes from it. All texts UTF-8.
+// Builds and reads connection strings, which name a database file and its password. All texts are UTF-8.
 #pragma once
 
 #include <filesystem>
@@ -13,10 +13,10 @@ namespace marlevo {
 // stands in double quotes, as connection strings have it.
 std::string ConnectionString(const std::filesystem::path& folder);
 
-// The same for any file.
+// The connection string for any other file.
 std::string FileConnectionString(const std::filesystem::path& file);
 
-// What a connection needs of its string.
+// What a connection string says.
 struct DataSource {
   std::string file;
   std::string password;
@@ -25,8 +25,8 @@ struct DataSource {
 
 // Reads a connection string. Besides the keys above it may have "Code Page=936" and the like, for an old file whose own
 // label of the code page is wrong. Keys stand in any order and letter case; a value in single or double quotes may
-// contain ";". DatabaseError when the provider is not ours, when there is no data source, and for a key that means
-// nothing to us.
+// contain ";". Throws DatabaseError when the provider is another one, when there is no data source, and for an unknown
+// key.
 DataSource ParseConnectionString(const std::string& connection_string);
 
 }  // namespace marlevo

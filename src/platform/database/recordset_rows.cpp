@@ -77,7 +77,7 @@ void Recordset::Rows::MoveNext() {
   }
   ++row_;
   if (place_ == blocks_[block_].size()) {
-    blocks_[block_++] = std::string();  // walked through: nobody comes back
+    blocks_[block_++] = std::string();  // a walk never comes back to a block
     place_ = 0;
   }
   ReadRow();

@@ -1,7 +1,8 @@
 // The rows behind a Recordset: written once, cell by cell, then walked once.
 //
-// A cell is a tag byte and its bytes: an integer takes as many bytes as it needs. Rows stand one after the other in
-// large blocks, so a row costs neither an allocation nor an entry in a table.
+// A cell is a tag byte and the bytes of its value; an integer takes 1, 2, 4 or 8 bytes. Example: 300 is 02 2C 01, and
+// the text "A01" is 0A 03 00 00 00 41 30 31. Rows follow each other in large blocks, so a row costs neither an
+// allocation nor an entry in a table.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +19,7 @@ class Recordset::Rows {
   // `subject`: the database file, for errors.
   Rows(std::string subject, std::vector<std::string> names);
 
-  // Writing: every cell of a row in the order of the names, then EndRow.
+  // Writing: for each row every cell in the order of the names, then EndRow.
   void AddNull();
   void AddInteger(std::int64_t value);
   void AddReal(double value);
@@ -27,7 +28,7 @@ class Recordset::Rows {
   // Ends the writing: the first row becomes current.
   void Rewind();
 
-  // Walking.
+  // Walking, once Rewind has been called.
   bool AtEnd() const { return row_ == row_count_; }
   void MoveNext();
 
@@ -49,7 +50,7 @@ class Recordset::Rows {
   std::size_t row_count_ = 0;
   std::size_t row_ = 0;
   std::size_t block_ = 0;
-  std::size_t place_ = 0;    // of the row behind the current one, in its block
+  std::size_t place_ = 0;    // where the row behind the current one begins in block_
   std::vector<Cell> cells_;  // the current row
 };
 

@@ -12,7 +12,7 @@ enum class WordKind { kEnd, kName, kQuotedName, kDoubleQuoted, kText, kNumber, k
 
 struct Word {
   WordKind kind = WordKind::kEnd;
-  std::string_view text;  // of a name or text what stands between the quotes
+  std::string_view text;  // without the quotes of a name or text
 };
 
 bool IsDigit(char c) {
@@ -23,7 +23,7 @@ bool IsOfName(char c) {
          static_cast<unsigned char>(c) >= 0x80;
 }
 
-// Cuts a statement into words, as SQLite does.
+// Cuts a statement into words where SQLite would.
 class Words {
  public:
   explicit Words(std::string_view sql) : rest_(sql) {}
@@ -77,7 +77,7 @@ class Words {
     }
   }
 
-  // A quote within stands twice.
+  // Inside the quotes, a doubled `end` is a part of the text; a doubled "]" is not.
   Word Quoted(char end, WordKind kind) {
     std::size_t at = 1;
     while (at < rest_.size() && (rest_[at] != end || (end != ']' && at + 1 < rest_.size() && rest_[at + 1] == end))) {
@@ -135,10 +135,10 @@ std::string OtherMeaning(std::string_view sql, const std::function<bool(std::str
       return "Access knows other patterns of LIKE";
     }
     if (!IsSign(word, "+") || (before.kind == WordKind::kSign && before.text != ")")) {
-      continue;  // a sign before a number joins nothing
+      continue;  // this "+" is the sign of a number
     }
     if (i + 3 < words.size() && IsSign(words[i + 2], ".")) {
-      after = &words[i + 3];  // the column behind its table
+      after = &words[i + 3];  // in "TABLE.COLUMN" the column decides
     }
     if (!is_sum(before) || !is_sum(*after)) {
       return "Access joins texts with +";

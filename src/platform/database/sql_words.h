@@ -1,4 +1,5 @@
-// What has to be known of a statement's text beyond what SQLite makes of it.
+// Looks at the words of a statement for what SQLite does not tell: where Access would read it differently, and which
+// columns an INSERT names.
 #pragma once
 
 #include <functional>
@@ -10,14 +11,14 @@
 namespace marlevo {
 
 // Why the statement would mean something else to Access; empty when both read it alike or SQLite refuses it. Access
-// joins texts with & and +, divides 7 / 2 to 3.5, takes "A01" for a text, True for -1, and knows other patterns.
-// `is_number`: whether a name is that of a column of numbers and of no other one.
+// joins texts with & and +, computes 7 / 2 as 3.5 where SQLite computes 3, takes "A01" for a text and True for -1, and
+// has other wildcards in LIKE. `is_number`: whether every column of that name, and at least one, holds numbers.
 std::string OtherMeaning(std::string_view sql, const std::function<bool(std::string_view)>& is_number);
 
-// The same of a function that both have.
+// Why a function of that name would give something else in Access; empty when it would not.
 std::string OtherMeaningOfFunction(std::string_view name);
 
-// The columns that an INSERT names behind its table. Nothing when it gives values for all of them.
+// The columns that an INSERT names behind its table. Nothing when it names none and so gives values for all of them.
 std::optional<std::vector<std::string>> NamedColumns(std::string_view sql);
 
 }  // namespace marlevo

@@ -5,7 +5,7 @@
 namespace marlevo {
 
 void SetUpSqlite() {
-  // SQLite in use refuses, and goes on counting.
+  // When SQLite has been used before, it refuses the setting and goes on counting, which does no harm.
   [[maybe_unused]] static const int code = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
 }
 

@@ -1,4 +1,4 @@
-// SQLite as a whole, for this process.
+// Settings of the SQLite library that hold for the whole process.
 #pragma once
 
 namespace marlevo {

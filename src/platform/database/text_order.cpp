@@ -8,7 +8,8 @@
 namespace marlevo {
 namespace {
 
-// Capitals first, first + step, ... up to last, each with its small form `distance` further on.
+// The capitals first, first + step, ... up to last. The small form of each is the character `distance` further on.
+// Example: {0x0100, 0x012E, 2, 1} has Ā (0x0100) with ā (0x0101), Ă (0x0102) with ă (0x0103), and so on.
 struct CaseRange {
   char32_t first;
   char32_t last;
@@ -49,7 +50,8 @@ char32_t SmallForm(char32_t c) {
   return c;
 }
 
-// Takes one character off the front.
+// Takes the first character off the text and returns it. A byte that is not UTF-8 is returned as a value above all
+// characters.
 char32_t TakeCharacter(std::string_view& text) {
   const auto byte = [&text](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
   const std::uint8_t lead = byte(0);
@@ -77,7 +79,7 @@ char32_t TakeCharacter(std::string_view& text) {
 int CompareText(std::string_view a, std::string_view b) {
   for (;;) {
     const auto [left_end, right_end] = std::ranges::mismatch(a, b, [](std::uint8_t left, std::uint8_t right) {
-      return left < 0x80 && SmallAscii(left) == SmallAscii(right);  // nearly every character of numbers and stamps
+      return left < 0x80 && SmallAscii(left) == SmallAscii(right);  // fast for numbers and stamps, which are ASCII
     });
     a.remove_prefix(static_cast<std::size_t>(left_end - a.begin()));
     b.remove_prefix(static_cast<std::size_t>(right_end - b.begin()));

@@ -38,12 +38,11 @@ struct FileStamp {
 
 // Locks between processes. They bind only programs that ask for them. A lock ends with its DiskFile, also when the
 // process is killed. Example: the writer wants to flush while process R reads and process S is about to read. The
-// writer takes kPending and waits for kContent; S waits for kPending; R finishes; the writer gets kContent, changes the
-// file and releases both; S reads.
+// writer takes kPending and waits for kContent, and S waits for kPending. R finishes; the writer gets kContent and
+// releases kPending. S gets kPending and waits for kContent until the writer has changed the file.
 enum class LockKind {
   kWriter,   // held, exclusively, by the process that may write to the file
-  kPending,  // taken for a moment before kContent, so that readers who come one after the other do not keep the writer
-             // out
+  kPending,  // held while waiting for kContent, so that readers who come one after the other do not keep the writer out
   kContent,  // held shared while the file is being read, exclusively while it is being changed
 };
 enum class LockMode { kShared, kExclusive };

@@ -12,9 +12,8 @@
 // in the journal. The next Open plays back a journal that a crash has left:
 //   - A journal of another file, or of another state of this one, changes nothing; it is renamed to
 //     FILE-journal.foreign.
-//   - When the journal does not fit but the file holds pages of the journaled change, the file is damaged: both files
-//   are
-//     kept, and this one can only be read.
+//   - When the journal does not fit but the file holds pages of the journaled change, the file is damaged: both are
+//     kept, and the file can only be read.
 //   - A file of another program that has the journal's name is left alone, and the file beside it can only be read.
 //
 // Between processes. The first process that opens a file may write to it, until that process closes its last Pager of

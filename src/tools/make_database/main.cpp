@@ -47,7 +47,7 @@ std::string Utf8(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
-// `work` gives the exit status.
+// Runs `work` and returns the exit status that `work` returns; says an exception on the error stream.
 template <typename Work>
 int CatchAndSay(const std::filesystem::path& subject, Work work) {
   try {
@@ -93,7 +93,7 @@ int Make(const std::filesystem::path& database, const marlevo::access::NewFile& 
   });
   if (made && status != 0) {
     std::error_code ignored;
-    std::filesystem::remove(database, ignored);  // half filled, it would stand in the way of the next try
+    std::filesystem::remove(database, ignored);  // a half filled file would make the next try fail
   }
   return status;
 }
@@ -124,7 +124,7 @@ int Run(const std::vector<std::filesystem::path>& arguments) {
     return WrongUse();
   }
 
-  // Before anything is made: a list that cannot be read must not leave an empty database behind.
+  // The list of statements is opened first: when it cannot be read, no empty database must be left behind.
   std::ifstream statements;
   if (count == 2) {
     statements.open(paths[1], std::ios::binary);

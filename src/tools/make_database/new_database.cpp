@@ -47,7 +47,7 @@ void RunStatements(const std::filesystem::path& file, std::istream& statements) 
   for (int number = 1; std::getline(statements, line); ++number) {
     std::string_view statement = line;
     if (number == 1 && statement.starts_with("\xEF\xBB\xBF")) {
-      statement.remove_prefix(3);  // byte order mark, as editors write it
+      statement.remove_prefix(3);  // the byte order mark that some editors write
     }
     if (statement.find_first_not_of(" \t\r") == std::string_view::npos) {
       continue;
