@@ -45,7 +45,7 @@ void Journal::Start(std::size_t page_size, std::uint32_t page_count) {
   JournalHeader header{kJournalMagic, RandomSalt(), static_cast<std::uint32_t>(page_size), page_count, 0};
   header.hash = HeaderHash(header);
   hash_ = header.hash;
-  kept_.assign(page_count, false);
+  has_original_.assign(page_count, false);
   buffer_.assign(kJournalHeaderBytes, std::byte{0});
   std::memcpy(buffer_.data(), &header, sizeof header);
   end_ = 0;
@@ -53,7 +53,7 @@ void Journal::Start(std::size_t page_size, std::uint32_t page_count) {
 
 void Journal::AddOriginal(std::uint32_t page, std::span<const std::byte> original) {
   Add(RecordKind::kOriginal, page, original);
-  kept_[page] = true;
+  has_original_[page] = true;
 }
 
 void Journal::AddChecksum(std::uint32_t page, std::span<const std::byte> rewrite) {

@@ -35,8 +35,8 @@ class Journal {
   void Start(std::size_t page_size, std::uint32_t page_count);
   // Whether the file had this page at Start. Later pages are cut off by an undo and need no original.
   bool Covers(std::uint32_t page) const { return page < PageCount(); }
-  std::uint32_t PageCount() const { return static_cast<std::uint32_t>(kept_.size()); }
-  bool HasOriginal(std::uint32_t page) const { return kept_[page]; }
+  std::uint32_t PageCount() const { return static_cast<std::uint32_t>(has_original_.size()); }
+  bool HasOriginal(std::uint32_t page) const { return has_original_[page]; }
   // `original`: the page's bytes in the file. Once for each page.
   void AddOriginal(std::uint32_t page, std::span<const std::byte> original);
   // `rewrite`: the bytes that will be written over the page.
@@ -59,8 +59,8 @@ class Journal {
   FileSystem* files_;
   std::filesystem::path path_;
   std::unique_ptr<DiskFile> file_;
-  std::vector<bool> kept_;         // by page: whether the journal has its original
-  std::vector<std::byte> buffer_;  // records that are not in the journal file yet; their place there is end_
+  std::vector<bool> has_original_;  // by page: whether the journal has its original
+  std::vector<std::byte> buffer_;   // records that are not in the journal file yet; their place there is end_
   std::uint64_t end_ = 0;
   std::uint64_t hash_ = 0;  // of the last record
 };

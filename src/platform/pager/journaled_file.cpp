@@ -56,7 +56,7 @@ std::vector<std::byte> JournaledFile::Head() {
 }
 
 bool JournaledFile::BecomeWriter() {
-  if (owned_) {
+  if (is_writer_) {
     return true;
   }
   if (!file_->Writable() || !file_->Lock(LockKind::kWriter, LockMode::kExclusive, false)) {
@@ -65,30 +65,30 @@ bool JournaledFile::BecomeWriter() {
   try {
     // A process that holds the lock for reading has seen in LockForReading that no half change is in the file, and no
     // other process can begin one. Without that lock the content has to be locked before a journal is played back.
-    if (!shared_) {
+    if (!locked_for_reading_) {
       LockContent(LockMode::kExclusive);
     }
     damage_ = RecoverFile(files_, path_, *file_);
   } catch (...) {
-    if (!shared_) {
+    if (!locked_for_reading_) {
       file_->Unlock(LockKind::kContent);
     }
     file_->Unlock(LockKind::kWriter);
     throw;
   }
   file_->Unlock(LockKind::kContent);
-  if (!std::exchange(shared_, false)) {
+  if (!std::exchange(locked_for_reading_, false)) {
     LookAtSize();
     known_ = file_->Stamp();
   }
-  owned_ = true;
+  is_writer_ = true;
   return true;
 }
 
 void JournaledFile::LockForReading() {
-  while (!owned_) {
+  while (!is_writer_) {
     LockContent(LockMode::kShared);
-    shared_ = true;
+    locked_for_reading_ = true;
     try {
       if (!IsHalfChanged(files_, path_, *file_)) {
         break;
@@ -108,16 +108,16 @@ void JournaledFile::LockForReading() {
     BecomeWriter();
   }
   LookAtSize();
-  if (!owned_) {
+  if (!is_writer_) {
     known_ = file_->Stamp();
   }
 }
 
 void JournaledFile::UnlockAfterReading() noexcept {
-  if (shared_) {
+  if (locked_for_reading_) {
     file_->Unlock(LockKind::kContent);
   }
-  shared_ = false;
+  locked_for_reading_ = false;
 }
 
 void JournaledFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
@@ -181,9 +181,9 @@ void JournaledFile::PrepareToWrite() {
 void JournaledFile::Write(const std::vector<Page>& pages) {
   if (stage_ == Stage::kIdle) {
     LockContent(LockMode::kExclusive);
-    stage_ = Stage::kSettled;  // the file is still whole: if writing the journal fails, nothing has to be undone
-    standing_.clear();
-    reach_ = page_count_;
+    stage_ = Stage::kDone;  // the file is still whole: if writing the journal fails, nothing has to be undone
+    expected_.clear();
+    new_page_count_ = page_count_;
     journal_.Start(format_.page_size, page_count_);
   }
   WriteJournal(pages);
@@ -197,10 +197,10 @@ void JournaledFile::Write(const std::vector<Page>& pages) {
   // pages just written are still there, the new stamp is taken as known: another program, if there was one, has written
   // other pages, and those are read anew. Otherwise the old stamp stays, and the next look at the file throws.
   const FileStamp synced = file_->Stamp();
-  if (synced != *known_ && std::ranges::all_of(pages, [&](const Page& page) { return IsStanding(page.number); })) {
+  if (synced != *known_ && std::ranges::all_of(pages, [&](const Page& page) { return IsExpected(page.number); })) {
     known_ = synced;
   }
-  page_count_ = reach_;
+  page_count_ = new_page_count_;
 }
 
 FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
@@ -220,48 +220,48 @@ FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
   const auto unchanged = [&](const DiskFile::Piece& piece, std::span<const std::byte> now) {
     auto page = static_cast<std::uint32_t>(piece.offset / size);
     const auto end = static_cast<std::uint32_t>(page + piece.bytes.size() / size);
-    for (; now.size() >= size && IsStanding(page, now.first(size)); ++page) {
+    for (; now.size() >= size && IsExpected(page, now.first(size)); ++page) {
       now = now.subspan(size);
     }
     // When the file ends inside the piece, the page at its end has to be a new one.
-    return now.empty() && (page == end || !standing_.contains(page));
+    return now.empty() && (page == end || !expected_.contains(page));
   };
-  reach_ = std::max(reach_, pages.back().number + 1);
+  new_page_count_ = std::max(new_page_count_, pages.back().number + 1);
   std::optional<FileStamp> stamp;
   try {
     stamp = file_->Overwrite(pieces, unchanged);
   } catch (const PagerError&) {
     // The disk has failed while these pages were written: their content is unknown now.
     for (const Page& page : pages) {
-      standing_.erase(page.number);
+      expected_.erase(page.number);
     }
     throw;
   }
   if (!stamp) {
-    reach_ = page_count_;
+    new_page_count_ = page_count_;
     throw Changed("was changed by");
   }
   for (const DiskFile::Piece& piece : pieces) {
     for (std::size_t at = 0; at < piece.bytes.size(); at += size) {
-      standing_[static_cast<std::uint32_t>((piece.offset + at) / size)] =
+      expected_[static_cast<std::uint32_t>((piece.offset + at) / size)] =
           ContentHash(std::span(piece.bytes).subspan(at, size));
     }
   }
   return *stamp;
 }
 
-bool JournaledFile::IsStanding(std::uint32_t page, std::span<const std::byte> raw) const {
-  const auto found = standing_.find(page);
-  if (found != standing_.end()) {
+bool JournaledFile::IsExpected(std::uint32_t page, std::span<const std::byte> raw) const {
+  const auto found = expected_.find(page);
+  if (found != expected_.end()) {
     return found->second == ContentHash(raw);
   }
   // The change has not written this page yet. A new page that lies before one already written reads as zeros.
   return std::ranges::all_of(raw, [](std::byte byte) { return byte == std::byte{0}; });
 }
 
-bool JournaledFile::IsStanding(std::uint32_t page) {
+bool JournaledFile::IsExpected(std::uint32_t page) {
   std::vector<std::byte> raw(format_.page_size);
-  return file_->ReadAt(std::uint64_t{page} * raw.size(), raw) == raw.size() && IsStanding(page, raw);
+  return file_->ReadAt(std::uint64_t{page} * raw.size(), raw) == raw.size() && IsExpected(page, raw);
 }
 
 void JournaledFile::Undo() {
@@ -273,16 +273,16 @@ void JournaledFile::Undo() {
     throw PagerError(journal_.Path(), "is damaged and cannot undo a broken change", Fault::kDamaged);
   }
   const std::uint64_t size = file_->Size();
-  const std::uint64_t whole = EndOfOthers(size) * format_.page_size;
+  const std::uint64_t whole = PagesToKeep(size) * format_.page_size;
   known_.reset();
   bool strange = false;
   recovery.RestorePages(*file_, [&](std::uint32_t page, bool known) {
-    if (standing_.contains(page)) {
-      known = IsStanding(page);
+    if (expected_.contains(page)) {
+      known = IsExpected(page);
     }
     // The page is overwritten now. If the disk fails at it, its content is unknown, and the next Undo asks the journal.
     if (known) {
-      standing_.erase(page);
+      expected_.erase(page);
     }
     strange = strange || !known;
     return known;
@@ -293,7 +293,7 @@ void JournaledFile::Undo() {
   file_->Sync();
   known_ = file_->Stamp();
   LookAtSize();
-  stage_ = Stage::kSettled;
+  stage_ = Stage::kDone;
   if (strange || page_count_ != journal_.PageCount()) {
     throw Changed("was overwritten at the same time by");
   }
@@ -302,10 +302,10 @@ void JournaledFile::Undo() {
 // How many pages an Undo leaves in a file of `size` bytes: the pages from before the change and, behind them,
 // everything up to the last page that another program has written. New pages of the change go, also those whose writing
 // failed and which may look like anything.
-std::uint64_t JournaledFile::EndOfOthers(std::uint64_t size) {
+std::uint64_t JournaledFile::PagesToKeep(std::uint64_t size) {
   for (std::uint64_t end = size / format_.page_size; end > journal_.PageCount(); --end) {
     const auto page = static_cast<std::uint32_t>(end - 1);
-    if (page >= reach_ || (standing_.contains(page) && !IsStanding(page))) {
+    if (page >= new_page_count_ || (expected_.contains(page) && !IsExpected(page))) {
       return end;
     }
   }
@@ -314,7 +314,7 @@ std::uint64_t JournaledFile::EndOfOthers(std::uint64_t size) {
 
 void JournaledFile::FinishJournal() {
   Undo();
-  if (stage_ != Stage::kSettled) {
+  if (stage_ != Stage::kDone) {
     return;
   }
   journal_.Invalidate();
@@ -338,7 +338,7 @@ void JournaledFile::GiveUp() noexcept {
   for (const LockKind lock : {LockKind::kContent, LockKind::kWriter}) {
     file_->Unlock(lock);
   }
-  owned_ = shared_ = false;
+  is_writer_ = locked_for_reading_ = false;
 }
 
 void JournaledFile::Publish() {
@@ -379,13 +379,13 @@ void JournaledFile::WriteJournal(const std::vector<Page>& pages) {
   std::vector<std::byte> raw(format_.page_size);
   // The journal always has the original of page 0, by which recovery tells one file from another.
   if (pages.front().number != 0) {
-    KeepOriginal(0, std::nullopt);
+    AddOriginalOnce(0, std::nullopt);
   }
   for (const Page& page : pages) {
     if (!journal_.Covers(page.number)) {
       break;
     }
-    KeepOriginal(page.number, page.base.value());
+    AddOriginalOnce(page.number, page.base.value());
     EncodeTo(page, raw);
     journal_.AddChecksum(page.number, raw);
   }
@@ -393,7 +393,7 @@ void JournaledFile::WriteJournal(const std::vector<Page>& pages) {
 }
 
 // `base`: ContentHash that the page must have, if that is known.
-void JournaledFile::KeepOriginal(std::uint32_t page, std::optional<std::uint64_t> base) {
+void JournaledFile::AddOriginalOnce(std::uint32_t page, std::optional<std::uint64_t> base) {
   if (!journal_.Covers(page) || journal_.HasOriginal(page)) {
     return;
   }
@@ -408,7 +408,7 @@ void JournaledFile::KeepOriginal(std::uint32_t page, std::optional<std::uint64_t
     }
   }
   journal_.AddOriginal(page, raw);
-  standing_[page] = ContentHash(raw);
+  expected_[page] = ContentHash(raw);
 }
 
 std::vector<std::byte> JournaledFile::RawPage(std::uint32_t page) {

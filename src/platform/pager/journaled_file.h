@@ -57,7 +57,7 @@ class JournaledFile {
   // The writer is the one process that may change the file. BecomeWriter returns false when another process is the
   // writer; otherwise it plays back what a crash has left.
   bool BecomeWriter();
-  bool IsWriter() const { return owned_; }
+  bool IsWriter() const { return is_writer_; }
   FileId Id() { return file_->Stamp().id; }
   const std::filesystem::path& Path() const { return path_; }
   bool Writable() const { return file_->Writable(); }
@@ -82,7 +82,7 @@ class JournaledFile {
   void PrepareToWrite();
   // When it returns, the pages are durable. `pages` in ascending order, at least one; the file grows to hold them all.
   void Write(const std::vector<Page>& pages);
-  void MarkDone() noexcept { stage_ = Stage::kSettled; }
+  void MarkDone() noexcept { stage_ = Stage::kDone; }
   void Undo();
   void FinishJournal();
   // Ends all work with the file: undoes an unfinished change where no other program has overwritten it, and releases
@@ -96,18 +96,18 @@ class JournaledFile {
   enum class Stage {
     kIdle,     // no change is under way
     kTouched,  // the file holds a change, or part of one, that the journal can undo
-    kSettled,  // the file is whole and durable, the journal is not void yet
+    kDone,     // the file is whole and durable, the journal is not void yet
   };
 
   void LockContent(LockMode mode);
   void LookAtSize();
   void WriteJournal(const std::vector<Page>& pages);
-  void KeepOriginal(std::uint32_t page, std::optional<std::uint64_t> base);
+  void AddOriginalOnce(std::uint32_t page, std::optional<std::uint64_t> base);
   FileStamp Overwrite(const std::vector<Page>& pages);
   // Whether the page, or `raw` as its bytes in the file, is still what the change under way has found or written there.
-  bool IsStanding(std::uint32_t page, std::span<const std::byte> raw) const;
-  bool IsStanding(std::uint32_t page);
-  std::uint64_t EndOfOthers(std::uint64_t size);
+  bool IsExpected(std::uint32_t page, std::span<const std::byte> raw) const;
+  bool IsExpected(std::uint32_t page);
+  std::uint64_t PagesToKeep(std::uint64_t size);
   std::vector<std::byte> RawPage(std::uint32_t page);
   void EncodeTo(const Page& page, std::span<std::byte> raw) const;
   PagerError Changed(const std::string& how) const { return {path_, how + " another program", Fault::kChanged}; }
@@ -120,8 +120,8 @@ class JournaledFile {
   PageFormat format_;
   std::uint32_t page_count_ = 0;
   bool whole_pages_ = true;
-  bool owned_ = false;
-  bool shared_ = false;
+  bool is_writer_ = false;
+  bool locked_for_reading_ = false;
   Stage stage_ = Stage::kIdle;
   // Not empty: a crash has left the file half changed, and another program has changed it since. Says why the file can
   // only be read.
@@ -131,8 +131,8 @@ class JournaledFile {
   std::optional<FileStamp> known_;
   // The change under way: by page, ContentHash of the bytes that it has found in the file or has written there since;
   // and how many pages the file has with what was written.
-  std::unordered_map<std::uint32_t, std::uint64_t> standing_;
-  std::uint32_t reach_ = 0;
+  std::unordered_map<std::uint32_t, std::uint64_t> expected_;
+  std::uint32_t new_page_count_ = 0;
 };
 
 inline std::uint64_t ContentHash(std::span<const std::byte> page) {

@@ -61,7 +61,7 @@ Recovery::Recovery(DiskFile& journal) : journal_(journal) {
       break;
     }
     if (head->kind == RecordKind::kBatchEnd) {
-      sealed_ = true;
+      has_batch_ = true;
       complete = records_.size();
     } else if (bytes.empty() || head->page >= header_.page_count) {
       break;  // this program writes no such record

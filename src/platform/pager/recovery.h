@@ -20,7 +20,7 @@ class Recovery {
 
   // Whether there is anything to undo. False for a journal that is empty, is not one, or broke off inside its first
   // batch: then its change never reached the file.
-  bool Unfinished() const { return sealed_; }
+  bool Unfinished() const { return has_batch_; }
   // Whether the journaled change can have left `file` as it is now. False for another file, and when somebody has
   // written other content into it since.
   bool Fits(DiskFile& file) const;
@@ -52,7 +52,7 @@ class Recovery {
 
   DiskFile& journal_;
   JournalHeader header_ = {};
-  bool sealed_ = false;          // at least one batch is complete
+  bool has_batch_ = false;       // at least one batch is complete
   std::vector<Record> records_;  // of complete batches, sorted by page, the original of a page before its rewrites
 };
 
