@@ -203,7 +203,8 @@ class Connection::Engine {
   bool IsNumberColumn(std::string_view name) {
     bool number = false;
     for (const std::string& table : tables_) {
-      for (const access::Column& column : database_.OpenTable(table).Columns()) {
+      const access::Table opened = database_.OpenTable(table);
+      for (const access::Column& column : opened.Columns()) {
         if (access::SameName(column.name, name)) {
           number = SqlKindOf(column.type) == SqlKind::kInteger || SqlKindOf(column.type) == SqlKind::kReal;
           if (!number) {
