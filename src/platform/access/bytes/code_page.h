@@ -9,6 +9,8 @@
 
 namespace marlevo::access {
 
+inline constexpr int kWesternCodePage = 1252;
+
 // Stands in a decoded text for each byte that is not part of a character of the code page.
 inline constexpr std::string_view kUndecodable = "\uFFFD";
 

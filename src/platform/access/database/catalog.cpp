@@ -11,9 +11,8 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::uint32_t kSystemObject = 0x8000'0000;
-constexpr std::uint32_t kHiddenSystemObject = 0x0000'0002;
-constexpr std::uint32_t kPageOfId = 0x00FF'FFFF;
+constexpr std::uint32_t kHiddenSystemObject = 0x0000'0002;  // a bit of CatalogEntry::flags
+constexpr std::uint32_t kPageOfId = 0x00FF'FFFF;            // the bits of a table's number that are its page
 
 std::size_t ColumnNamed(const LoadedTable& table, std::string_view name) {
   const auto found = std::ranges::find(table.Columns(), name, &Column::name);
@@ -69,7 +68,7 @@ CatalogEntry FindTable(const std::shared_ptr<Storage>& file, std::string_view na
     if (entry.type == kLocalTable) {
       return std::move(entry);
     }
-    linked |= entry.type == 4 || entry.type == 6;
+    linked |= entry.type == kLinkedOdbcTable || entry.type == kLinkedTable;
   }
   const std::string table = "table " + std::string(name);
   if (linked) {

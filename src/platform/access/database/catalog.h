@@ -18,7 +18,15 @@ struct CatalogEntry {
   std::uint32_t page;  // first page of a local table's definition
 };
 
+// CatalogEntry::type.
 inline constexpr std::int16_t kLocalTable = 1;
+inline constexpr std::int16_t kWholeFile = 2;
+inline constexpr std::int16_t kContainer = 3;  // "Tables", "Databases" ...: the parent of objects
+inline constexpr std::int16_t kLinkedOdbcTable = 4;
+inline constexpr std::int16_t kQuery = 5;
+inline constexpr std::int16_t kLinkedTable = 6;
+
+inline constexpr std::uint32_t kSystemObject = 0x8000'0000;  // a bit of CatalogEntry::flags
 
 std::vector<CatalogEntry> ReadCatalog(const std::shared_ptr<Storage>& file);
 

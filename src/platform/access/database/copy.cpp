@@ -172,8 +172,12 @@ class Copier {
   }
 
   void NameOtherObjects() {
-    const std::pair<int, const char*> kinds[] = {{4, "linked table"}, {6, "linked table"}, {5, "query"},
-                                                 {-32768, "form"},    {-32764, "report"},  {-32766, "macro"},
+    const std::pair<int, const char*> kinds[] = {{kLinkedOdbcTable, "linked table"},
+                                                 {kLinkedTable, "linked table"},
+                                                 {kQuery, "query"},
+                                                 {-32768, "form"},
+                                                 {-32764, "report"},
+                                                 {-32766, "macro"},
                                                  {-32761, "module"}};
     for (const CatalogEntry& entry : catalog_) {
       for (const auto& [type, kind] : kinds) {

@@ -39,10 +39,6 @@ Table Database::OpenTable(std::string_view name) const {
   return Table(table);
 }
 
-bool Database::ReadOnly() const {
-  return file_->Pages().ReadOnly();
-}
-
 void Database::Flush() {
   file_->Flush();
 }

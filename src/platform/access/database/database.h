@@ -39,8 +39,6 @@ class Database {
   // AccessError for a linked or unknown table.
   Table OpenTable(std::string_view name) const;
 
-  bool ReadOnly() const;
-
   // Writes every completed statement to the disk.
   void Flush();
   // Undoes the completed statements that have not been flushed. `reason` is what others that lose statements by this

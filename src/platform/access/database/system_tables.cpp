@@ -13,9 +13,25 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr std::size_t kMaxTextLength = 255;
-constexpr std::size_t kMaxBinaryLength = 255;
+constexpr std::size_t kMaxLength = 255;  // characters of a Text column, bytes of a Binary one
 constexpr std::size_t kMaxIndexes = 32;
+
+// Objects below the root.
+constexpr std::uint32_t kDatabasesId = kTablesId + 1;
+constexpr std::uint32_t kRelationshipsId = kTablesId + 2;
+constexpr std::uint32_t kDatabaseId = 0x1000'0000;  // the object "MSysDb", which stands for the file as a whole
+
+// Rights: the bits of the column ACM in MSysACEs. What the low bits mean depends on the kind of object.
+constexpr std::uint32_t kCreateObjects = 0x0'0001;  // in a container: make tables or relationships
+constexpr std::uint32_t kUseDatabase = 0x0'000E;    // of the file: open it, open it exclusively, administer it
+constexpr std::uint32_t kReadTable = 0x0'0014;      // of a table: read its design and its rows
+constexpr std::uint32_t kUseTable = 0x0'00FE;       // of a table: read and change its design and its rows
+constexpr std::uint32_t kOpenForms = 0x0'0100;      // means something only for forms and reports
+constexpr std::uint32_t kManageRights = 0x6'0000;   // of any object: see and change the rights to it
+constexpr std::uint32_t kChangeOwner = 0x8'0000;    // of any object: give it another owner
+constexpr std::uint32_t kOwnObject = 0xF'0000;      // of any object: the rights above, and delete it
+constexpr std::uint32_t kAllRights = 0xF'FFFF;
+constexpr std::uint32_t kAllTableRights = kAllRights & ~kOpenForms;
 
 // Bytes of a text column.
 std::uint16_t TextSize(const Format& format, std::size_t characters) {
@@ -29,7 +45,7 @@ ColumnDefinition SystemColumn(const Format& format, const std::string& name, Col
   const bool text_or_binary = type == ColumnType::kText || type == ColumnType::kBinary;
   column.fixed = !text_or_binary && !IsLongValue(type);
   if (text_or_binary) {
-    column.stored_length = TextSize(format, kMaxTextLength);  // Jet 4 doubles it for both
+    column.stored_length = TextSize(format, kMaxLength);  // Jet 4 doubles the length of Binary columns, too
   } else {
     column.stored_length = static_cast<std::uint16_t>(type == ColumnType::kBoolean ? 1 : WidthOf(type));
   }
@@ -178,11 +194,9 @@ ColumnDefinition NewColumn(const Format& format, const ColumnSchema& schema) {
       column.stored_length = static_cast<std::uint16_t>(WidthOf(schema.type));
       break;
   }
-  const std::size_t longest = schema.type == ColumnType::kText     ? kMaxTextLength
-                              : schema.type == ColumnType::kBinary ? kMaxBinaryLength
-                                                                   : 0;
-  if (longest != 0 && (schema.length == 0 || schema.length > longest)) {
-    throw AccessError("column " + schema.name + " needs a length from 1 to " + std::to_string(longest));
+  const bool has_length = schema.type == ColumnType::kText || schema.type == ColumnType::kBinary;
+  if (has_length && (schema.length == 0 || schema.length > kMaxLength)) {
+    throw AccessError("column " + schema.name + " needs a length from 1 to " + std::to_string(kMaxLength));
   }
   if (!IsKnown(schema.type) || schema.type == ColumnType::kNumeric) {
     throw AccessError("column " + schema.name + " cannot be made: no such type in a new table");
@@ -222,45 +236,49 @@ Sid StoredSid(const Format& format, Sid sid) {
 }
 
 std::vector<SystemObject> SystemObjects(const Format& format) {
-  constexpr std::uint32_t kSystem = 0x8000'0000;
-  constexpr std::uint32_t kDatabasesId = kTablesId + 1;
-  constexpr std::uint32_t kRelationshipsId = kTablesId + 2;
   std::vector<SystemObject> objects{
-      {kTablesId, kRootId, "Tables", 3, kSystem, kEngineSid},
-      {kDatabasesId, kRootId, "Databases", 3, kSystem, kEngineSid},
-      {kRelationshipsId, kRootId, "Relationships", 3, kSystem, kEngineSid},
-      {0x1000'0000, kDatabasesId, "MSysDb", 2, kSystem, kAdminSid},
+      {kTablesId, kRootId, "Tables", kContainer, kSystemObject, kEngineSid},
+      {kDatabasesId, kRootId, "Databases", kContainer, kSystemObject, kEngineSid},
+      {kRelationshipsId, kRootId, "Relationships", kContainer, kSystemObject, kEngineSid},
+      {kDatabaseId, kDatabasesId, "MSysDb", kWholeFile, kSystemObject, kAdminSid},
   };
   std::uint32_t page = kObjectsPage;
   for (const SystemTable& table : SystemTables(format)) {
-    objects.push_back({page++, kTablesId, table.name, 1, kSystem, kEngineSid});
+    objects.push_back({page++, kTablesId, table.name, kLocalTable, kSystemObject, kEngineSid});
   }
   return objects;
 }
 
+// The rights in a new file. Users may read the system tables except MSysACEs, and change none of them. In the
+// containers they may do everything, and the objects made there inherit that: every user may read and change a new
+// table.
 std::vector<Permission> SystemPermissions() {
+  constexpr std::uint32_t kObjects = kObjectsPage;
+  constexpr std::uint32_t kPermissions = kObjectsPage + 1;
+  constexpr std::uint32_t kQueries = kObjectsPage + 2;
+  constexpr std::uint32_t kRelationships = kObjectsPage + 3;
   return {
-      {2, kAdminSid, 0x60000, false},
-      {3, kAdminSid, 0x60000, false},
-      {4, kAdminSid, 0x60000, false},
-      {5, kAdminSid, 0xE0000, false},
-      {0x0F000001, kOwnerSid, 0xF00FE, true},
-      {0x0F000001, kAdminSid, 0x60001, false},
-      {0x0F000003, kOwnerSid, 0xF00FE, true},
-      {0x0F000003, kAdminSid, 0x60001, false},
-      {0x0F000002, kAdminSid, 0x60000, false},
-      {0x10000000, kAdminSid, 0x6000E, false},
-      {0x10000000, kUsersSid, 0x0E, false},
-      {4, kUsersSid, 0x14, false},
-      {5, kUsersSid, 0x14, false},
-      {2, kUsersSid, 0x14, false},
-      {0x0F000001, kUsersSid, 0xFFEFF, true},
-      {0x0F000003, kUsersSid, 0xFFFFF, true},
+      {kObjects, kAdminSid, kManageRights, false},
+      {kPermissions, kAdminSid, kManageRights, false},
+      {kQueries, kAdminSid, kManageRights, false},
+      {kRelationships, kAdminSid, kManageRights | kChangeOwner, false},
+      {kTablesId, kOwnerSid, kOwnObject | kUseTable, true},
+      {kTablesId, kAdminSid, kManageRights | kCreateObjects, false},
+      {kRelationshipsId, kOwnerSid, kOwnObject | kUseTable, true},
+      {kRelationshipsId, kAdminSid, kManageRights | kCreateObjects, false},
+      {kDatabasesId, kAdminSid, kManageRights, false},
+      {kDatabaseId, kAdminSid, kManageRights | kUseDatabase, false},
+      {kDatabaseId, kUsersSid, kUseDatabase, false},
+      {kQueries, kUsersSid, kReadTable, false},
+      {kRelationships, kUsersSid, kReadTable, false},
+      {kObjects, kUsersSid, kReadTable, false},
+      {kTablesId, kUsersSid, kAllTableRights, true},
+      {kRelationshipsId, kUsersSid, kAllRights, true},
   };
 }
 
 std::vector<Permission> UserTablePermissions(std::uint32_t page) {
-  return {{page, kAdminSid, 0xFFEFF, false}, {page, kUsersSid, 0xFFEFF, false}};
+  return {{page, kAdminSid, kAllTableRights, false}, {page, kUsersSid, kAllTableRights, false}};
 }
 
 }  // namespace marlevo::access

@@ -9,8 +9,6 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr int kWesternCodePage = 1252;
-
 TextOrder OrderOf(const Storage& file, const ColumnDefinition& column) {
   if (column.language != kGeneralLanguage || column.sort_version != 0) {
     return TextOrder::kUnknown;

@@ -45,7 +45,6 @@ class IndexPageView {
   const IndexLinks& Links() const { return links_; }
   bool IsLeaf() const { return links_.level == 0; }
   bool HasPrefix() const { return prefix_ != 0; }
-  std::size_t PrefixLength() const { return prefix_; }
 
   // Where the stored bytes of an entry begin and end, counted from the start of the first entry. A prefix that is
   // stored with the first entry only is not among them.

@@ -10,8 +10,6 @@ namespace marlevo::access {
 
 namespace {
 
-constexpr int kWestern = 1252;  // taken for a Jet 3 file whose texts have no label
-
 pager::PageFormat PageFormatOf(const Format& format, std::uint32_t encoding_key) {
   pager::PageFormat pages{.page_size = format.page_size, .crypt = {}, .sign_of_use = ".ldb"};
   if (encoding_key != 0) {
@@ -68,12 +66,13 @@ pager::PageEdit Storage::Change(std::uint32_t page) const {
 }
 
 bool Storage::IsCodePageDoubtful() const {
-  return format_->version == 3 && !code_page_override_ && CodePageOf(0) == kWestern;
+  return format_->version == 3 && !code_page_override_ && CodePageOf(0) == kWesternCodePage;
 }
 
 int Storage::CodePageOf(int label) const {
+  // Without any label the texts are Western.
   const int labelled = label != 0 ? label : header_code_page_;
-  return code_page_override_.value_or(labelled != 0 ? labelled : kWestern);
+  return code_page_override_.value_or(labelled != 0 ? labelled : kWesternCodePage);
 }
 
 const TextCodec& Storage::CodecFor(int code_page_label) const {

@@ -48,14 +48,15 @@ void PutBit(MutableBytes bits, std::size_t bit, bool value) {
   bits[bit / 8] = value ? bits[bit / 8] | mask : bits[bit / 8] & ~mask;
 }
 
-}  // namespace
-
+// The bits of a page of bits; throws AccessError when the page is of another type.
 Bytes MapPageBits(std::uint32_t number, Bytes page) {
   if (LoadU8(page.data()) != kMapPage) {
     throw AccessError(number, "expected a page of a usage map, found type " + std::to_string(LoadU8(page.data())));
   }
   return page.subspan(kMapPageHeader);
 }
+
+}  // namespace
 
 void FormatMapPage(MutableBytes page, bool members) {
   std::ranges::fill(page, std::byte{static_cast<std::uint8_t>(members ? 0xFF : 0)});

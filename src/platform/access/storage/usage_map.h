@@ -55,9 +55,6 @@ class UsageMap {
   bool SetBit(std::uint32_t page, bool value);
 };
 
-// The bits of a map page; throws when it is none.
-Bytes MapPageBits(std::uint32_t number, Bytes page);
-
 // Turns a page, whatever it holds, into a page of bits. All bits are set when `members` is true, otherwise cleared.
 void FormatMapPage(MutableBytes page, bool members);
 

@@ -88,9 +88,6 @@ const std::vector<Column>& Table::Columns() const {
 std::size_t Table::RowCount() const {
   return state_->RowCount();
 }
-const std::string& Table::WriteRefusal() const {
-  return state_->WriteRefusal();
-}
 
 RowId Table::Insert(std::span<const Value> values) {
   return InStatement(*state_, [&] { return ToRowId(state_->Insert(values)); });

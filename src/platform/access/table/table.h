@@ -66,10 +66,6 @@ class Table {
   // The file's own count of its rows, which may be off by a few in files that other programs have written.
   std::size_t RowCount() const;
 
-  // Why the table cannot be written ("table T has an index"), empty when it can. Insert and Delete fail with the same
-  // text.
-  const std::string& WriteRefusal() const;
-
   // `values` has one value for each column. A value that does not fit its column (kind, range, length, decimal places,
   // a character that the code page lacks) throws a ValueError that names the column; nothing is changed then, and a
   // Statement of the caller may go on.
