@@ -104,40 +104,29 @@ void Damage(FuzzInput& input, std::vector<std::byte>& file) {
     const std::size_t slot_at = format.slots_at + 2 * (slot % count);
     const auto number = input.Take<std::uint16_t>();
     const std::size_t row = LoadU16(&page[slot_at]) & kSlotOffset;
-    // Where the damage begins; some of it stops there.
-    std::size_t at = number % size;
-    switch (how % 8) {
-      case 0:
-        break;
-      case 1:
-        at = slot % 64;
-        break;
-      case 2:
-        StoreU16(&page[slot_at], number);
-        continue;
-      case 3:
-        at = row + number % 80;
-        break;
-      case 4:
-        at = format.index_page.entries + number % 600;
-        break;
-      case 5:
-        at = format.index_page.entry_mask + slot;
-        page[at] ^= std::byte{1} << number % 8;
-        continue;
-      case 6:
-        page[number % 2 == 0 ? (row + 5 + slot % 16) % size : kMapPageHeader + slot] ^= std::byte{1} << number / 2 % 8;
-        continue;
-      default:
-        if (number % 2 == 0) {
-          std::memcpy(page.data(), &file[slot % pages * size], size);
-        } else {
-          file.resize(file.size() - number % 1024);
-        }
-        continue;
+    if (how % 9 == 8) {
+      if (number % 2 == 0) {
+        std::memcpy(page.data(), &file[slot % pages * size], size);
+      } else {
+        file.resize(file.size() - number % 1024);
+      }
+      continue;
     }
-    for (std::size_t i = 0; i <= how / 8 % 8u && at + i < size; ++i) {
-      page[at + i] = input.Take<std::byte>();
+    const std::size_t places[] = {number % size,
+                                  slot % 64,
+                                  row + number % 80,
+                                  format.index_page.entries + number % 600,
+                                  slot_at,
+                                  format.index_page.entry_mask + slot,
+                                  row + 5 + slot % 16,
+                                  kMapPageHeader + slot};
+    const std::size_t place = places[how % 9];
+    if (how % 9 > 4) {
+      page[place % size] ^= std::byte{1} << number % 8;
+      continue;
+    }
+    for (std::size_t at = place; at <= place + how / 9 % 8u && at < size; ++at) {
+      page[at] = input.Take<std::byte>();
     }
   }
 }

@@ -1,14 +1,13 @@
-// Tables of files that the engine has made: values, refusals, reuse of space, scans under way, statements, errors of
-// opening.
+// Tables of files that the engine has made: values, refusals, growth and reuse of space, creation, code pages.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "platform/access/access_files.h"
@@ -230,6 +229,29 @@ TEST_P(AccessTable, IsCreatedInTheCurrentFolderAndNeverOverAFile) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, AccessTable, testing::ValuesIn(kFormats), FormatName);
+
+using CodePageGuess = NewFileTest;
+
+// A Jet 3 file of Chinese texts whose labels say Western. Without any evidence Chinese can be added.
+TEST_F(CodePageGuess, KnowsChineseUnderTheWesternLabel) {
+  using Texts = std::vector<std::string>;
+  const auto open = [&](std::optional<int> code_page) {
+    return Database::Open(file_, {.password = kPassword, .code_page = code_page}).OpenTable("T");
+  };
+  const std::tuple<std::string_view, std::optional<int>, Texts> cases[] = {
+      {"¤ý¤p©ú", {}, {"'王小明'", "'陳'"}},  // the Western letters of the bytes that are a Chinese name
+      {"¤ý¤p©ú", 1252, {"'¤ý¤p©ú'"}},
+      {"Café", {}, {"'Café'"}},
+      {"Smith", {}, {"'Smith'", "'陳'"}}};
+  for (const auto& [name, code_page, texts] : cases) {
+    fs::remove(file_);
+    Make({{"T", {{"name", kText, 20}}}}, {.version = 3, .code_page = 1252}).OpenTable("T").Insert(Row{name});
+    if (texts.size() == 2) {
+      open(code_page).Insert(Row{"陳"sv});
+    }
+    EXPECT_EQ(TextsOf(open(code_page)), texts);
+  }
+}
 
 }  // namespace
 }  // namespace marlevo::access
