@@ -358,13 +358,13 @@ void Pager::FlushCommitted() {
   std::vector<JournaledFile::Page> pages;
   for (const auto& [number, page] : changed_) {
     if (!page.in_statement) {
-      pages.emplace_back(number, page.bytes, page.base);
+      pages.push_back({number, page.bytes, page.base});
     }
   }
   if (statement_) {
     for (const Undo& undo : statement_->undo) {
       if (undo.before) {
-        pages.emplace_back(undo.page, undo.before, changed_[undo.page].base);
+        pages.push_back({undo.page, undo.before, changed_[undo.page].base});
       }
     }
   }
@@ -404,7 +404,7 @@ void Pager::WriteThrough(std::vector<std::uint32_t> numbers) {
   std::ranges::sort(numbers);
   std::vector<JournaledFile::Page> pages;
   for (const std::uint32_t number : numbers) {
-    pages.emplace_back(number, changed_[number].bytes, changed_[number].base);
+    pages.push_back({number, changed_[number].bytes, changed_[number].base});
   }
   if (!pages.empty()) {
     file_->Write(pages);
