@@ -36,6 +36,12 @@ const char* __lsan_default_suppressions() {            // NOLINT(bugprone-reserv
   return "leak:QtSharedPointer::ExternalRefCountData::getAndRef\nleak:QSinglePointEvent::QSinglePointEvent\n";
 }
 
+// Qt is built without frame pointers: only the slow way of walking the stack sees the frame of the mouse event.
+extern "C" const char* __asan_default_options();  // NOLINT(bugprone-reserved-identifier): its name for us
+const char* __asan_default_options() {            // NOLINT(bugprone-reserved-identifier)
+  return "fast_unwind_on_malloc=0:malloc_context_size=8";
+}
+
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
