@@ -19,7 +19,8 @@ std::vector<PageDrawing> ObviousSlips(const TicketList& tickets, const SlipOrder
   const auto mark_further_draws = [&](int ticket) {
     const int n = order.multi_draw - 1;
     if (n >= 0) {
-      mark(s.left + (9 - n % 9) * column + (ticket - 1) * s.fix, s.md + n / 9 * row);
+      const int line = n / 9;
+      mark(s.left + (9 - n % 9) * column + (ticket - 1) * s.fix, s.md + line * row);
     }
   };
   int position = 1;
