@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 #include "board/button_bar.h"
 #include "board/digit_panel.h"
@@ -16,6 +18,7 @@
 #include "ui/appearance.h"
 #include "ui/frmMessage.h"
 #include "ui/frmMessage2.h"
+#include "ui/question.h"
 #include "ui/scrolling.h"
 
 namespace marlevo {
@@ -29,6 +32,14 @@ constexpr int kSideWidth = 392;
 constexpr QSize kLargestBoard(1200, 800);
 constexpr const char* kCheckCaption = "即時對獎";
 constexpr const char* kDataCaption = "投注資料";
+
+bool HasTickets(const KindList& kind) {
+  return !kind.tickets.empty();
+}
+
+bool HasTickets(const CurrentList& list) {
+  return std::ranges::any_of(list.kinds, [](const KindList& kind) { return HasTickets(kind); });
+}
 
 }  // namespace
 
@@ -45,8 +56,8 @@ void frmMarlevo::Form_Load() {
 }
 
 // The bars of the selection stage and of the filters stand at the bottom of the left column; the bar of the result
-// stage, which comes between the two, stands in the line of the title. So no button stands where the next stage has
-// one.
+// stage, which comes between the two, stands in the line of the title. The way back to the list stands where that bar
+// has the way back to the picks. No other button stands where the next stage has one.
 void frmMarlevo::InitBoard() {
   picMain_ = Named(new QWidget, "picMain");
   picMain_->setMaximumSize(kLargestBoard);
@@ -60,6 +71,7 @@ void frmMarlevo::InitBoard() {
   kinds_->setFixedWidth(kSideWidth);
   digits_ = new DigitPanel(picBox1_);
   picMenu1_ = NewSelectionBar();
+  picMenu4_ = NewListBar();
   picBox2_ = Named(new ResultPanel(picMain_, list_, kSideWidth), "picBox2");
   picBox2_->hide();
   connect(picBox2_->CheckButton(), &QPushButton::clicked, this, &frmMarlevo::cmdCheck2_Click);
@@ -87,6 +99,7 @@ void frmMarlevo::InitBoard() {
   title->setColumnStretch(0, 1);
   title->addWidget(caption, 0, 0);
   title->addWidget(picMenu2_, 0, 1);
+  title->addWidget(picMenu4_, 0, 1, Qt::AlignRight);
   auto* const stage = new QGridLayout;
   stage->addWidget(picBox1_, 0, 0);
   stage->addWidget(picBox2_, 0, 0);
@@ -130,6 +143,13 @@ ButtonBar* frmMarlevo::NewSelectionBar() {
   add("cmdPrintNote", " 4星彩包牌便條紙列印", Qt::Key_F9, "", Width::kHalf, &frmMarlevo::cmdPrintNote_Click)
       ->setEnabled(windows_.print_note != nullptr);
   add("cmdExit", "結束", {}, "關閉視窗即結束", Width::kFull, &frmMarlevo::cmdExit_Click);
+  return bar;
+}
+
+ButtonBar* frmMarlevo::NewListBar() {
+  auto* const bar = new ButtonBar(picMain_, "picMenu4", ButtonBar::Shape::kLine);
+  connect(bar->Add("cmdList", "回到清單", Qt::Key_F11, "不重新組合，再看一次號碼清單；\n金額照現在選的計算"),
+          &QPushButton::clicked, this, &frmMarlevo::cmdList_Click);
   return bar;
 }
 
@@ -216,9 +236,7 @@ void frmMarlevo::ExpandPicks(Expand expand) {
     ShowMessage(this, QString::fromUtf8(SelectionMessage(code)));
     return;
   }
-  picBox1_->hide();
-  picBox2_->show();
-  ShowBar(picMenu2_);
+  ShowResultStage();
   frmMessage2 busy(this);
   busy.ShowPainted();
   ClearTicketGrids();
@@ -227,6 +245,43 @@ void frmMarlevo::ExpandPicks(Expand expand) {
   picBox2_->ShowTickedPages();
   WriteTotals(counts);
   picBox2_->CurrentGrid()->setFocus();
+}
+
+void frmMarlevo::ShowResultStage() {
+  picBox1_->hide();
+  picBox2_->show();
+  ShowBar(picMenu2_);
+}
+
+void frmMarlevo::ShowList() {
+  ShowResultStage();
+  picBox2_->ShowTickedPages();
+  picBox2_->SetTotals(RecountTotals(list_));
+  picBox2_->CurrentGrid()->setFocus();
+}
+
+// Whatever was unticked since, "清除" included: the list comes back whole.
+void frmMarlevo::cmdList_Click() {
+  ReadList();
+  for (KindList& kind : list_.kinds) {
+    kind.ticked = kind.ticked || HasTickets(kind);
+  }
+  kinds_->Write(list_);
+  ShowList();
+}
+
+bool frmMarlevo::ShowStoredList(QWidget* asker, CurrentList list) {
+  if (HasTickets(list_) && !Question(asker, "目前的號碼清單會被取代,確定要載回 ?")) {
+    return false;
+  }
+  list_ = std::move(list);
+  for (KindList& kind : list_.kinds) {
+    kind.multiplier = StakeOf(kind.amount).value();
+  }
+  kinds_->Write(list_);
+  picBox2_->RefreshGrids();
+  ShowList();
+  return true;
 }
 
 void frmMarlevo::ClearTicketGrids() {
@@ -250,7 +305,7 @@ void frmMarlevo::cmdClear_Click() {
 }
 
 void frmMarlevo::cmdCustom_Click() {
-  windows_.customers(this);
+  windows_.customers(this, [this](QWidget* asker, CurrentList list) { return ShowStoredList(asker, std::move(list)); });
 }
 
 void frmMarlevo::cmdInput_Click() {
@@ -359,8 +414,9 @@ void frmMarlevo::ShowBar(ButtonBar* bar) {
   for (ButtonBar* const other : {picMenu1_, picMenu2_, picMenu3_}) {
     other->setVisible(other == bar);
   }
+  picMenu4_->setVisible(bar == picMenu1_ && HasTickets(list_));
   picBox2_->KeepFree(bar == picMenu3_ ? bar->sizeHint().height() + kMargin : 0);
-  lblHint_->setText(bar->Hint());
+  lblHint_->setText(bar->Hint() + (picMenu4_->isHidden() ? QString() : "   " + picMenu4_->Hint()));
 }
 
 }  // namespace marlevo

@@ -20,10 +20,13 @@ class DigitPanel;
 class KindRows;
 class ResultPanel;
 
+// Makes a list that was stored the board's current list; see frmMarlevo::ShowStoredList.
+using StoredListShower = std::function<bool(QWidget* asker, CurrentList list)>;
+
 // The windows that the board opens. Each function shows its window modally over `parent` and returns when the window
 // has closed. The button of an empty function is disabled.
 struct BoardWindows {
-  std::function<void(QWidget* parent)> customers;
+  std::function<void(QWidget* parent, const StoredListShower& show_stored_list)> customers;
   std::function<void(QWidget* parent)> draws;
   std::function<void(QWidget* parent)> print_note;
   std::function<void(QWidget* parent)> set_printer;
@@ -42,6 +45,12 @@ class frmMarlevo : public QWidget {
   // Makes the whole board and then loads the slip settings. To be called once, before the window is shown. Throws when
   // the settings cannot be loaded; the board is complete then and can be used.
   void Form_Load();
+
+  // Makes `list` the current list and turns to the result stage, with the totals as after a filter. Kinds that are not
+  // ticked in `list` keep their amounts; the picked digits stay. When there is a list already, asks over `asker` first
+  // and returns false, nothing changed, unless the operator wants to replace it. The amounts are among kAmounts; the
+  // multipliers follow them, because a stored list has none.
+  bool ShowStoredList(QWidget* asker, CurrentList list);
 
  Q_SIGNALS:
   // The window has been closed.
@@ -66,6 +75,7 @@ class frmMarlevo : public QWidget {
   void cmdSetPrinter_Click();
   void cmdPrintNote_Click();
   void cmdExit_Click();
+  void cmdList_Click();
   void cmdPrint_Click();
   void cmdDelete_Click();
   void cmdSave_Click();
@@ -82,18 +92,22 @@ class frmMarlevo : public QWidget {
 
   void InitBoard();
   ButtonBar* NewSelectionBar();
+  ButtonBar* NewListBar();
   ButtonBar* NewResultBar();
   ButtonBar* NewFilterBar();
 
   // Validates the picks, expands them and turns to the result stage; or says what is missing.
   void ExpandPicks(Expand expand);
+  void ShowResultStage();
+  // Turns to the result stage with the current list as it is.
+  void ShowList();
   void ClearTicketGrids();
   void WriteTotals(const TicketCounts& counts);
   void RunFilter(Filter filter);
   Selection ReadPicks();
   // Writes which kinds are ticked, their amounts and their multipliers into the current list.
   const CurrentList& ReadList();
-  // Shows one bar in place of the others.
+  // Shows one bar in place of the others; the way back to the list comes and goes with the bar of the selection stage.
   void ShowBar(ButtonBar* bar);
 
   BoardWindows windows_;
@@ -106,6 +120,7 @@ class frmMarlevo : public QWidget {
   ButtonBar* picMenu1_ = nullptr;
   ButtonBar* picMenu2_ = nullptr;
   ButtonBar* picMenu3_ = nullptr;
+  ButtonBar* picMenu4_ = nullptr;
   KindRows* kinds_ = nullptr;
   DigitPanel* digits_ = nullptr;
   QPushButton* cmdCheck_ = nullptr;

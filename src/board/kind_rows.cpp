@@ -82,6 +82,17 @@ void KindRows::ReadInto(CurrentList& list) const {
   }
 }
 
+void KindRows::Write(const CurrentList& list) {
+  for (int kind = 0; kind < kBetKinds; ++kind) {
+    const KindList& shown = list.kinds[kind];
+    chkPlay_[kind]->setChecked(shown.ticked);
+    if (shown.ticked) {
+      cboPlay2_[kind]->setCurrentIndex(shown.multiplier);  // takes the amount with it
+      cboPlay_[kind]->setCurrentIndex(StakeOf(shown.amount).value());
+    }
+  }
+}
+
 void KindRows::UntickAll() {
   for (QCheckBox* const tick : chkPlay_) {
     tick->setChecked(false);

@@ -17,6 +17,8 @@ class KindRows : public QFrame {
 
   // Takes over which kinds are ticked, their amounts and multipliers; tickets stay as they are.
   void ReadInto(CurrentList& list) const;
+  // Shows which kinds of a list are ticked, and the amounts and multipliers of those.
+  void Write(const CurrentList& list);
   void UntickAll();
 
  private:

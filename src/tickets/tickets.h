@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -42,6 +43,16 @@ inline constexpr int kStakes = 11;
 inline constexpr std::array<int, kStakes> kAmounts = {25, 50, 75, 100, 125, 150, 200, 250, 300, 500, 1250};
 inline constexpr std::array<std::string_view, kStakes> kMultipliers = {"x 1", "x 2", "x 3", "x 4", "x 5", "x 6",
                                                                        "x 8", "x10", "x12", "x20", "x50"};
+
+// The position of an amount in kAmounts; nothing for an amount that cannot be chosen.
+constexpr std::optional<int> StakeOf(int amount) {
+  for (int stake = 0; stake < kStakes; ++stake) {
+    if (kAmounts[stake] == amount) {
+      return stake;
+    }
+  }
+  return {};
+}
 
 // The colour behind a ticket's digits, set by the instant prize check: yellow for winners, white for all others.
 enum class Paint : std::uint8_t { kNone, kWhite, kYellow };

@@ -7,6 +7,7 @@
 #include <QTabWidget>
 #include <QTableView>
 
+#include "support/ticket_text.h"
 #include "support/window_driver.h"
 
 namespace marlevo {
@@ -159,6 +160,34 @@ TEST_F(FrmMarlevoTest, HiddenColumnsCountAndClearReachesThem) {
   }
   EXPECT_EQ(Grid(0), "1234 1235 1245 1345 2345");
   EXPECT_EQ(Totals(), totals);
+}
+
+TEST_F(FrmMarlevoTest, AListComesBackWithoutAnExpansion) {
+  Tick("chkPlay(0) chkNum1(1) chkNum2(2) chkNum3(3) chkNum4(4)");
+  EXPECT_FALSE(Shown("picMenu4"));
+  Click("cmdCombine");
+  EXPECT_FALSE(Shown("picMenu4"));
+  Click("cmdBack");
+  EXPECT_TRUE(Shown("picMenu4"));
+  Click("cmdClear");
+  Find<QComboBox>("cboPlay2(0)").setCurrentText("x 2");
+  Click("cmdList");
+  EXPECT_TRUE(Shown("picBox2") && Shown("picMenu2") && !Shown("picBox1") && !Shown("picMenu4"));
+  EXPECT_TRUE(Ticked("chkPlay(0)") && !Ticked("chkNum1(1)") && Find<QWidget>("mfgData(0)").hasFocus());
+  EXPECT_EQ(Grid(0), "1234");
+  EXPECT_EQ(Totals(), "----- 共    1張 需      50元 -----\n4星正彩      1張 Ｘ 50元 ＝      50元\n");
+
+  CurrentList stored = test::Lists({{2, "321 012"}});
+  stored.kinds[2].amount = 100;
+  const auto show = [&] { board_.ShowStoredList(&board_, stored); };
+  WithModals(show, {ExpectQuestion("目前的號碼清單會被取代,確定要載回 ?", QMessageBox::No)});
+  EXPECT_EQ(Grid(0) + Grid(2), "1234");
+  WithModals(show, {ExpectQuestion("目前的號碼清單會被取代,確定要載回 ?", QMessageBox::Yes)});
+  EXPECT_EQ(Grid(0) + Grid(2), "321 012");
+  EXPECT_TRUE(Ticked("chkPlay(2)") && !Ticked("chkPlay(0)") && Find<QWidget>("mfgData(2)").hasFocus());
+  EXPECT_EQ(Totals(), "----- 共    2張 需     200元 -----\n3星正彩    2張 Ｘ100元 ＝     200元\n");
+  Click("cmdPrint");
+  EXPECT_EQ(printed_.kinds[2].multiplier, 3);
 }
 
 TEST_F(FrmMarlevoTest, FiltersThinTheListThatIsCheckedAndPrinted) {

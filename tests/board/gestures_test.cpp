@@ -35,6 +35,7 @@ using Step = std::function<void()>;
 // How to come to a window from the board: buttons to be clicked, and lists ("lst", "mfg") whose first row is.
 const QStringList kScenes = {"",
                              "cmdCombine",
+                             "cmdCombine cmdBack",
                              "cmdCombine cmdCheck",
                              "cmdCombine cmdDelete",
                              "cmdCombine cmdDelete cmdDel1",
@@ -155,7 +156,7 @@ class GesturesTest : public DatabaseFixture {
     std::filesystem::copy_file(folder_.Path() / "fresh.mdb", file_, std::filesystem::copy_options::overwrite_existing);
     const std::string database = Opening();
     frmMarlevo board(
-        {.customers = [&](QWidget* parent) { frmCustom(parent, database).exec(); },
+        {.customers = [&](QWidget* parent, const StoredListShower&) { frmCustom(parent, database).exec(); },
          .draws = [&](QWidget* parent) { frmInput(parent, database).exec(); },
          .print_note = [](QWidget* parent) { frmPrintNote(parent).exec(); },
          .set_printer = [&](QWidget* parent) { frmSetPrinter(parent, folder_.Path()).exec(); },
@@ -295,7 +296,7 @@ TEST_F(GesturesTest, ASecondPressNeverActsAgainNorOnWhatHasComeSince) {
 
 TEST_F(GesturesTest, NothingThatDeletesEndsOrPrintsStandsWhereAButtonOfTheNextStageStands) {
   const QRegularExpression harmful("^(cmdClear|cmdExit|cmdPrint.*|cmdDel\\d)$");
-  const QString stages[] = {"", "cmdCombine", "cmdCombine cmdDelete"};
+  const QString stages[] = {"cmdCombine cmdBack", "cmdCombine", "cmdCombine cmdDelete"};
   std::vector<std::pair<QString, QRect>> before;
   for (const QString& stage : stages) {
     std::vector<std::pair<QString, QRect>> buttons;
