@@ -11,6 +11,9 @@ namespace {
 
 constexpr int kMultiplierWidth = 84;
 constexpr int kAmountWidth = 94;
+constexpr int kDiffersWidth = 16;
+constexpr QRgb kWarningGround = 0xfffff0c8;
+constexpr QRgb kWarningText = 0xff8a4500;
 
 // A list of the stakes; an entry's position is the same in every such list.
 DropDownList* NewStakeList(QWidget* parent, const QString& name, const QStringList& entries, int width) {
@@ -50,12 +53,15 @@ QWidget* KindRows::NewRow(int kind) {
     amounts += QString::number(kAmounts[stake]);
   }
   DropDownList* const multiplier = NewStakeList(row, ElementName("cboPlay2", kind), multipliers, kMultiplierWidth);
-  multiplier->setToolTip("倍數：每張金額跟著倍數走");
   // Choosing the entry that is already chosen counts too.
   connect(multiplier, &QComboBox::activated, this, [this, kind] { cboPlay2_Click(kind); });
   connect(multiplier, &QComboBox::currentIndexChanged, this, [this, kind] { cboPlay2_Click(kind); });
   DropDownList* const amount = NewStakeList(row, ElementName("cboPlay", kind), amounts, kAmountWidth);
-  amount->setToolTip("每張金額（元）：計價與存檔用這個金額");
+  connect(amount, &QComboBox::currentIndexChanged, this, [this, kind] { cboPlay_Click(kind); });
+  QLabel* const differs = NewLabel(row, ElementName("lblDiffers", kind), {});
+  differs->setFont(WindowFont());
+  differs->setFixedWidth(kDiffersWidth);
+  differs->setAlignment(Qt::AlignCenter);
 
   QLabel* const yuan = NewLabel(row, ElementName("lblYuan", kind), "元");
   yuan->setFont(WindowFont());
@@ -64,13 +70,19 @@ QWidget* KindRows::NewRow(int kind) {
   line->setContentsMargins(10, 3, 10, 3);
   line->setSpacing(8);
   line->addWidget(tick, 1);
-  line->addWidget(multiplier);
-  line->addWidget(amount);
+  auto* const stakes = new QHBoxLayout;
+  stakes->setSpacing(0);
+  stakes->addWidget(multiplier);
+  stakes->addWidget(differs);
+  stakes->addWidget(amount);
+  line->addLayout(stakes);
   line->addWidget(yuan);
 
   chkPlay_[kind] = tick;
   cboPlay_[kind] = amount;
   cboPlay2_[kind] = multiplier;
+  lblDiffers_[kind] = differs;
+  MarkStakes(kind);
   return row;
 }
 
@@ -104,8 +116,34 @@ void KindRows::chkPlay_Click(int kind) {
   tick.parentWidget()->setBackgroundRole(tick.isChecked() ? QPalette::Midlight : QPalette::Base);
 }
 
+void KindRows::cboPlay_Click(int kind) {
+  MarkStakes(kind);
+}
+
 void KindRows::cboPlay2_Click(int kind) {
   cboPlay_[kind]->setCurrentIndex(cboPlay2_[kind]->currentIndex());
+  MarkStakes(kind);
+}
+
+void KindRows::MarkStakes(int kind) {
+  const int stake = cboPlay_[kind]->currentIndex();
+  const int multiplier = cboPlay2_[kind]->currentIndex();
+  const bool differ = stake != multiplier;
+  const QString tip = QString("金額與倍數不一致：\n計價與存檔用金額 %1 元，\n投注單上印的倍數是 %2（%3 元）")
+                          .arg(cboPlay_[kind]->currentText(), cboPlay2_[kind]->currentText())
+                          .arg(kAmounts[multiplier]);
+  QPalette palette;
+  if (differ) {
+    palette.setColor(QPalette::Base, QColor(kWarningGround));
+    palette.setColor(QPalette::WindowText, QColor(kWarningText));
+  }
+  lblDiffers_[kind]->setText(differ ? "≠" : "");
+  lblDiffers_[kind]->setToolTip(differ ? tip : QString());
+  cboPlay_[kind]->setToolTip(differ ? tip : "每張金額（元）：計價與存檔用這個金額");
+  cboPlay2_[kind]->setToolTip(differ ? tip : "倍數：每張金額跟著倍數走");
+  for (QWidget* const widget : std::initializer_list<QWidget*>{lblDiffers_[kind], cboPlay_[kind], cboPlay2_[kind]}) {
+    widget->setPalette(palette);
+  }
 }
 
 }  // namespace marlevo

@@ -24,11 +24,15 @@ class KindRows : public QFrame {
  private:
   QWidget* NewRow(int kind);
   void chkPlay_Click(int kind);
+  void cboPlay_Click(int kind);
   void cboPlay2_Click(int kind);
+  // The two lists can be chosen apart. Then the money says one thing and the slip another, and the row says that.
+  void MarkStakes(int kind);
 
   PerKind<QCheckBox*> chkPlay_{};
   PerKind<DropDownList*> cboPlay_{};
   PerKind<DropDownList*> cboPlay2_{};
+  PerKind<QLabel*> lblDiffers_{};
 };
 
 }  // namespace marlevo

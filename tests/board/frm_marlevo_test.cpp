@@ -73,9 +73,14 @@ TEST_F(FrmMarlevoTest, TheAmountFollowsTheMultiplierEvenWhenItIsChosenAgain) {
   EXPECT_EQ(amount.currentText(), "300");
   EXPECT_EQ(Find<QComboBox>("cboPlay(2)").currentText(), "25");
 
+  EXPECT_EQ(LabelText(board_, "lblDiffers(3)"), "");
   amount.setCurrentText("50");
+  EXPECT_EQ(LabelText(board_, "lblDiffers(3)"), "≠");
+  EXPECT_EQ(amount.toolTip().toStdString(),
+            "金額與倍數不一致：\n計價與存檔用金額 50 元，\n投注單上印的倍數是 x12（300 元）");
   Q_EMIT multiplier.activated(multiplier.currentIndex());
   EXPECT_EQ(amount.currentText(), "300");
+  EXPECT_EQ(LabelText(board_, "lblDiffers(3)"), "");
 }
 
 TEST_F(FrmMarlevoTest, RowAndColumnButtonsActOnEveryClickAndNeverStayTicked) {
@@ -173,7 +178,8 @@ TEST_F(FrmMarlevoTest, AListComesBackWithoutAnExpansion) {
   Find<QComboBox>("cboPlay2(0)").setCurrentText("x 2");
   Click("cmdList");
   EXPECT_TRUE(Shown("picBox2") && Shown("picMenu2") && !Shown("picBox1") && !Shown("picMenu4"));
-  EXPECT_TRUE(Ticked("chkPlay(0)") && !Ticked("chkNum1(1)") && Find<QWidget>("mfgData(0)").hasFocus());
+  EXPECT_TRUE(Ticked("chkPlay(0)") && !Ticked("chkNum1(1)"));
+  EXPECT_EQ(board_.focusWidget()->objectName().toStdString(), "mfgData(0)");
   EXPECT_EQ(Grid(0), "1234");
   EXPECT_EQ(Totals(), "----- 共    1張 需      50元 -----\n4星正彩      1張 Ｘ 50元 ＝      50元\n");
 
@@ -184,7 +190,8 @@ TEST_F(FrmMarlevoTest, AListComesBackWithoutAnExpansion) {
   EXPECT_EQ(Grid(0) + Grid(2), "1234");
   WithModals(show, {ExpectQuestion("目前的號碼清單會被取代,確定要載回 ?", QMessageBox::Yes)});
   EXPECT_EQ(Grid(0) + Grid(2), "321 012");
-  EXPECT_TRUE(Ticked("chkPlay(2)") && !Ticked("chkPlay(0)") && Find<QWidget>("mfgData(2)").hasFocus());
+  EXPECT_TRUE(Ticked("chkPlay(2)") && !Ticked("chkPlay(0)"));
+  EXPECT_EQ(board_.focusWidget()->objectName().toStdString(), "mfgData(2)");
   EXPECT_EQ(Totals(), "----- 共    2張 需     200元 -----\n3星正彩    2張 Ｘ100元 ＝     200元\n");
   Click("cmdPrint");
   EXPECT_EQ(printed_.kinds[2].multiplier, 3);
