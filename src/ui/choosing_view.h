@@ -5,6 +5,7 @@
 #include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <functional>
 #include <utility>
 
@@ -17,7 +18,8 @@ enum class Moving {
 };
 
 // View is a QAbstractItemView class whose rows are selected one at a time. The chosen row is the highlighted one. The
-// current line, which has the frame of the focus, may be another one when moving does not choose.
+// current line, which has the frame of the focus, may be another one when moving does not choose or when the program
+// moves it.
 template <typename View>
 class ChoosingView : public View {
  public:
@@ -30,6 +32,25 @@ class ChoosingView : public View {
   int ChosenRow() const {
     const QModelIndexList rows = View::selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.first().row();
+  }
+
+  // What the operator reads in the middle of the view while it has at most `rows` rows.
+  void SetPlaceholder(const QString& text, int rows = 0) {
+    placeholder_ = text;
+    placeholder_rows_ = rows;
+    View::viewport()->update();
+  }
+
+  // Makes a row the current line and brings it into view, but chooses nothing.
+  void MoveTo(int row) {
+    View::selectionModel()->setCurrentIndex(View::model()->index(row, 0), QItemSelectionModel::NoUpdate);
+    View::scrollTo(View::currentIndex());
+  }
+
+  // Does what a press on the row does.
+  void Choose(int row) {
+    Highlight(row);
+    chosen_(row);
   }
 
   // Highlights a row without calling what OnChosen was given; -1 highlights none.
@@ -71,13 +92,26 @@ class ChoosingView : public View {
         View::selectionModel()->setCurrentIndex(current, kTheRow);
         chosen_(current.row());
       }
-    } else if (moving_ == Moving::kChooses && before == -1 && current.isValid() && event->key() == Qt::Key_Down) {
-      // The Tab key made the row current without choosing it: the first Down chooses it instead of passing it.
+    } else if (moving_ == Moving::kChooses && current.isValid() && before != current.row() &&
+               event->key() == Qt::Key_Down) {
+      // The Tab key or the program made the row current without choosing it: the first Down chooses it instead of
+      // passing it.
       View::selectionModel()->select(current, kTheRow);
       TellWhenOther(before);
     } else {
       View::keyPressEvent(event);
       TellWhenOther(before);
+    }
+  }
+
+  void paintEvent(QPaintEvent* event) override {
+    View::paintEvent(event);
+    if (View::model()->rowCount() <= placeholder_rows_) {
+      QPainter painter(View::viewport());
+      painter.setPen(View::palette().color(QPalette::PlaceholderText));
+      const int margin = View::fontMetrics().height();
+      painter.drawText(View::viewport()->rect().adjusted(margin, 0, -margin, 0), Qt::AlignCenter | Qt::TextWordWrap,
+                       placeholder_);
     }
   }
 
@@ -99,6 +133,8 @@ class ChoosingView : public View {
   }
 
   Moving moving_;
+  QString placeholder_;
+  int placeholder_rows_ = 0;
   std::function<void(int)> chosen_ = [](int) {};
 };
 
