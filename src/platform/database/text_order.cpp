@@ -98,4 +98,13 @@ bool EqualText(std::string_view a, std::string_view b) {
   return a.size() == b.size() && CompareText(a, b) == 0;
 }
 
+bool ContainsText(std::string_view text, std::string_view part) {
+  for (; text.size() >= part.size(); TakeCharacter(text)) {
+    if (EqualText(text.substr(0, part.size()), part)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace marlevo

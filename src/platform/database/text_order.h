@@ -17,4 +17,7 @@ int CompareText(std::string_view a, std::string_view b);
 // letter are equally long in UTF-8.
 bool EqualText(std::string_view a, std::string_view b);
 
+// Whether `part` occurs in `text`.
+bool ContainsText(std::string_view text, std::string_view part);
+
 }  // namespace marlevo
