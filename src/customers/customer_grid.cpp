@@ -1,8 +1,10 @@
 #include "customers/customer_grid.h"
 
+#include <QPainter>
 #include <algorithm>
 #include <utility>
 
+#include "ui/appearance.h"
 #include "ui/grid.h"
 
 namespace marlevo {
@@ -22,6 +24,7 @@ CustomerGrid::CustomerGrid(QWidget* parent, CustomerColumns columns)
 
 void CustomerGrid::Show(std::vector<Customer> customers) {
   customers_ = std::move(customers);
+  found_ = -1;
   TextModel::Rows rows;
   std::ranges::transform(customers_, std::back_inserter(rows), [this](const Customer& of) { return Texts(of); });
   texts_->SetTexts(std::move(rows));
@@ -33,7 +36,16 @@ int CustomerGrid::Find(std::string_view number) const {
   return found == customers_.end() ? -1 : static_cast<int>(found - customers_.begin());
 }
 
+void CustomerGrid::ShowFound(int row) {
+  found_ = row;
+  if (row != -1) {
+    MoveTo(row);
+  }
+  viewport()->update();
+}
+
 void CustomerGrid::Append(const Customer& customer) {
+  found_ = -1;
   customers_.push_back(customer);
   texts_->Insert(texts_->rowCount(), Texts(customer));
   SetWidths();
@@ -42,6 +54,7 @@ void CustomerGrid::Append(const Customer& customer) {
 
 void CustomerGrid::Replace(const Customer& customer) {
   if (const int row = Find(customer.number); row != -1) {
+    found_ = -1;
     customers_[row] = customer;
     texts_->Replace(row, Texts(customer));
     SetWidths();
@@ -52,8 +65,20 @@ void CustomerGrid::Replace(const Customer& customer) {
 void CustomerGrid::Remove(std::string_view number) {
   if (const int row = Find(number); row != -1) {
     Highlight(-1);  // or else the neighbour would become the current row, which Enter chooses
+    found_ = -1;
     customers_.erase(customers_.begin() + row);
     texts_->Remove(row);
+  }
+}
+
+void CustomerGrid::paintEvent(QPaintEvent* event) {
+  ChoosingView::paintEvent(event);
+  if (found_ != -1) {
+    constexpr int kThickness = 2;
+    QPainter painter(viewport());
+    painter.setPen(QPen(QColor(colours::kAccent), kThickness, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    const int top = rowViewportPosition(found_);
+    painter.drawRect(QRect(0, top, viewport()->width(), rowHeight(found_)).adjusted(1, 1, -1, -1));
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include "customers/box_limit.h"
 #include "customers/customer_grid.h"
+#include "customers/find_box.h"
 #include "customers/frmCustom_CHK.h"
 #include "customers/message_panel.h"
 #include "customers/record_list.h"
@@ -71,6 +72,8 @@ void frmCustom::done(int result) {
 void frmCustom::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kAll);
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
+  auto* const txtFind = new FindBox(this, *mfgCustom_H_);
+  setTabOrder(txtFind, mfgCustom_H_);
 
   auto* const entry = new QGridLayout;
   entry->setHorizontalSpacing(12);
@@ -116,6 +119,7 @@ void frmCustom::SetUpWidgets() {
 
   auto* const customers = new QVBoxLayout;
   customers->setSpacing(12);
+  customers->addLayout(txtFind->Line());
   customers->addWidget(mfgCustom_H_, 1);
   customers->addLayout(entry);
   customers->addLayout(customer_buttons);

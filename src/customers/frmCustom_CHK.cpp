@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "customers/customer_grid.h"
+#include "customers/find_box.h"
 #include "customers/prizes.h"
 #include "customers/record_list.h"
 #include "ui/digit_list.h"
@@ -49,6 +50,8 @@ void frmCustom_CHK::done(int result) {
 void frmCustom_CHK::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kAll);
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
+  auto* const txtFind = new FindBox(this, *mfgCustom_H_);
+  setTabOrder(txtFind, mfgCustom_H_);
 
   txtCustom_No_ = Named(new QLineEdit(this), "txtCustom_No");
   lstRecord_ = new RecordList(this);
@@ -108,12 +111,17 @@ void frmCustom_CHK::SetUpWidgets() {
   buttons->addWidget(cmdExit);
   check->addLayout(buttons);
 
+  auto* const customers = new QVBoxLayout;
+  customers->setSpacing(8);
+  customers->addLayout(txtFind->Line());
+  customers->addWidget(mfgCustom_H_, 1);
+
   auto* const page = new QWidget(this);
   auto* const grid = new QGridLayout(page);
   grid->setContentsMargins(16, 16, 16, 16);
   grid->setHorizontalSpacing(16);
   grid->setVerticalSpacing(16);
-  grid->addWidget(mfgCustom_H_, 0, 0);
+  grid->addLayout(customers, 0, 0);
   grid->addLayout(records, 0, 1);
   grid->addWidget(lstCheck, 1, 0);
   grid->addLayout(check, 1, 1);

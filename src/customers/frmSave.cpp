@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "customers/customer_grid.h"
+#include "customers/find_box.h"
 #include "customers/frmCustom.h"
 #include "customers/message_panel.h"
 #include "ui/frmMessage.h"
@@ -37,6 +38,8 @@ void frmSave::done(int result) {
 void frmSave::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kNumberAndName);
   mfgCustom_H_->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 30 + fontMetrics().height() * 2);
+  auto* const txtFind = new FindBox(this, *mfgCustom_H_);
+  setTabOrder(txtFind, mfgCustom_H_);
 
   QPushButton* const save = NewButton(this, "cmdPrint", "存  檔", &frmSave::cmdPrint_Click, Emphasis::kMain);
   QPushButton* const cmdCustom = NewButton(this, "cmdCustom", "客戶資料維護", &frmSave::cmdCustom_Click);
@@ -52,6 +55,7 @@ void frmSave::SetUpWidgets() {
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(16, 16, 16, 16);
   column->setSpacing(16);
+  column->addLayout(txtFind->Line());
   column->addWidget(mfgCustom_H_, 1);
   column->addLayout(buttons);
 
