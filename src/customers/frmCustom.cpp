@@ -71,6 +71,7 @@ void frmCustom::done(int result) {
 // The widgets are made in the order in which the Tab key visits them: first the customers, then what they bought.
 void frmCustom::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kAll);
+  mfgCustom_H_->SetPlaceholder("還沒有客戶，請填好下面的資料，按「新增」");
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
   auto* const txtFind = new FindBox(this, *mfgCustom_H_);
   setTabOrder(txtFind, mfgCustom_H_);

@@ -49,6 +49,7 @@ void frmCustom_CHK::done(int result) {
 
 void frmCustom_CHK::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kAll);
+  mfgCustom_H_->SetPlaceholder("還沒有客戶，請先在「客戶資料維護」新增");
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
   auto* const txtFind = new FindBox(this, *mfgCustom_H_);
   setTabOrder(txtFind, mfgCustom_H_);

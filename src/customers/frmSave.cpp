@@ -37,6 +37,7 @@ void frmSave::done(int result) {
 
 void frmSave::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kNumberAndName);
+  mfgCustom_H_->SetPlaceholder("還沒有客戶，請先按「客戶資料維護」新增");
   mfgCustom_H_->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 30 + fontMetrics().height() * 2);
   auto* const txtFind = new FindBox(this, *mfgCustom_H_);
   setTabOrder(txtFind, mfgCustom_H_);

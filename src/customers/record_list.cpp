@@ -8,6 +8,7 @@ RecordList::RecordList(QWidget* parent) : ChoosingView(parent, Moving::kOnly) {
   setObjectName("lstRecord");
   setFont(AlignedFont());
   setUniformItemSizes(true);
+  Clear();
   // A count of five digits fits beside the scroll bar.
   setMinimumWidth(fontMetrics().horizontalAdvance("0000/00/00-00:00:00 00000張") + fontMetrics().height() * 2);
 }
@@ -20,9 +21,11 @@ void RecordList::OnPressed(const std::function<void()>& pressed) {
 void RecordList::Begin(const std::string& number) {
   clear();
   number_ = number;
+  SetPlaceholder(number.empty() ? "請先選擇客戶" : "");
 }
 
 void RecordList::Show(const std::vector<RecordSummary>& records) {
+  SetPlaceholder("這位客戶還沒有購買記錄");
   for (const RecordSummary& record : records) {
     auto* const line = new QListWidgetItem(QString::fromStdString(RecordLine(record)), this);
     line->setData(Qt::UserRole, record.tickets);

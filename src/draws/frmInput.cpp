@@ -86,6 +86,8 @@ void frmInput::SetUpWidgets() {
   left->addWidget(cmdExit);
 
   mfgNumeric_ = Named(new ChoosingView<QTableView>(this, Moving::kChooses), "mfgNumeric");
+  // The row for the next draw is always there.
+  mfgNumeric_->SetPlaceholder("還沒有開獎號碼，請填好左邊的資料，按「新增」", 1);
   mfgNumeric_->OnChosen([this](int row) { mfgNumeric_RowChosen(row); });
 
   auto* const page = new QWidget(this);
