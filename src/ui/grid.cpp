@@ -12,10 +12,14 @@ namespace marlevo {
 
 namespace {
 
-// Shows the whole of a text that is cut off in its cell as a tooltip.
+// Shows a text from its beginning in one line, and the whole of a text that is cut off in its cell as a tooltip.
 class CellDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
+
+  QString displayText(const QVariant& value, const QLocale&) const override {
+    return value.toString().replace("\r\n", " ").replace('\n', ' ').replace('\r', ' ');
+  }
 
   bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                  const QModelIndex& index) override {

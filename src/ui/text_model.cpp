@@ -4,6 +4,7 @@
 #include <QTableView>
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <utility>
 
 namespace marlevo {
@@ -75,19 +76,28 @@ void FitColumns(QTableView& grid, const TextModel& model, const std::vector<doub
     return sum;
   };
   const int unit = metrics.horizontalAdvance(QLatin1Char('W'));
-  const int last = model.columnCount() - 1;
-  int before = 0;  // width of the columns so far
-  for (int column = 0; column <= last; ++column) {
+  const int columns = model.columnCount();
+  std::vector<int> floors;
+  std::vector<int> wishes;  // above the floors
+  for (int column = 0; column < columns; ++column) {
     int widest = width(model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
     for (const QStringList& row : model.Texts()) {
       widest = std::max(widest, width(row[column]));
     }
-    const auto floor = static_cast<int>(least[column] * unit);
-    const int rest = column == last ? grid.viewport()->width() - before : 0;
-    const int chosen = std::max(std::clamp(widest + unit + unit / 2, floor, 2 * floor), rest);
-    grid.setColumnWidth(column, chosen);
-    before += chosen;
+    const int floor = floors.emplace_back(static_cast<int>(least[column] * unit));
+    wishes.push_back(std::clamp(widest + unit + unit / 2 - floor, 0, floor));
   }
+  std::vector<int> order(floors.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::ranges::sort(order, {}, [&wishes](int column) { return wishes[column]; });
+  int room = std::max(grid.viewport()->width() - std::accumulate(floors.begin(), floors.end(), 0), 0);
+  int left = static_cast<int>(order.size());
+  for (const int column : order) {
+    const int extra = std::min(wishes[column], room / left--);
+    room -= extra;
+    grid.setColumnWidth(column, floors[column] + extra);
+  }
+  grid.setColumnWidth(columns - 1, grid.columnWidth(columns - 1) + room);
 }
 
 }  // namespace marlevo

@@ -37,8 +37,9 @@ class TextModel : public QAbstractTableModel {
 };
 
 // Makes each column as wide as its longest text, but column j at least least[j] times and at most 2 x least[j] times as
-// wide as "W"; the last column also fills the grid. Texts are measured character by character instead of being laid
-// out, so 5,000 rows take a millisecond.
+// wide as "W"; the last column also fills the grid. Where the grid is too narrow for that, the columns that want most
+// get less, so that no long text pushes other columns out of sight. Texts are measured character by character instead
+// of being laid out, so 5,000 rows take a millisecond.
 void FitColumns(QTableView& grid, const TextModel& model, const std::vector<double>& least);
 
 }  // namespace marlevo
