@@ -216,6 +216,15 @@ bool frmInput::txtVou_No_KeyPress(const QKeyEvent& event) {
   return !command && !std::all_of(typed.begin(), typed.end(), allowed);
 }
 
+void frmInput::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  const int newest = draws_->rowCount() - 2;
+  if (newest >= 0) {
+    mfgNumeric_->MoveTo(newest);
+    mfgNumeric_->scrollToBottom();
+  }
+}
+
 bool frmInput::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress && txtVou_No_KeyPress(*static_cast<QKeyEvent*>(event))) {
     return true;

@@ -29,6 +29,8 @@ class frmInput : public QDialog {
   void done(int result) override;
 
  protected:
+  // Brings the newest draw into view, now that the grid has its size.
+  void showEvent(QShowEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

@@ -69,7 +69,7 @@ TEST_F(FrmInputTest, TakesTheRowThatIsChosenByMouseOrKeys) {
   auto& grid = Find<QWidget>(window, "mfgNumeric");
   grid.setFocus();
   QTest::keyClick(&grid, Qt::Key_Down);
-  EXPECT_EQ(BoxText(window, "txtVou_No"), "92001") << "the row with the focus comes first";
+  EXPECT_EQ(BoxText(window, "txtVou_No"), "92002") << "the newest draw is current, and the first Down chooses it";
   PressRow(window, "mfgNumeric", 0);
   EXPECT_EQ(Entered(), "92001 11070") << "a missing digit reads as 0, one of two places is shown";
   QTest::keyClick(&grid, Qt::Key_Down);
