@@ -21,8 +21,8 @@ int main(int argc, char** argv) {
   const std::filesystem::path folder = QCoreApplication::applicationDirPath().toStdU16String();
   const std::string database = marlevo::ConnectionString(folder);
   marlevo::BoardWindows windows;
-  windows.customers = [database](QWidget* parent, const marlevo::StoredListShower&) {
-    marlevo::frmCustom(parent, database).exec();
+  windows.customers = [database](QWidget* parent, const marlevo::StoredListShower& show_stored_list) {
+    marlevo::frmCustom(parent, database, show_stored_list).exec();
   };
   windows.draws = [database](QWidget* parent) { marlevo::frmInput(parent, database).exec(); };
   windows.save = [database](QWidget* parent, const marlevo::CurrentList& list) {

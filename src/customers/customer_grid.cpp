@@ -99,7 +99,7 @@ QStringList CustomerGrid::Texts(const Customer& customer) const {
 
 void CustomerGrid::SetWidths() {
   if (columns_ == CustomerColumns::kAll) {
-    FitColumns(*this, *texts_, {8, 8, 9, 9, 12});
+    FitColumns(*this, *texts_, {6, 7, 8, 8, 8});
   } else {
     SetColumnWidths(*this, {15, 15});
   }

@@ -11,7 +11,6 @@ namespace {
 
 // By CustomerField.
 constexpr std::array<std::string_view, kCustomerFields> kFields = {"CUSTOM_NO", "CUSTOM_NAME", "TEL1", "TEL2", "MEMO1"};
-constexpr std::array<std::string_view, 4> kDigits = {"NO1", "NO2", "NO3", "NO4"};
 
 // Nothing unless the play mode is one of 0 to 4.
 std::optional<int> PlayMode(const Recordset& ticket) {
@@ -90,11 +89,9 @@ PurchaseRecord CustomerStore::Record(std::string_view number, std::string_view s
   Recordset rows = connection_.Open(SelectRecord(number, stamp));
   for (int read = 1; !rows.AtEnd(); rows.MoveNext(), ++read) {
     if (const std::optional<int> mode = PlayMode(rows)) {
-      record.stakes[*mode] = rows.Text("PLAY_AMT");
-      RecordTicket& ticket = record.tickets[*mode].emplace_back(RecordTicket{rows.Text("PLAY_SEQ"), {}});
-      for (int i = 0; i < kPrizeClasses[*mode].digits; ++i) {
-        ticket.digits[i] = rows.Text(kDigits[i]);
-      }
+      record[*mode].push_back({rows.Text("PLAY_SEQ"),
+                               rows.Text("PLAY_AMT"),
+                               {rows.Text("NO1"), rows.Text("NO2"), rows.Text("NO3"), rows.Text("NO4")}});
     }
     step(read);
   }
@@ -105,16 +102,17 @@ void CustomerStore::RemoveRecord(std::string_view number, std::string_view stamp
   connection_.FlushAfter([&] { connection_.Execute(DeleteRecord(number, stamp)); });
 }
 
-void CustomerStore::Save(std::string_view number, const std::vector<StoredTicket>& tickets,
-                         const std::function<void(int)>& step) {
+std::string CustomerStore::Save(std::string_view number, const std::vector<StoredTicket>& tickets,
+                                const std::function<void(int)>& step) {
+  std::string stamp = LocalStamp();
   connection_.FlushAfter([&] {
-    const std::string stamp = LocalStamp();
     int stored = 0;
     for (const StoredTicket& ticket : tickets) {
       connection_.Execute(InsertTicket(number, stamp, ticket));
       step(++stored);
     }
   });
+  return stamp;
 }
 
 std::vector<Winner> CustomerStore::Winners(const std::array<std::string, 4>& drawn, const CheckScope& scope) {

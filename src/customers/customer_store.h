@@ -52,9 +52,10 @@ class CustomerStore {
   // ticket with the number of tickets read so far.
   PurchaseRecord Record(std::string_view number, std::string_view stamp, const std::function<void(int)>& step);
   void RemoveRecord(std::string_view number, std::string_view stamp);
-  // Stores the tickets as one record under the stamp of this moment. `step` is called after every ticket with the
-  // number of tickets stored so far.
-  void Save(std::string_view number, const std::vector<StoredTicket>& tickets, const std::function<void(int)>& step);
+  // Stores the tickets as one record under the stamp of this moment, which is returned. `step` is called after every
+  // ticket with the number of tickets stored so far.
+  std::string Save(std::string_view number, const std::vector<StoredTicket>& tickets,
+                   const std::function<void(int)>& step);
 
   // The winning tickets, sorted by play mode and within a play mode by customer number. `drawn`: the drawn digits of
   // positions 1 to 4 as typed.

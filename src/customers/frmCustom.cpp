@@ -1,19 +1,23 @@
 #include "customers/frmCustom.h"
 
+#include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScreen>
 #include <algorithm>
+#include <utility>
 
 #include "customers/box_limit.h"
 #include "customers/customer_grid.h"
+#include "customers/day_backup.h"
 #include "customers/find_box.h"
 #include "customers/frmCustom_CHK.h"
 #include "customers/message_panel.h"
 #include "customers/record_list.h"
 #include "customers/record_tabs.h"
+#include "platform/base/clock.h"
 #include "ui/frmMessage.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
@@ -46,8 +50,11 @@ bool Edits(const QKeyEvent& key) {
 
 }  // namespace
 
-frmCustom::frmCustom(QWidget* parent, const std::string& connection_string)
-    : QDialog(parent), connection_string_(connection_string), store_(connection_string) {
+frmCustom::frmCustom(QWidget* parent, const std::string& connection_string, ListTaker take_list)
+    : QDialog(parent),
+      connection_string_(connection_string),
+      take_list_(std::move(take_list)),
+      store_(connection_string) {
   setObjectName("frmCustom");
   setWindowTitle("客戶資料維護");
   Form_Load();
@@ -74,7 +81,9 @@ void frmCustom::SetUpWidgets() {
   mfgCustom_H_->SetPlaceholder("還沒有客戶，請填好下面的資料，按「新增」");
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
   auto* const txtFind = new FindBox(this, *mfgCustom_H_);
-  setTabOrder(txtFind, mfgCustom_H_);
+  QPushButton* const cmdBackup = NewButton(this, "cmdBackup", "備份", &frmCustom::cmdBackup_Click);
+  setTabOrder(txtFind, cmdBackup);
+  setTabOrder(cmdBackup, mfgCustom_H_);
 
   auto* const entry = new QGridLayout;
   entry->setHorizontalSpacing(12);
@@ -99,15 +108,19 @@ void frmCustom::SetUpWidgets() {
   QPushButton* const cmdAdd = NewButton(this, "cmdAdd", "新增", &frmCustom::cmdAdd_Click, Emphasis::kMain);
   QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改", &frmCustom::cmdEdit_Click);
   QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除客戶資料", &frmCustom::cmdDel_Click);
+  QPushButton* const cmdClear = NewButton(this, "cmdClear", "清空", &frmCustom::cmdClear_Click);
   QPushButton* const check = NewButton(this, "Command1", "客戶資料對獎", &frmCustom::Command1_Click);
 
   lstRecord_ = new RecordList(this);
   lstRecord_->OnPressed([this] { lstRecord_MouseDown(); });
   QLabel* const lblRecord = NewLabel(this, "lblRecord", "購買記錄");
   lblRecord->setBuddy(lstRecord_);
+  lblSum_ = NewLabel(this, "lblSum", {});
   SSTab1_ = new RecordTabs(this);
 
   QPushButton* const cmdDelRecord = NewButton(this, "cmdDelRecord", "刪除購買記錄", &frmCustom::cmdDelRecord_Click);
+  QPushButton* const cmdLoadRecord = NewButton(this, "cmdLoadRecord", "載回號碼", &frmCustom::cmdLoadRecord_Click);
+  cmdLoadRecord->setVisible(take_list_ != nullptr);
   QPushButton* const cmdExit = NewButton(this, "cmdExit", "結束", &frmCustom::cmdExit_Click);
 
   auto* const customer_buttons = new QHBoxLayout;
@@ -115,12 +128,15 @@ void frmCustom::SetUpWidgets() {
   customer_buttons->addWidget(cmdAdd);
   customer_buttons->addWidget(cmdEdit);
   customer_buttons->addWidget(cmdDel);
+  customer_buttons->addWidget(cmdClear);
   customer_buttons->addStretch();
   customer_buttons->addWidget(check);
 
   auto* const customers = new QVBoxLayout;
   customers->setSpacing(12);
-  customers->addLayout(txtFind->Line());
+  QHBoxLayout* const search = txtFind->Line();
+  search->addWidget(cmdBackup);
+  customers->addLayout(search);
   customers->addWidget(mfgCustom_H_, 1);
   customers->addLayout(entry);
   customers->addLayout(customer_buttons);
@@ -128,6 +144,7 @@ void frmCustom::SetUpWidgets() {
   auto* const record_buttons = new QHBoxLayout;
   record_buttons->setSpacing(8);
   record_buttons->addWidget(cmdDelRecord);
+  record_buttons->addWidget(cmdLoadRecord);
   record_buttons->addStretch();
   record_buttons->addWidget(cmdExit);
 
@@ -135,6 +152,7 @@ void frmCustom::SetUpWidgets() {
   records->setSpacing(8);
   records->addWidget(lblRecord);
   records->addWidget(lstRecord_, 2);
+  records->addWidget(lblSum_);
   records->addWidget(SSTab1_, 3);
   records->addLayout(record_buttons);
 
@@ -152,7 +170,7 @@ void frmCustom::SetUpWidgets() {
 }
 
 void frmCustom::LimitBoxes() {
-  const std::array<QLineEdit*, kCustomerFields> boxes = {txtCustom_No_, txtCustom_Name_, txtTEL1_, txtTEL2_, txtMemo1_};
+  const std::array<QLineEdit*, kCustomerFields> boxes = Boxes();
   for (std::size_t i = 0; i < boxes.size(); ++i) {
     const auto field = static_cast<CustomerField>(i);
     LimitBox(*boxes[i], store_.MostCharacters(field), store_.RoomIn(field));
@@ -177,9 +195,10 @@ void frmCustom::mfgCustom_H_Click(int row) {
   txtTEL1_->setText(QString::fromStdString(customer.tel1));
   txtTEL2_->setText(QString::fromStdString(customer.tel2));
   txtMemo1_->setText(QString::fromStdString(customer.memo));
-  for (QLineEdit* box : {txtCustom_No_, txtCustom_Name_, txtTEL1_, txtTEL2_, txtMemo1_}) {
+  for (QLineEdit* box : Boxes()) {
     box->home(false);  // a long text is read from its beginning
   }
+  ForgetRecords();
   lstRecord_->Begin(customer.number);
   lstRecord_->Show(store_.RecordsOf(customer.number));
 }
@@ -187,14 +206,25 @@ void frmCustom::mfgCustom_H_Click(int row) {
 void frmCustom::lstRecord_MouseDown() {
   const std::string line = lstRecord_->SelectedLine().toStdString();
   MessagePanel::Work work(*picMsg_, lstRecord_->SelectedTickets());
-  SSTab1_->Clear();
+  ShowRecord({});
   if (!line.empty()) {
-    SSTab1_->Show(store_.Record(lstRecord_->Number(), StampOfLine(line), [&work](int read) { work.Advance(read); }));
+    ShowRecord(store_.Record(lstRecord_->Number(), StampOfLine(line), [&work](int read) { work.Advance(read); }));
   }
 }
 
-void frmCustom::txtCustom_No_KeyPress() {
+void frmCustom::ShowRecord(PurchaseRecord record) {
+  lblSum_->setText(QString::fromStdString(SumText(record)));
+  SSTab1_->Show(std::move(record));
+}
+
+// What is listed and shown belongs to the customer before.
+void frmCustom::ForgetRecords() {
   lstRecord_->Clear();
+  ShowRecord({});
+}
+
+void frmCustom::txtCustom_No_KeyPress() {
+  ForgetRecords();
   mfgCustom_H_->Highlight(-1);  // the number in the box is no longer that of the highlighted row
 }
 
@@ -244,14 +274,53 @@ void frmCustom::cmdDel_Click() {
   }
 }
 
+void frmCustom::cmdClear_Click() {
+  for (QLineEdit* box : Boxes()) {
+    box->clear();
+  }
+  txtCustom_No_KeyPress();
+  txtCustom_No_->setFocus();
+}
+
 void frmCustom::cmdDelRecord_Click() {
   const QString line = lstRecord_->SelectedLine();
   if (line.trimmed().isEmpty() || !Question(this, "要將 " + line + " 資料移除 ?")) {
     return;
   }
-  SSTab1_->Clear();
+  ShowRecord({});
   store_.RemoveRecord(lstRecord_->Number(), StampOfLine(line.toStdString()));
   lstRecord_->RemoveSelectedLine();
+}
+
+void frmCustom::cmdLoadRecord_Click() {
+  if (lstRecord_->SelectedLine().isEmpty()) {
+    ShowMessage(this, "請先選擇購買記錄 !!");
+    return;
+  }
+  std::optional<CurrentList> list = ListOfRecord(SSTab1_->Shown());
+  if (!list) {
+    ShowMessage(this, "這筆記錄的金額或號碼無法組成號碼清單,\r\n不可載回 !!");
+    return;
+  }
+  if (take_list_(this, std::move(*list))) {
+    close();
+  }
+}
+
+void frmCustom::cmdBackup_Click() {
+  const QString folder = QFileDialog::getExistingDirectory(this, "備份到哪個資料夾");
+  if (folder.isEmpty()) {
+    return;
+  }
+  const DayBackup backup = BackupOfDay(connection_string_, folder.toStdU16String(), LocalStamp());
+  if (Replaces(backup) && !Question(this, "這個資料夾裡已經有今天的備份\r\n要用現在的資料取代 ?")) {
+    return;
+  }
+  {
+    const MessagePanel::Work work(*picMsg_, 1);
+    BackUp(backup.database, backup.settings);
+  }
+  ShowMessage(this, "備份完畢,讀回檢查無誤 !");
 }
 
 void frmCustom::Command1_Click() {
@@ -282,6 +351,10 @@ bool frmCustom::HasNumber() {
 
 std::string frmCustom::Number() const {
   return txtCustom_No_->text().toStdString();
+}
+
+std::array<QLineEdit*, kCustomerFields> frmCustom::Boxes() const {
+  return {txtCustom_No_, txtCustom_Name_, txtTEL1_, txtTEL2_, txtMemo1_};
 }
 
 Customer frmCustom::Entered() const {

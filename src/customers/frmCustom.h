@@ -4,11 +4,13 @@
 
 #include <QDialog>
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "customers/customer_store.h"
 
+class QLabel;
 class QLineEdit;
 
 namespace marlevo {
@@ -18,12 +20,18 @@ class MessagePanel;
 class RecordList;
 class RecordTabs;
 
+// Makes a list the current one, unless the operator, asked over `asker`, wants to keep the one that is there. Returns
+// whether the list was taken.
+using ListTaker = std::function<bool(QWidget* asker, CurrentList list)>;
+
 class frmCustom : public QDialog {
   Q_OBJECT
 
  public:
   // Opens its own connection and keeps it as long as it lives. DatabaseError when the customers cannot be read.
-  frmCustom(QWidget* parent, const std::string& connection_string);
+  // `take_list` gets a purchase record that the operator wants back as the current list; without it the window has no
+  // button for that.
+  frmCustom(QWidget* parent, const std::string& connection_string, ListTaker take_list = {});
 
   // The number of the customer that was added last, if one was.
   const std::optional<std::string>& AddedLast() const { return added_last_; }
@@ -43,6 +51,9 @@ class frmCustom : public QDialog {
   void LimitBoxes();
   // Shows in the grid what has just been done in the table with the customer in the text boxes.
   void UpdateCustomerGrid(Change change);
+  void ForgetRecords();
+  // Shows the tickets of a record and what they come to.
+  void ShowRecord(PurchaseRecord record);
 
   void mfgCustom_H_Click(int row);
   void lstRecord_MouseDown();
@@ -50,17 +61,22 @@ class frmCustom : public QDialog {
   void cmdAdd_Click();
   void cmdEdit_Click();
   void cmdDel_Click();
+  void cmdClear_Click();
   void cmdDelRecord_Click();
+  void cmdLoadRecord_Click();
+  void cmdBackup_Click();
   void Command1_Click();
   void cmdExit_Click();
 
   // True when the box of the customer number is filled; otherwise a message asks for the number.
   bool HasNumber();
   std::string Number() const;
+  std::array<QLineEdit*, kCustomerFields> Boxes() const;
   // The customer whom the five text boxes describe.
   Customer Entered() const;
 
   std::string connection_string_;
+  ListTaker take_list_;
   CustomerStore store_;
   std::optional<std::string> added_last_;
   CustomerGrid* mfgCustom_H_;
@@ -70,6 +86,7 @@ class frmCustom : public QDialog {
   QLineEdit* txtTEL2_;
   QLineEdit* txtMemo1_;
   RecordList* lstRecord_;
+  QLabel* lblSum_;
   RecordTabs* SSTab1_;
   MessagePanel* picMsg_;
 };

@@ -82,11 +82,13 @@ void frmCustom_CHK::SetUpWidgets() {
   QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開", &frmCustom_CHK::cmdExit_Click);
 
   // A QListWidget would make an object for each line, and a draw can have thousands of winners.
-  auto* const lstCheck = Named(new QListView(this), "lstCheck");
-  winners_ = new QStringListModel(this);
-  lstCheck->setUniformItemSizes(true);
-  lstCheck->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  lstCheck->setModel(winners_);
+  lstCheck_ = Named(new ChoosingView<QListView>(this, Moving::kOnly), "lstCheck");
+  lstCheck_->SetPlaceholder("選好號碼和範圍，按「比對」，中獎的列在這裡");
+  lstCheck_->OnChosen([this](int row) { lstCheck_Click(row); });
+  lines_ = new QStringListModel(this);
+  lstCheck_->setUniformItemSizes(true);
+  lstCheck_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  lstCheck_->setModel(lines_);
 
   auto* const customer = new QHBoxLayout;
   customer->setSpacing(12);
@@ -124,7 +126,7 @@ void frmCustom_CHK::SetUpWidgets() {
   grid->setVerticalSpacing(16);
   grid->addLayout(customers, 0, 0);
   grid->addLayout(records, 0, 1);
-  grid->addWidget(lstCheck, 1, 0);
+  grid->addWidget(lstCheck_, 1, 0);
   grid->addLayout(check, 1, 1);
   grid->setColumnStretch(0, 1);
   grid->setRowStretch(0, 1);
@@ -135,25 +137,38 @@ void frmCustom_CHK::SetUpWidgets() {
 }
 
 void frmCustom_CHK::mfgCustom_H_Click(int row) {
-  const std::string& number = mfgCustom_H_->At(row).number;
+  lstCheck_->Highlight(-1);
+  ShowCustomer(mfgCustom_H_->At(row).number);
+}
+
+// A winner may be nobody of the grid: a list saved without any customer bears the number "客戶編號".
+void frmCustom_CHK::lstCheck_Click(int row) {
+  const std::string& number = winners_[row].customer_no;
+  mfgCustom_H_->Highlight(mfgCustom_H_->Find(number));
+  ShowCustomer(number);
+}
+
+void frmCustom_CHK::ShowCustomer(const std::string& number) {
   txtCustom_No_->setText(QString::fromStdString(number));
   lstRecord_->Begin(number);
   lstRecord_->Show(store_.RecordsOf(number));
 }
 
 void frmCustom_CHK::cmdCheck2_Click() {
-  winners_->setStringList({});
+  winners_.clear();
+  lines_->setStringList({});
   const std::optional<CheckScope> scope = ChosenScope();
   if (!scope) {
     return;
   }
   std::array<std::string, 4> drawn;
   std::ranges::transform(cboCheck_, drawn.begin(), &DigitList::Text);
+  winners_ = store_.Winners(drawn, *scope);
   QStringList lines;
-  for (const Winner& winner : store_.Winners(drawn, *scope)) {
+  for (const Winner& winner : winners_) {
     lines += QString::fromStdString(PrizeLine(winner));
   }
-  winners_->setStringList(lines);
+  lines_->setStringList(lines);
 }
 
 void frmCustom_CHK::cmdExit_Click() {

@@ -6,10 +6,13 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "customers/customer_store.h"
+#include "ui/choosing_view.h"
 
 class QLineEdit;
+class QListView;
 class QRadioButton;
 class QStringListModel;
 
@@ -34,9 +37,12 @@ class frmCustom_CHK : public QDialog {
   void SetUpWidgets();
 
   void mfgCustom_H_Click(int row);
+  void lstCheck_Click(int row);
   void cmdCheck2_Click();
   void cmdExit_Click();
 
+  // Shows the number and the records of a customer.
+  void ShowCustomer(const std::string& number);
   // Which tickets the operator wants checked. Nothing when a customer or a record has to be chosen first; a notice has
   // then said so.
   std::optional<CheckScope> ChosenScope();
@@ -47,7 +53,9 @@ class frmCustom_CHK : public QDialog {
   RecordList* lstRecord_;
   std::array<DigitList*, 4> cboCheck_{};
   std::array<QRadioButton*, 3> Option1_{};
-  QStringListModel* winners_;
+  ChoosingView<QListView>* lstCheck_;
+  std::vector<Winner> winners_;
+  QStringListModel* lines_;  // of the winners
 };
 
 }  // namespace marlevo

@@ -38,6 +38,7 @@ void frmSave::done(int result) {
 void frmSave::SetUpWidgets() {
   mfgCustom_H_ = new CustomerGrid(this, CustomerColumns::kNumberAndName);
   mfgCustom_H_->SetPlaceholder("還沒有客戶，請先按「客戶資料維護」新增");
+  mfgCustom_H_->OnChosen([this](int) { mfgCustom_H_Click(); });
   mfgCustom_H_->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 30 + fontMetrics().height() * 2);
   auto* const txtFind = new FindBox(this, *mfgCustom_H_);
   setTabOrder(txtFind, mfgCustom_H_);
@@ -45,6 +46,13 @@ void frmSave::SetUpWidgets() {
   QPushButton* const save = NewButton(this, "cmdPrint", "存  檔", &frmSave::cmdPrint_Click, Emphasis::kMain);
   QPushButton* const cmdCustom = NewButton(this, "cmdCustom", "客戶資料維護", &frmSave::cmdCustom_Click);
   QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開", &frmSave::cmdCancel_Click);
+
+  lblCustom_ = NewLabel(this, "lblCustom", {});
+  lblSaved_ = NewLabel(this, "lblSaved", {});
+  for (QLabel* const line : {lblCustom_, lblSaved_}) {
+    line->setTextFormat(Qt::PlainText);
+    line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);  // a long name must not widen the window
+  }
 
   auto* const buttons = new QHBoxLayout;
   buttons->setSpacing(8);
@@ -58,7 +66,9 @@ void frmSave::SetUpWidgets() {
   column->setSpacing(16);
   column->addLayout(txtFind->Line());
   column->addWidget(mfgCustom_H_, 1);
+  column->addWidget(lblCustom_);
   column->addLayout(buttons);
+  column->addWidget(lblSaved_);
 
   picMsg_ = new MessagePanel(this);
   resize(QSize(sizeHint().width(), fontMetrics().height() * 26).boundedTo(screen()->availableSize()));
@@ -73,6 +83,11 @@ void frmSave::LoadCustomers(const std::vector<std::string>& wanted) {
     current = row == -1 ? current : row;
   }
   mfgCustom_H_->Highlight(current);
+  mfgCustom_H_Click();
+}
+
+void frmSave::mfgCustom_H_Click() {
+  lblCustom_->setText("存到  " + CurrentCustomer());
 }
 
 void frmSave::cmdPrint_Click() {
@@ -83,7 +98,9 @@ void frmSave::cmdPrint_Click() {
   {
     const std::vector<StoredTicket> tickets = TicketsToStore(list_);
     MessagePanel::Work work(*picMsg_, static_cast<int>(tickets.size()));
-    store_.Save(number, tickets, [&work](int stored) { work.Advance(stored); });
+    const std::string stamp = store_.Save(number, tickets, [&work](int stored) { work.Advance(stored); });
+    const RecordSummary saved{stamp, static_cast<int>(tickets.size())};
+    lblSaved_->setText(QString::fromStdString(RecordLine(saved)) + " 已存到  " + CurrentCustomer());
   }
   ShowMessage(this, "存檔完畢 !");
 }
@@ -103,6 +120,12 @@ void frmSave::cmdCancel_Click() {
 std::string frmSave::CurrentNumber() const {
   const int row = mfgCustom_H_->ChosenRow();
   return row == -1 ? "客戶編號" : mfgCustom_H_->At(row).number;
+}
+
+QString frmSave::CurrentCustomer() const {
+  const int row = mfgCustom_H_->ChosenRow();
+  const std::string name = row == -1 ? "" : " " + mfgCustom_H_->At(row).name;
+  return QString::fromStdString(CurrentNumber() + name);
 }
 
 }  // namespace marlevo

@@ -9,6 +9,8 @@
 #include "customers/customer_store.h"
 #include "tickets/tickets.h"
 
+class QLabel;
+
 namespace marlevo {
 
 class CustomerGrid;
@@ -32,6 +34,7 @@ class frmSave : public QDialog {
   // them is found, the first customer.
   void LoadCustomers(const std::vector<std::string>& wanted);
 
+  void mfgCustom_H_Click();
   void cmdPrint_Click();
   void cmdCustom_Click();
   void cmdCancel_Click();
@@ -39,11 +42,15 @@ class frmSave : public QDialog {
   // The number of the current customer, under which a save is stored. Without any customer the heading row counts as
   // current, and its text "客戶編號" is the number.
   std::string CurrentNumber() const;
+  // The current customer as the operator reads it: number and name.
+  QString CurrentCustomer() const;
 
   std::string connection_string_;
   CustomerStore store_;
   const CurrentList& list_;
   CustomerGrid* mfgCustom_H_;
+  QLabel* lblCustom_;
+  QLabel* lblSaved_;
   MessagePanel* picMsg_;
 };
 

@@ -68,8 +68,49 @@ std::string StampOfLine(std::string_view line) {
   return stamp;
 }
 
-std::string StakeText(const std::optional<std::string>& stake) {
-  return WidthMask(stake.value_or("0"), 3).append("\r\n元");
+std::string StakeText(const std::vector<RecordTicket>& tickets) {
+  return WidthMask(tickets.empty() ? "0" : tickets.back().amount, 3).append("\r\n元");
+}
+
+std::string SumText(const PurchaseRecord& record) {
+  std::size_t count = 0;
+  double yuan = 0;
+  for (const std::vector<RecordTicket>& tickets : record) {
+    count += tickets.size();
+    for (const RecordTicket& ticket : tickets) {
+      yuan += LenientNumber(ticket.amount);
+    }
+  }
+  return count == 0 ? "" : "合計 " + std::to_string(count) + " 張，" + NumberText(yuan) + " 元";
+}
+
+std::optional<CurrentList> ListOfRecord(const PurchaseRecord& record) {
+  CurrentList list;
+  for (int kind = 0; kind < kBetKinds; ++kind) {
+    if (record[kind].empty()) {
+      continue;
+    }
+    const std::string& amount = record[kind].front().amount;
+    const auto known = std::ranges::find(kAmounts, amount, [](int yuan) { return std::to_string(yuan); });
+    if (known == kAmounts.end()) {
+      return std::nullopt;
+    }
+    KindList& of_kind = list.kinds[kind];
+    of_kind.ticked = true;
+    of_kind.amount = *known;
+    for (const RecordTicket& stored : record[kind]) {
+      Ticket& ticket = of_kind.tickets.emplace_back();
+      for (int column = 0; column < DigitColumns(kind); ++column) {
+        const std::string& digit = stored.digits[column];
+        if (stored.amount != amount || digit.size() != 1 || digit[0] < '0' || digit[0] > '9') {
+          return std::nullopt;
+        }
+        ticket.cells[column] = digit[0];
+      }
+    }
+  }
+  const auto ticked = [](const KindList& kind) { return kind.ticked; };
+  return std::ranges::any_of(list.kinds, ticked) ? std::optional(std::move(list)) : std::nullopt;
 }
 
 }  // namespace marlevo

@@ -30,6 +30,9 @@ void RecordList::Show(const std::vector<RecordSummary>& records) {
     auto* const line = new QListWidgetItem(QString::fromStdString(RecordLine(record)), this);
     line->setData(Qt::UserRole, record.tickets);
   }
+  if (count() > 0) {
+    MoveTo(count() - 1);  // the newest one is what an operator mostly wants
+  }
 }
 
 QString RecordList::SelectedLine() const {

@@ -25,7 +25,10 @@ RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
     tickets_[mode] = new TextModel(headings, Qt::AlignHCenter, this);
     SetUpGrid(*grid, GridSelection::kNone);
     grid->setModel(tickets_[mode]);
+    // All digits fit beside each other in the narrowest window, with a sequence of five digits and a scroll bar.
     grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Fixed);
+    SetColumnWidth(*grid, 0, 4.25);
 
     lblAmt_[mode] = NewLabel(page, ElementName("lblAmt", mode), {});
     lblAmt_[mode]->setTextFormat(Qt::PlainText);
@@ -33,10 +36,10 @@ RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
     QFont large = WindowFont();
     large.setPointSizeF(large.pointSizeF() * 1.5);
     lblAmt_[mode]->setFont(large);
-    lblAmt_[mode]->setMinimumWidth(lblAmt_[mode]->fontMetrics().horizontalAdvance("00000"));
+    lblAmt_[mode]->setMinimumWidth(lblAmt_[mode]->fontMetrics().horizontalAdvance("0000"));
 
     auto* const row = new QHBoxLayout(page);
-    row->setContentsMargins(8, 8, 8, 8);
+    row->setContentsMargins(4, 4, 4, 4);
     row->setSpacing(8);
     row->addWidget(grid, 1);
     row->addWidget(lblAmt_[mode]);
@@ -46,12 +49,13 @@ RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
   Clear();
 }
 
-void RecordTabs::Show(const PurchaseRecord& record) {
+void RecordTabs::Show(PurchaseRecord record) {
+  record_ = std::move(record);
   int first = -1;
   for (int mode = 0; mode < kPlayModes; ++mode) {
-    lblAmt_[mode]->setText(QString::fromUtf8(StakeText(record.stakes[mode])).replace("\r\n", "\n"));
+    lblAmt_[mode]->setText(QString::fromUtf8(StakeText(record_[mode])).replace("\r\n", "\n"));
     TextModel::Rows rows;
-    for (const RecordTicket& ticket : record.tickets[mode]) {
+    for (const RecordTicket& ticket : record_[mode]) {
       QStringList& row = rows.emplace_back(QString::fromUtf8(ticket.seq));
       for (int column = 0; column < kPrizeClasses[mode].digits; ++column) {
         row += QString::fromUtf8(ticket.digits[column]);

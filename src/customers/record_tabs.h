@@ -18,12 +18,16 @@ class RecordTabs : public QTabWidget {
  public:
   explicit RecordTabs(QWidget* parent);
 
-  // Fills all five pages. The page in front stays in front when it has tickets; otherwise the first page that has some
-  // comes to the front.
-  void Show(const PurchaseRecord& record);
+  // Fills all five pages, each with as many digits of a ticket as its play mode has. The page in front stays in front
+  // when it has tickets; otherwise the first page that has some comes to the front.
+  void Show(PurchaseRecord record);
   void Clear() { Show({}); }
 
+  // What is shown; empty when nothing is.
+  const PurchaseRecord& Shown() const { return record_; }
+
  private:
+  PurchaseRecord record_;
   std::array<TextModel*, kPlayModes> tickets_{};
   std::array<QLabel*, kPlayModes> lblAmt_{};
 };

@@ -46,6 +46,8 @@ const QStringList kScenes = {"",
                              "cmdCustom mfgCustom_H lstRecord",
                              "cmdCustom mfgCustom_H lstRecord cmdDel",
                              "cmdCustom mfgCustom_H lstRecord cmdDelRecord",
+                             "cmdCustom mfgCustom_H lstRecord cmdLoadRecord",
+                             "cmdCombine cmdBack cmdCustom mfgCustom_H lstRecord cmdLoadRecord",
                              "cmdCustom mfgCustom_H cmdAdd",
                              "cmdCustom mfgCustom_H Command1",
                              "cmdCustom Command1 cmdCheck2",
@@ -156,7 +158,7 @@ class GesturesTest : public DatabaseFixture {
     std::filesystem::copy_file(folder_.Path() / "fresh.mdb", file_, std::filesystem::copy_options::overwrite_existing);
     const std::string database = Opening();
     frmMarlevo board(
-        {.customers = [&](QWidget* parent, const StoredListShower&) { frmCustom(parent, database).exec(); },
+        {.customers = [&](QWidget* parent, const StoredListShower& show) { frmCustom(parent, database, show).exec(); },
          .draws = [&](QWidget* parent) { frmInput(parent, database).exec(); },
          .print_note = [](QWidget* parent) { frmPrintNote(parent).exec(); },
          .set_printer = [&](QWidget* parent) { frmSetPrinter(parent, folder_.Path()).exec(); },

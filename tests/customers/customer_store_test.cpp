@@ -1,9 +1,12 @@
 #include "customers/customer_store.h"
 
 #include <algorithm>
+#include <fstream>
 #include <tuple>
 
 #include "customer_database.h"
+#include "customers/customer_search.h"
+#include "customers/day_backup.h"
 #include "platform/access/database/database.h"
 #include "support/ticket_text.h"
 
@@ -119,20 +122,44 @@ TEST_F(CustomerStoreTest, ListsReadsAndRemovesRecords) {
   int read = 0;
   const PurchaseRecord record = store_.Record("A01", "20021005143012", [&read](int count) { read = count; });
   EXPECT_EQ(read, 7);
-  const std::array<std::vector<RecordTicket>, kPlayModes> tickets = {
-      {{{"1", {"1", "2", "3", "4"}}, {"2", {"5", "6", "7", "8"}}},
-       {{"1", {"1", "1", "1"}}},
-       {{"1", {"1", "2", "3"}}},
-       {{"1", {"4", "5"}}},
-       {{"1", {"7", "8"}}}}};
-  EXPECT_EQ(record.tickets, tickets);
-  const std::array<std::optional<std::string>, kPlayModes> stakes = {{"25", "", "50", "75", "0.5"}};
-  EXPECT_EQ(record.stakes, stakes);
+  const PurchaseRecord expected = {{{{"1", "25", {"1", "2", "3", "4"}}, {"2", "25", {"5", "6", "7", "8"}}},
+                                    {{"1", "", {"1", "1", "1", "0"}}},
+                                    {{"1", "50", {"1", "2", "3", "0"}}},
+                                    {{"1", "75", {"4", "5", "6", "0"}}},
+                                    {{"1", "0.5", {"7", "8", "9", "0"}}}}};
+  EXPECT_EQ(record, expected);
+  EXPECT_EQ(SumText(record), "合計 6 張，175.5 元");
+  EXPECT_EQ(SumText({}), "");
 
   store_.RemoveRecord("A01", "20021006090000");
   EXPECT_EQ(store_.RecordsOf("A01"), std::vector(1, both[0]));
   EXPECT_EQ(Tickets("A01").find("20021006"), std::string::npos);
   EXPECT_NE(Tickets("A02"), "");
+}
+
+TEST_F(CustomerStoreTest, ARecordIsTakenBackAsTheListThatWasSaved) {
+  CurrentList list = test::Lists({{0, "1234 5678"}, {3, "126 103"}});
+  list.kinds[3].amount = 1250;
+  const std::string stamp = store_.Save("A01", TicketsToStore(list), no_step_);
+  EXPECT_EQ(store_.RecordsOf("A01"), std::vector(1, RecordSummary{stamp, 4}));
+  const std::optional<CurrentList> back = ListOfRecord(store_.Record("A01", stamp, no_step_));
+  ASSERT_TRUE(back);
+  for (int kind = 0; kind < kBetKinds; ++kind) {
+    EXPECT_EQ(back->kinds[kind].ticked, list.kinds[kind].ticked);
+    EXPECT_EQ(back->kinds[kind].tickets, list.kinds[kind].tickets);
+    EXPECT_EQ(back->kinds[kind].amount, list.kinds[kind].amount);
+  }
+  EXPECT_FALSE(ListOfRecord({}));
+  for (const RecordTicket& odd : {RecordTicket{"1", "30", {"1", "2", "3", "4"}},
+                                  {"1", "", {"1", "2", "3", "4"}},
+                                  {"1", "50", {"1", "2", "3", "4"}},
+                                  {"1", "25", {"1", "2", "3", ""}},
+                                  {"1", "25", {"1", "2", "-1", "4"}},
+                                  {"1", "25", {"11", "2", "3", "4"}}}) {
+    PurchaseRecord record;
+    record[0] = {{"1", "25", {"1", "2", "3", "4"}}, odd};
+    EXPECT_FALSE(ListOfRecord(record)) << odd.amount << ' ' << odd.digits[3];
+  }
 }
 
 TEST_F(CustomerStoreTest, FindsWinnersOfARecordACustomerOrAll) {
@@ -172,6 +199,31 @@ TEST_F(CustomerStoreTest, KnowsHowMuchTheFileTakes) {
   }
 }
 
+TEST(FindCustomer, GoesRoundOnceThroughAllThatMatch) {
+  const std::vector<Customer> customers = {{"A01", "王小明", "02-2345-6789", "", "99"},
+                                           {"a02", "陳ａ", "", "(09) 12-345 678", ""},
+                                           {"B03", "小王", "", "", "王"}};
+  const auto all = [&customers](std::string_view part, int from, int step) {
+    std::string rows;
+    std::optional<int> row = FindCustomer(customers, part, from, step);
+    for (int i = 0; row && i < 3; ++i, row = FindCustomer(customers, part, *row + step, step)) {
+      rows += std::to_string(*row);
+    }
+    return rows;
+  };
+  EXPECT_EQ(all("王", 0, 1), "020");
+  EXPECT_EQ(all("王", 1, 1), "202");
+  EXPECT_EQ(all("王", 1, -1), "020");
+  EXPECT_EQ(all("王", -1, -1), "202");
+  const std::pair<const char*, const char*> cases[] = {
+      {"A0", "010"}, {"b03", "222"}, {"王小", "000"}, {"Ａ", "111"}, {"2-2345", "000"}, {"0912345", "111"},
+      {"2 34-5", "010"}, {"99", ""}, {"-", ""}, {"A01 ", ""}, {"", ""}};
+  for (const auto& [part, rows] : cases) {
+    EXPECT_EQ(all(part, 0, 1), rows) << part;
+  }
+  EXPECT_FALSE(FindCustomer({}, "A", 0, 1));
+}
+
 TEST(RecordLine, IsReadBackAsItsStamp) {
   const std::pair<const char*, const char*> cases[] = {
       {"20021005143012", "2002/10/05-14:30:12    12張"},
@@ -195,6 +247,27 @@ TEST(RecordLine, IsReadBackAsItsStamp) {
   for (const auto& [line, stamp] : ways_back) {
     EXPECT_EQ(StampOfLine(line), stamp) << line;
   }
+}
+
+TEST_F(CustomerStoreTest, ABackupIsMadeInUseUnderTheDateAndReadBack) {
+  EXPECT_TRUE(store_.Add({"A01", "王小明", "", "", ""}));
+  const std::filesystem::path stick = folder_.Path() / "隨身碟";
+  std::filesystem::create_directory(stick);
+  std::ofstream(folder_.Path() / "4Star.ini") << "[PRINTER SET]\n";
+  const DayBackup day = BackupOfDay(Opening(), stick, "20261123203000");
+  EXPECT_FALSE(Replaces(day));
+  BackUp(day.database, day.settings);
+  EXPECT_TRUE(Replaces(day));
+  const std::filesystem::path copy = stick / "4star-2026-11-23.mdb";
+  EXPECT_EQ(CustomerStore(FileConnectionString(copy)).Customers(), store_.Customers());
+  EXPECT_EQ(std::filesystem::file_size(stick / "4Star-2026-11-23.ini"), 14U);
+
+  // A database with faults does not take the place of a good copy.
+  store_.Close();
+  std::fstream(file_, std::ios::in | std::ios::out | std::ios::binary).seekp(2 * 4096) << std::string(4096, '\xAA');
+  EXPECT_THROW(BackUp(day.database, day.settings), FileError);
+  EXPECT_EQ(CustomerStore(FileConnectionString(copy)).Customers().size(), 1U);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(stick), {}), 2);
 }
 
 }  // namespace
