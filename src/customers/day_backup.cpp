@@ -13,11 +13,8 @@ DayBackup BackupOfDay(const std::string& connection_string, const std::filesyste
                       std::string_view stamp) {
   const std::string file = ParseConnectionString(connection_string).file;
   const std::filesystem::path database(std::u8string(file.begin(), file.end()));
-  const std::string day = std::string(stamp.substr(0, 4))
-                              .append("-")
-                              .append(stamp.substr(4, 2))
-                              .append("-")
-                              .append(stamp.substr(6, 2));
+  const std::string day =
+      std::string(stamp.substr(0, 4)).append("-").append(stamp.substr(4, 2)).append("-").append(stamp.substr(6, 2));
   const auto copy_of = [&](const std::filesystem::path& original) {
     std::filesystem::path name = original.stem();
     name += "-" + day;

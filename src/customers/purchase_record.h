@@ -60,9 +60,9 @@ std::string StakeText(const std::vector<RecordTicket>& tickets);
 // How many tickets a record has and what they cost, e.g. "合計 2 張，50 元"; empty for a record without tickets.
 std::string SumText(const PurchaseRecord& record);
 
-// The list from which a save would store this record; it has no multipliers, because none are stored. Nothing when there
-// is no such list: the record is empty, or holds a digit or an amount that no list has, or tickets of one kind with
-// different amounts, which two saves within one second leave.
+// The list from which a save would store this record; it has no multipliers, because none are stored. Nothing when
+// there is no such list: the record is empty, or holds a digit or an amount that no list has, or tickets of one kind
+// with different amounts, which two saves within one second leave.
 std::optional<CurrentList> ListOfRecord(const PurchaseRecord& record);
 
 }  // namespace marlevo
