@@ -215,7 +215,7 @@ TEST_P(AccessFaults, LoseNothing) {
   const std::uint64_t steps = files.Steps();
   const std::uint64_t stride = scene.work.points == 0 ? 1 : std::max<std::uint64_t>(1, steps / scene.work.points);
   std::size_t points = 0;
-  for (std::uint64_t step = 1; step <= steps && !HasFailure(); step += stride) {
+  for (std::uint64_t step = 1; step <= steps && !HasFailure(); step += stride * pager::kMomentStep) {
     StopAt(step);
     FailAt(step, Trouble::kError);
     FailAt(step, Trouble::kFull);
@@ -254,7 +254,7 @@ TEST(AccessFaultsOfNewFiles, WholeOrNone) {
     static_cast<void>(Create(good, scene));
     const std::uint64_t steps = good.Steps();
     for (const Trouble trouble : {Trouble::kEnd, Trouble::kError, Trouble::kFull}) {
-      for (std::uint64_t step = 1; step <= steps; ++step, ++points) {
+      for (std::uint64_t step = 1; step <= steps; step += pager::kMomentStep, ++points) {
         FaultFiles files;
         files.Plan(step, trouble);
         bool done = false;

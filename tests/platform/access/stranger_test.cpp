@@ -17,6 +17,7 @@
 
 #include "platform/access/access_files.h"
 #include "platform/access/database/database.h"
+#include "platform/pager/fault_files.h"
 
 namespace marlevo::access {
 namespace {
@@ -209,7 +210,7 @@ class StrangerTest : public BothFormatsTest {
       ASSERT_EQ(Health(OpenBy(pager::NativeFiles())), "sound");
     }
     std::map<std::string, int> ends;
-    for (std::uint64_t moment = 1;; ++moment) {
+    for (std::uint64_t moment = 1;; moment += pager::kMomentStep) {
       SCOPED_TRACE(std::string(name) + " at moment " + std::to_string(moment));
       PutBack(before_);
       std::optional<Stranger> stranger;
@@ -310,7 +311,7 @@ TEST_P(StrangerTest, KeepsTheFileOpenOrTakesTheJournal) {
 TEST_P(StrangerTest, IsOurOwnProgramAndKilled) {
   const std::string worked = WorkedOn(before_);
   int ends[2] = {};
-  for (std::uint64_t moment = 1;; ++moment) {
+  for (std::uint64_t moment = 1;; moment += pager::kMomentStep) {
     SCOPED_TRACE(moment);
     PutBack(before_);
     std::optional<Stranger> killed(std::in_place, [&] {

@@ -17,6 +17,14 @@
 
 namespace marlevo::pager {
 
+// How far apart the moments are that a test of every moment tries. Every one; but every seventh under the sanitizers,
+// which take ten times as long and look for what goes wrong on the way, whatever the moment.
+#if defined(__SANITIZE_ADDRESS__)
+inline constexpr std::uint64_t kMomentStep = 7;
+#else
+inline constexpr std::uint64_t kMomentStep = 1;
+#endif
+
 class FaultFiles final : public FileSystem {
  public:
   enum class Trouble {

@@ -100,7 +100,7 @@ testing::AssertionResult HoldsPrefix(FaultFiles& disk, const History& history) {
 TEST(Faults, MachineStopsAnywhere) {
   const std::uint64_t steps = StepsOfWork();
   std::size_t disks = 0;
-  for (std::uint64_t step = 1; step <= steps; ++step) {
+  for (std::uint64_t step = 1; step <= steps; step += kMomentStep) {
     FaultFiles files;
     const History history = WorkUntil(step, files);
     ASSERT_TRUE(HoldsPrefix(*files.Killed(), history)) << "killed at step " << step;
@@ -114,7 +114,7 @@ TEST(Faults, MachineStopsAnywhere) {
 TEST(Faults, MachineStopsAgainWhileRecovering) {
   const std::uint64_t steps = StepsOfWork();
   std::size_t stops = 0;
-  for (std::uint64_t step = 1; step <= steps; step += 5) {
+  for (std::uint64_t step = 1; step <= steps; step += 5 * kMomentStep) {
     FaultFiles files;
     const History history = WorkUntil(step, files);
     const auto disk = [&] {
@@ -146,7 +146,7 @@ TEST(Faults, PassingTroubleLosesNothing) {
   const std::uint64_t steps = StepsOfWork();
   // Five errors in a row: the way back fails too, and has to be taken later.
   for (const auto& [trouble, count] : {std::pair(kError, 1U), {kError, 5U}, {kFull, 1U}}) {
-    for (std::uint64_t step = 1; step <= steps; ++step) {
+    for (std::uint64_t step = 1; step <= steps; step += kMomentStep) {
       SCOPED_TRACE(std::to_string(count) + (trouble == kFull ? " full" : " errors") + " from " + std::to_string(step));
       const auto seed = static_cast<std::uint32_t>(step);
       FaultFiles files;
