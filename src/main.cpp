@@ -40,14 +40,9 @@ int main(int argc, char** argv) {
   return application.Run([&board] {
     // Also when the settings cannot be loaded: the error report then stands over a board that can be used.
     const auto show = qScopeGuard([&board] {
-      constexpr QSize kComfortable(1304, 800);
-      const QSize available = QGuiApplication::primaryScreen()->availableSize();
-      board.resize(kComfortable.boundedTo(available));
-      if (available.width() <= kComfortable.width() || available.height() <= kComfortable.height()) {
-        board.showMaximized();
-      } else {
-        board.show();
-      }
+      constexpr QSize kComfortable(1304, 800);  // when the operator wants a smaller window
+      board.resize(kComfortable.boundedTo(board.screen()->availableSize()));
+      board.showMaximized();
     });
     board.Form_Load();
   });

@@ -3,15 +3,15 @@
 #include <QGridLayout>
 #include <QShortcut>
 
-#include "ui/appearance.h"
+#include "board/growth.h"
 
 namespace marlevo {
 
 namespace {
 
 constexpr int kColumns = 4;
-constexpr int kMainButtonHeight = 48;
-constexpr int kPanelMargin = 10;
+constexpr int kMainButtonHeight = 40;
+constexpr int kPanelMargin = 8;
 
 }  // namespace
 
@@ -47,8 +47,8 @@ QPushButton* ButtonBar::Add(const QString& name, const QString& caption, const Q
   tips.removeAll({});
   button->setToolTip(tips.join('\n'));
   if (emphasis == Emphasis::kMain) {
-    button->setMinimumHeight(kMainButtonHeight);
-    button->setFont(LargeFont());
+    main_ = button;
+    SetGrowth(1);
   }
 
   const int span = shape_ == Shape::kPanel ? static_cast<int>(width) : 1;
@@ -65,6 +65,13 @@ void ButtonBar::AddNote(QLabel* note) {
   row_ += column_ > 0 ? 1 : 0;
   grid_->addWidget(note, row_, 0, 1, kColumns);
   column_ = kColumns;
+}
+
+void ButtonBar::SetGrowth(double growth) {
+  if (main_ != nullptr) {
+    main_->setMinimumHeight(Grown(kMainButtonHeight, growth));
+    main_->setFont(Grown(LargeFont(), growth));
+  }
 }
 
 QString ButtonBar::Hint() const {

@@ -30,6 +30,9 @@ class ButtonBar : public QFrame {
   // Adds a label in a row of its own.
   void AddNote(QLabel* note);
 
+  // Makes the bar that many times as large; see board/growth.h. The other texts follow the font of the board.
+  void SetGrowth(double growth);
+
   // The keys and what they do, for the hint line: "F2 組合   F3 重覆選號碼組合 ..."
   QString Hint() const;
 
@@ -41,6 +44,7 @@ class ButtonBar : public QFrame {
 
   Shape shape_;
   QGridLayout* grid_;
+  QPushButton* main_ = nullptr;  // the main action, if the bar has one
   int row_ = 0;
   int column_ = 0;
   QList<Key> keys_;

@@ -3,18 +3,22 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include "ui/appearance.h"
+#include "board/growth.h"
 #include "ui/style.h"
 
 namespace marlevo {
 
 namespace {
 
-constexpr QSize kSmallest(22, 32);  // with all ten columns the board still fits into a window 800 wide
+// With all ten columns and all rows the board still fits into a window of 800 x 400.
+constexpr QSize kSmallest(22, 21);
 constexpr QSize kAction(34, 32);
 constexpr QSize kComfortable(56, 40);
-constexpr double kMarkSize = 14;
-constexpr double kSmallMarkSize = 10;  // in narrow cells, where the other would cover the digit
+constexpr double kDigitSize = 1.5;  // times the size of the board's other texts
+// In heights of those texts:
+constexpr double kMarkSize = 0.6;
+constexpr double kSmallMarkSize = 0.43;  // in narrow cells, where the other would cover the digit
+constexpr double kNarrow = 1.8;
 constexpr QRgb kFocus = 0xffe08a00;
 
 }  // namespace
@@ -24,9 +28,6 @@ DigitBox::DigitBox(QWidget* parent, const QString& name, const QString& caption,
   setObjectName(name);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setAttribute(Qt::WA_Hover);
-  if (kind == Kind::kAction) {
-    setFont(WindowFont());
-  }
 }
 
 QSize DigitBox::sizeHint() const {
@@ -74,9 +75,14 @@ void DigitBox::paintEvent(QPaintEvent*) {
   const int line = hasFocus() ? 3 : 1;
   painter.fillRect(rect(), QColor(hasFocus() ? kFocus : on ? colours::kAccentDark : colours::kLine));
   painter.fillRect(rect().adjusted(line, line, -line, -line), fill);
+  if (kind_ == Kind::kDigit) {
+    QFont large = Grown(font(), kDigitSize);
+    large.setWeight(on ? QFont::Bold : QFont::Normal);
+    painter.setFont(large);
+  }
   if (on) {
-    painter.setFont(LargeFont(QFont::Bold));
-    const double size = width() < kComfortable.width() * 0.75 ? kSmallMarkSize : kMarkSize;
+    const double text = fontMetrics().height();
+    const double size = text * (width() < kNarrow * text ? kSmallMarkSize : kMarkSize);
     DrawCheckMark(painter, QRectF(width() - size - 2, 2, size, size), Qt::white, 2);
   }
   painter.setPen(on ? QColor(Qt::white) : QColor(kind_ == Kind::kDigit ? colours::kText : colours::kFaintText));

@@ -1,5 +1,6 @@
 // A tick box drawn as one cell of the digit panel; a click anywhere in the cell ticks it. A ticked digit shows by
-// colour, by weight and by a check mark. All keys but Space are left to the panel.
+// colour, by weight and by a check mark. Digits are half as large again as the board's other texts. All keys but Space
+// are left to the panel.
 #pragma once
 
 #include <QCheckBox>

@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "ui/appearance.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -40,9 +39,17 @@ class ColumnTitle : public QLabel {
   }
 };
 
+// A text in as many lines as its width asks for. It takes the height that it gets, so that a layout does not reckon
+// with lines that the panel has room for anyway.
+class WrappedText : public QLabel {
+ public:
+  explicit WrappedText(QWidget* parent) : QLabel(parent) { setWordWrap(true); }
+
+  bool hasHeightForWidth() const override { return false; }
+};
+
 QLabel* NewColumnTitle(QWidget* parent, const QString& name, const QString& text) {
   auto* const title = Named(new ColumnTitle(text, parent), name);
-  title->setFont(WindowFont());
   title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   return title;
 }
@@ -50,7 +57,6 @@ QLabel* NewColumnTitle(QWidget* parent, const QString& name, const QString& text
 }  // namespace
 
 DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(this)) {
-  setFont(LargeFont());
   SetUpPanel(*this);
   grid_->setContentsMargins(6, 8, 8, 8);
   grid_->setSpacing(kBoxSpacing);
@@ -62,11 +68,9 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(
   grid_->setColumnMinimumWidth(0, 18);
   grid_->setColumnMinimumWidth(kGapColumn, 6);
 
-  reserved_ = NewLabel(this, "lblExtra", {});
+  reserved_ = Named(new WrappedText(this), "lblExtra");
   SetUpPanel(*reserved_);
   reserved_->setAlignment(Qt::AlignCenter);
-  reserved_->setFont(WindowFont());
-  reserved_->setWordWrap(true);
   reserved_->setForegroundRole(QPalette::PlaceholderText);
   reserved_->setBackgroundRole(QPalette::AlternateBase);
   ReserveExtraColumns(true);
@@ -77,7 +81,7 @@ void DigitPanel::AddShownColumns() {
   for (int digit = 0; digit < kDigits; ++digit) {
     QLabel* const title = NewLabel(this, ElementName("lblTitle", digit), QString::number(digit));
     title->setAlignment(Qt::AlignCenter);
-    title->setFont(WindowFont());
+    title->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     title->setForegroundRole(QPalette::PlaceholderText);
     grid_->addWidget(title, digit + 1, 0);
     grid_->setRowStretch(digit + 1, 1);

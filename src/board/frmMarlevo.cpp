@@ -6,16 +6,17 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "board/button_bar.h"
 #include "board/digit_panel.h"
 #include "board/expansion.h"
+#include "board/growth.h"
 #include "board/kind_rows.h"
 #include "board/result_panel.h"
 #include "filters/filters.h"
 #include "filters/instant_check.h"
-#include "ui/appearance.h"
 #include "ui/frmMessage.h"
 #include "ui/frmMessage2.h"
 #include "ui/question.h"
@@ -30,6 +31,8 @@ constexpr int kMargin = 12;
 constexpr int kSideWidth = 392;
 // In a larger board the columns would only drift apart.
 constexpr QSize kLargestBoard(1200, 800);
+constexpr double kMostGrowth = 1.5;
+constexpr double kGrowthStep = 0.125;  // every step needs fonts of its own
 constexpr const char* kCheckCaption = "即時對獎";
 constexpr const char* kDataCaption = "投注資料";
 
@@ -60,46 +63,42 @@ void frmMarlevo::Form_Load() {
 // has the way back to the picks. No other button stands where the next stage has one.
 void frmMarlevo::InitBoard() {
   picMain_ = Named(new QWidget, "picMain");
-  picMain_->setMaximumSize(kLargestBoard);
-  QLabel* const caption = NewLabel(picMain_, "lblCaption", "3、4 星   彩");
-  caption->setFont(LargeFont());
-  caption->setForegroundRole(QPalette::Link);
+  // Before there are drop-down lists: one whose font changes makes its list window at once, which would delay the
+  // start.
+  picMain_->setFont(WindowFont());
+  lblCaption_ = NewLabel(picMain_, "lblCaption", "3、4 星   彩");
+  lblCaption_->setForegroundRole(QPalette::Link);
 
   // Widgets are made in the order in which the Tab key reaches them: panels before their bars.
   picBox1_ = Named(new QWidget(picMain_), "picBox1");
   kinds_ = new KindRows(picBox1_);
-  kinds_->setFixedWidth(kSideWidth);
+  kinds_part_ = NewScrollingPart(kinds_);
   digits_ = new DigitPanel(picBox1_);
   picMenu1_ = NewSelectionBar();
   picMenu4_ = NewListBar();
-  picBox2_ = Named(new ResultPanel(picMain_, list_, kSideWidth), "picBox2");
+  picBox2_ = Named(new ResultPanel(picMain_, list_), "picBox2");
   picBox2_->hide();
   connect(picBox2_->CheckButton(), &QPushButton::clicked, this, &frmMarlevo::cmdCheck2_Click);
   picMenu2_ = NewResultBar();
   picMenu3_ = NewFilterBar();
-  for (ButtonBar* const bar : {picMenu1_, picMenu3_}) {
-    bar->setFixedWidth(kSideWidth);
-  }
   lblHint_ = NewLabel(picMain_, "lblHint", {});
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
   // A narrow window cuts off the line of keys; without this the line would make the board wider than the window.
   lblHint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
-  auto* const side = new QVBoxLayout;
-  side->setContentsMargins(0, 0, 0, picMenu1_->sizeHint().height() + kMargin);
-  side->addWidget(kinds_);
+  side_ = new QVBoxLayout;
+  side_->addWidget(kinds_part_);
   auto* const selection = new QHBoxLayout(picBox1_);
   selection->setContentsMargins(0, 0, 0, 0);
   selection->setSpacing(kMargin);
-  selection->addLayout(side);
+  selection->addLayout(side_);
   selection->addWidget(digits_, 1);
 
-  auto* const title = new QGridLayout;
-  title->setRowMinimumHeight(0, picMenu2_->sizeHint().height());
-  title->setColumnStretch(0, 1);
-  title->addWidget(caption, 0, 0);
-  title->addWidget(picMenu2_, 0, 1);
-  title->addWidget(picMenu4_, 0, 1, Qt::AlignRight);
+  title_ = new QGridLayout;
+  title_->setColumnStretch(0, 1);
+  title_->addWidget(lblCaption_, 0, 0);
+  title_->addWidget(picMenu2_, 0, 1);
+  title_->addWidget(picMenu4_, 0, 1, Qt::AlignRight);
   auto* const stage = new QGridLayout;
   stage->addWidget(picBox1_, 0, 0);
   stage->addWidget(picBox2_, 0, 0);
@@ -108,13 +107,32 @@ void frmMarlevo::InitBoard() {
   auto* const all = new QVBoxLayout(picMain_);
   all->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
   all->setSpacing(kMargin / 2);
-  all->addLayout(title);
+  all->addLayout(title_);
   all->addLayout(stage, 1);
   all->addWidget(lblHint_);
 
+  SetGrowth(1);
   ShowBar(picMenu1_);
   scroll_ = FillScrolling(this, picMain_);
   Form_Paint();
+}
+
+void frmMarlevo::SetGrowth(double growth) {
+  growth_ = growth;
+  const int side_width = Grown(kSideWidth, growth);
+  picMain_->setMaximumSize(Grown(kLargestBoard.width(), growth), Grown(kLargestBoard.height(), growth));
+  picMain_->setFont(Grown(WindowFont(), growth));
+  lblCaption_->setFont(Grown(LargeFont(), growth));
+  kinds_->SetGrowth(growth);
+  picBox2_->SetGrowth(growth, side_width);
+  for (ButtonBar* const bar : {picMenu1_, picMenu2_, picMenu3_}) {
+    bar->SetGrowth(growth);
+  }
+  for (QWidget* const part : std::initializer_list<QWidget*>{kinds_part_, picMenu1_, picMenu3_}) {
+    part->setFixedWidth(side_width);
+  }
+  side_->setContentsMargins(0, 0, 0, picMenu1_->sizeHint().height() + kMargin);
+  title_->setRowMinimumHeight(0, picMenu2_->sizeHint().height());
 }
 
 ButtonBar* frmMarlevo::NewSelectionBar() {
@@ -190,7 +208,6 @@ ButtonBar* frmMarlevo::NewFilterBar() {
   };
   auto* const bar = new ButtonBar(picMain_, "picMenu3", ButtonBar::Shape::kPanel);
   QLabel* const note = NewLabel(bar, "lblNote", "注意 ! 刪除法只會對正彩及三彩做刪除");
-  note->setWordWrap(true);
   bar->AddNote(note);
   for (const Button& button : kButtons) {
     // The keys of the filters take Shift, because without it the same keys open windows in the stages before.
@@ -210,6 +227,17 @@ void frmMarlevo::paintEvent(QPaintEvent* event) {
 // Centres the board in the window, in each direction in which the window is the larger one.
 void frmMarlevo::Form_Paint() {
   scroll_->setAlignment(Qt::AlignCenter);
+}
+
+void frmMarlevo::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const double room = std::min(static_cast<double>(width()) / TextPixels(kLargestBoard.width()),
+                               static_cast<double>(height()) / TextPixels(kLargestBoard.height()));
+  const double growth = std::clamp(std::floor(room / kGrowthStep) * kGrowthStep, 1.0, kMostGrowth);
+  if (growth != growth_) {
+    SetGrowth(growth);
+    ShowBar(bar_);  // another size of the bar
+  }
 }
 
 void frmMarlevo::closeEvent(QCloseEvent* event) {
@@ -411,6 +439,7 @@ const CurrentList& frmMarlevo::ReadList() {
 }
 
 void frmMarlevo::ShowBar(ButtonBar* bar) {
+  bar_ = bar;
   for (ButtonBar* const other : {picMenu1_, picMenu2_, picMenu3_}) {
     other->setVisible(other == bar);
   }

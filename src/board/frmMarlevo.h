@@ -10,8 +10,10 @@
 #include "tickets/tickets.h"
 #include "tickets/totals.h"
 
+class QGridLayout;
 class QLabel;
 class QScrollArea;
+class QVBoxLayout;
 
 namespace marlevo {
 
@@ -59,6 +61,7 @@ class frmMarlevo : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   using Expand = TicketCounts (*)(const Selection&, CurrentList&);
@@ -91,6 +94,8 @@ class frmMarlevo : public QWidget {
   void cmdBack2_Click();
 
   void InitBoard();
+  // Makes the board that many times as large; see board/growth.h.
+  void SetGrowth(double growth);
   ButtonBar* NewSelectionBar();
   ButtonBar* NewListBar();
   ButtonBar* NewResultBar();
@@ -113,6 +118,7 @@ class frmMarlevo : public QWidget {
   BoardWindows windows_;
   CurrentList list_;
 
+  double growth_ = 1;
   QScrollArea* scroll_ = nullptr;
   QWidget* picMain_ = nullptr;
   QWidget* picBox1_ = nullptr;
@@ -122,8 +128,13 @@ class frmMarlevo : public QWidget {
   ButtonBar* picMenu3_ = nullptr;
   ButtonBar* picMenu4_ = nullptr;
   KindRows* kinds_ = nullptr;
+  QScrollArea* kinds_part_ = nullptr;
   DigitPanel* digits_ = nullptr;
   QPushButton* cmdCheck_ = nullptr;
+  QVBoxLayout* side_ = nullptr;  // of kinds_; its lowest part is left to the bar
+  QGridLayout* title_ = nullptr;
+  ButtonBar* bar_ = nullptr;  // the one that is shown
+  QLabel* lblCaption_ = nullptr;
   QLabel* lblHint_ = nullptr;
 };
 

@@ -3,23 +3,22 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "ui/appearance.h"
+#include "board/growth.h"
 
 namespace marlevo {
 
 namespace {
 
-constexpr int kMultiplierWidth = 84;
-constexpr int kAmountWidth = 94;
+constexpr int kMultiplierWidth = 80;
+constexpr int kAmountWidth = 88;
 constexpr int kDiffersWidth = 16;
 constexpr QRgb kWarningGround = 0xfffff0c8;
 constexpr QRgb kWarningText = 0xff8a4500;
 
 // A list of the stakes; an entry's position is the same in every such list.
-DropDownList* NewStakeList(QWidget* parent, const QString& name, const QStringList& entries, int width) {
+DropDownList* NewStakeList(QWidget* parent, const QString& name, const QStringList& entries) {
   auto* const list = new DropDownList(parent, name);
   list->addItems(entries);
-  list->setFixedWidth(width);
   list->setMaxVisibleItems(kStakes);
   return list;
 }
@@ -29,17 +28,30 @@ DropDownList* NewStakeList(QWidget* parent, const QString& name, const QStringLi
 KindRows::KindRows(QWidget* parent) : QFrame(parent) {
   SetUpPanel(*this);
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(10, 10, 10, 10);
-  column->setSpacing(6);
+  column->setContentsMargins(6, 8, 6, 8);
+  column->setSpacing(4);
   for (int kind = 0; kind < kBetKinds; ++kind) {
     column->addWidget(NewRow(kind), 1);
+  }
+  SetGrowth(1);
+}
+
+void KindRows::SetGrowth(double growth) {
+  for (int kind = 0; kind < kBetKinds; ++kind) {
+    chkPlay_[kind]->parentWidget()->setFont(Grown(LargeFont(), growth));
+    cboPlay2_[kind]->setFixedWidth(Grown(kMultiplierWidth, growth));
+    cboPlay_[kind]->setFixedWidth(Grown(kAmountWidth, growth));
+    lblDiffers_[kind]->setFixedWidth(Grown(kDiffersWidth, growth));
+    lblDiffers_[kind]->setFont(Grown(WindowFont(), growth));
+    lblYuan_[kind]->setFont(Grown(WindowFont(), growth));
   }
 }
 
 QWidget* KindRows::NewRow(int kind) {
   auto* const row = Named(new QFrame(this), ElementName("fraPlay", kind));
   SetUpPanel(*row);
-  // The row has the font, not its drop-down lists: one that is given a font of its own makes its list window at once.
+  // A drop-down list whose font changes makes its list window at once, which would delay the start: the row has the
+  // font before the lists are made.
   row->setFont(LargeFont());
 
   auto* const tick = Named(new QCheckBox(QString::fromUtf8(kBetKindNames[kind]), row), ElementName("chkPlay", kind));
@@ -52,23 +64,20 @@ QWidget* KindRows::NewRow(int kind) {
     multipliers += QString::fromUtf8(kMultipliers[stake]);
     amounts += QString::number(kAmounts[stake]);
   }
-  DropDownList* const multiplier = NewStakeList(row, ElementName("cboPlay2", kind), multipliers, kMultiplierWidth);
+  DropDownList* const multiplier = NewStakeList(row, ElementName("cboPlay2", kind), multipliers);
   // Choosing the entry that is already chosen counts too.
   connect(multiplier, &QComboBox::activated, this, [this, kind] { cboPlay2_Click(kind); });
   connect(multiplier, &QComboBox::currentIndexChanged, this, [this, kind] { cboPlay2_Click(kind); });
-  DropDownList* const amount = NewStakeList(row, ElementName("cboPlay", kind), amounts, kAmountWidth);
+  DropDownList* const amount = NewStakeList(row, ElementName("cboPlay", kind), amounts);
   connect(amount, &QComboBox::currentIndexChanged, this, [this, kind] { cboPlay_Click(kind); });
   QLabel* const differs = NewLabel(row, ElementName("lblDiffers", kind), {});
-  differs->setFont(WindowFont());
-  differs->setFixedWidth(kDiffersWidth);
   differs->setAlignment(Qt::AlignCenter);
 
   QLabel* const yuan = NewLabel(row, ElementName("lblYuan", kind), "元");
-  yuan->setFont(WindowFont());
 
   auto* const line = new QHBoxLayout(row);
-  line->setContentsMargins(10, 3, 10, 3);
-  line->setSpacing(8);
+  line->setContentsMargins(8, 1, 8, 1);
+  line->setSpacing(6);
   line->addWidget(tick, 1);
   auto* const stakes = new QHBoxLayout;
   stakes->setSpacing(0);
@@ -82,6 +91,7 @@ QWidget* KindRows::NewRow(int kind) {
   cboPlay_[kind] = amount;
   cboPlay2_[kind] = multiplier;
   lblDiffers_[kind] = differs;
+  lblYuan_[kind] = yuan;
   MarkStakes(kind);
   return row;
 }

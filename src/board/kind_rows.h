@@ -20,6 +20,8 @@ class KindRows : public QFrame {
   // Shows which kinds of a list are ticked, and the amounts and multipliers of those.
   void Write(const CurrentList& list);
   void UntickAll();
+  // Makes the rows that many times as large; see board/growth.h.
+  void SetGrowth(double growth);
 
  private:
   QWidget* NewRow(int kind);
@@ -33,6 +35,7 @@ class KindRows : public QFrame {
   PerKind<DropDownList*> cboPlay_{};
   PerKind<DropDownList*> cboPlay2_{};
   PerKind<QLabel*> lblDiffers_{};
+  PerKind<QLabel*> lblYuan_{};
 };
 
 }  // namespace marlevo

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ui/appearance.h"
+#include "board/growth.h"
 #include "ui/grid.h"
 
 namespace marlevo {
@@ -43,7 +43,7 @@ class TicketDelegate : public QStyledItemDelegate {
 
 }  // namespace
 
-ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list, int side_width)
+ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list)
     : QWidget(parent), list_(list), SSTab1_(Named(new QTabWidget(this), "SSTab1")) {
   for (int kind = 0; kind < kBetKinds; ++kind) {
     AddGrid(kind);
@@ -57,8 +57,6 @@ ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list, int side_widt
   txtCombineMessage_->setFocusPolicy(Qt::ClickFocus);
   txtCombineMessage_->document()->setDocumentMargin(8);
   txtCombineMessage_->setLineWrapMode(QPlainTextEdit::NoWrap);
-  txtCombineMessage_->setFont(AlignedFont());
-  txtCombineMessage_->setFixedWidth(side_width);
 
   picCheck_ = NewCheckArea();
   picCheck_->hide();
@@ -76,15 +74,32 @@ ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list, int side_widt
   line->addLayout(list_column, 1);
 }
 
+void ResultPanel::SetGrowth(double growth, int side_width) {
+  QFont digits = WindowFont();
+  digits.setPointSizeF(kGridPoints * TextScale() * growth);
+  for (QTableView* const grid : mfgData_) {
+    grid->setFont(digits);
+    FitRows(*grid);
+    QHeaderView& numbers = *grid->verticalHeader();
+    numbers.setFixedWidth(static_cast<int>(std::lround(kSequenceWidth * grid->fontMetrics().horizontalAdvance('W'))));
+  }
+  const QFont aligned = Grown(AlignedFont(), growth);
+  txtCombineMessage_->setFont(aligned);
+  txtCombineMessage_->setFixedWidth(side_width);
+  lstCheck_->setFont(aligned);
+  lstCheck_->setMaximumHeight(QFontMetrics(aligned).height() * kCheckLines + 12);
+  for (DropDownList* const list : cboCheck_) {
+    list->setFixedWidth(Grown(kDrawnWidth, growth));
+  }
+  FitColumns();
+}
+
 void ResultPanel::KeepFree(int height) {
   side_->setContentsMargins(0, 0, 0, height);
 }
 
 void ResultPanel::AddGrid(int kind) {
   auto* const grid = Named(new QTableView(SSTab1_), ElementName("mfgData", kind));
-  QFont font = grid->font();
-  font.setPointSizeF(kGridPoints);
-  grid->setFont(font);
   SetUpGrid(*grid, GridSelection::kRow);
   grid->setItemDelegate(new TicketDelegate(grid));
   models_[kind] = new TicketModel(list_.kinds[kind].tickets, DigitColumns(kind), grid);
@@ -93,7 +108,6 @@ void ResultPanel::AddGrid(int kind) {
   grid->hideColumn(0);
   QHeaderView& numbers = *grid->verticalHeader();
   numbers.show();
-  numbers.setFixedWidth(static_cast<int>(std::lround(kSequenceWidth * grid->fontMetrics().horizontalAdvance('W'))));
   numbers.setDefaultAlignment(Qt::AlignCenter);
   numbers.setHighlightSections(false);
   numbers.setSectionsClickable(false);
@@ -113,7 +127,6 @@ QWidget* ResultPanel::NewCheckArea() {
       list->addItem(QString::number(digit));
     }
     list->setMaxVisibleItems(10);
-    list->setFixedWidth(kDrawnWidth);
     drawn->addWidget(NewLabel(area, ElementName("lblCheck", position), QString::fromUtf8(kPositionNames[position])), 0,
                      position);
     drawn->addWidget(list, 1, position);
@@ -124,10 +137,8 @@ QWidget* ResultPanel::NewCheckArea() {
   drawn->setColumnStretch(4, 1);
 
   lstCheck_ = Named(new QListWidget(area), "lstCheck");
-  lstCheck_->setFont(AlignedFont());
   // Nothing is lost without a scroll bar: in a narrow window only the line of hyphens is cut off.
   lstCheck_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  lstCheck_->setFixedHeight(QFontMetrics(AlignedFont()).height() * kCheckLines + 12);
 
   auto* const column = new QVBoxLayout(area);
   column->setContentsMargins(12, 10, 12, 12);
@@ -136,9 +147,12 @@ QWidget* ResultPanel::NewCheckArea() {
   return area;
 }
 
-// The columns of digits share the width that there is, between the two limits.
 void ResultPanel::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
+  FitColumns();
+}
+
+void ResultPanel::FitColumns() {
   layout()->activate();
   for (int kind = 0; kind < kBetKinds; ++kind) {
     QTableView& grid = *mfgData_[kind];

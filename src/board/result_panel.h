@@ -22,8 +22,11 @@ class ResultPanel : public QWidget {
   Q_OBJECT
 
  public:
-  // `list` outlives the panel. `side_width`: width of the totals text.
-  ResultPanel(QWidget* parent, const CurrentList& list, int side_width);
+  // `list` outlives the panel.
+  ResultPanel(QWidget* parent, const CurrentList& list);
+
+  // Makes the panel that many times as large; see board/growth.h. `side_width`: width of the totals text.
+  void SetGrowth(double growth, int side_width);
 
   // Leaves this height under the totals text empty: a button bar of the board stands there. 0 when none does.
   void KeepFree(int height);
@@ -50,6 +53,8 @@ class ResultPanel : public QWidget {
 
  private:
   void AddGrid(int kind);
+  // The columns of digits share the width that there is, between two limits.
+  void FitColumns();
   QWidget* NewCheckArea();
 
   const CurrentList& list_;

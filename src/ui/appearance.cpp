@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QToolTip>
+#include <algorithm>
+#include <cmath>
 
 #include "ui/style.h"
 
@@ -26,6 +28,16 @@ QString Family(const QStringList& families) {
 
 }  // namespace
 
+double TextScale() {
+  static const double scale =
+      std::max(1.0, QFontDatabase::systemFont(QFontDatabase::GeneralFont).pointSizeF() / kWindowPoints);
+  return scale;
+}
+
+int TextPixels(double pixels) {
+  return static_cast<int>(std::lround(pixels * TextScale()));
+}
+
 QFont WindowFont() {
   static const QString family = Family({"Microsoft JhengHei UI", "Microsoft JhengHei", "Noto Sans CJK TC",
                                         "Noto Sans TC", "PingFang TC", "WenQuanYi Micro Hei"});
@@ -37,13 +49,13 @@ QFont WindowFont() {
   // on Windows, where the same preference chooses another way of drawing.
   font.setHintingPreference(QFont::PreferFullHinting);
 #endif
-  font.setPointSizeF(kWindowPoints);
+  font.setPointSizeF(kWindowPoints * TextScale());
   return font;
 }
 
 QFont LargeFont(QFont::Weight weight) {
   QFont font = WindowFont();
-  font.setPointSizeF(kLargePoints);
+  font.setPointSizeF(kLargePoints * TextScale());
   font.setWeight(weight);
   return font;
 }
@@ -55,7 +67,7 @@ QFont AlignedFont() {
   // Hinting rounds widths to whole pixels; a full-width character of 19 pixels would then have no half of 9.5, and
   // columns would drift apart.
   font.setHintingPreference(QFont::PreferNoHinting);
-  font.setPointSizeF(kAlignedPoints);
+  font.setPointSizeF(kAlignedPoints * TextScale());
   return font;
 }
 

@@ -6,6 +6,11 @@
 
 namespace marlevo {
 
+// How many times as large as this program's own text the system's text is; at least 1. All fonts below follow it.
+double TextScale();
+// The same for distances that belong to a text: `pixels` as they fit this program's own text.
+int TextPixels(double pixels);
+
 // The font of the windows: the first Traditional Chinese family that the system has.
 QFont WindowFont();
 

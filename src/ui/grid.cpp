@@ -39,7 +39,7 @@ void SetUpGrid(QTableView& grid, GridSelection selection) {
   rows->hide();
   rows->setSectionResizeMode(QHeaderView::Fixed);
   rows->setMinimumSectionSize(1);
-  rows->setDefaultSectionSize(grid.fontMetrics().height() + 8);
+  FitRows(grid);
 
   QHeaderView* const columns = grid.horizontalHeader();
   columns->setHighlightSections(false);
@@ -54,6 +54,10 @@ void SetUpGrid(QTableView& grid, GridSelection selection) {
   grid.setCornerButtonEnabled(false);
   grid.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   grid.setItemDelegate(new CellDelegate(&grid));
+}
+
+void FitRows(QTableView& grid) {
+  grid.verticalHeader()->setDefaultSectionSize(grid.fontMetrics().height() + 8);
 }
 
 void SetColumnWidth(QTableView& grid, int column, double width) {

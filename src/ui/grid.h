@@ -15,6 +15,9 @@ enum class GridSelection { kNone, kRow };
 // cost.
 void SetUpGrid(QTableView& grid, GridSelection selection);
 
+// Gives the rows the height that belongs to the grid's font. Call after the font is changed.
+void FitRows(QTableView& grid);
+
 // Makes a column `width` times as wide as the text "W" in the grid's font. Call after the model is set.
 void SetColumnWidth(QTableView& grid, int column, double width);
 // The same for the columns from 0 on.

@@ -1,20 +1,57 @@
 #include "ui/scrolling.h"
 
+#include <QEvent>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace marlevo {
 
+namespace {
+
+class ScrollingPart : public QScrollArea {
+ public:
+  using QScrollArea::QScrollArea;
+
+  QSize sizeHint() const override { return widget()->sizeHint(); }
+  QSize minimumSizeHint() const override {
+    // So high that something is to be seen of what scrolls.
+    return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), 2 * fontMetrics().height()};
+  }
+
+ protected:
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::LayoutRequest) {
+      updateGeometry();  // the page needs another size
+    }
+    return QScrollArea::event(event);
+  }
+};
+
+void SetUpScrolling(QScrollArea& scroll, QWidget* page) {
+  scroll.setFrameStyle(QFrame::NoFrame);
+  scroll.setFocusPolicy(Qt::NoFocus);
+  scroll.setWidgetResizable(true);
+  scroll.setWidget(page);
+}
+
+}  // namespace
+
 QScrollArea* FillScrolling(QWidget* window, QWidget* page) {
   auto* const scroll = new QScrollArea(window);
-  scroll->setFrameStyle(QFrame::NoFrame);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setWidgetResizable(true);
-  scroll->setWidget(page);
+  SetUpScrolling(*scroll, page);
   auto* const all = new QVBoxLayout(window);
   all->setContentsMargins(0, 0, 0, 0);
   all->addWidget(scroll);
   return scroll;
+}
+
+QScrollArea* NewScrollingPart(QWidget* page) {
+  auto* const part = new ScrollingPart;
+  SetUpScrolling(*part, page);
+  part->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  part->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+  return part;
 }
 
 }  // namespace marlevo

@@ -10,4 +10,8 @@ namespace marlevo {
 // and always so far that the widget with the focus can be seen. Returns the scroll area.
 QScrollArea* FillScrolling(QWidget* window, QWidget* page);
 
+// A part of a window that takes the room that `page` needs, and scrolls up and down when the window is too low for
+// that, so that what stands beside the part, its window's buttons above all, never scrolls away.
+QScrollArea* NewScrollingPart(QWidget* page);
+
 }  // namespace marlevo
