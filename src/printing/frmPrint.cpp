@@ -5,8 +5,11 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
+#include <QScreen>
+#include <QTime>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -17,6 +20,7 @@
 #include "printing/print_progress.h"
 #include "printing/slip_settings_file.h"
 #include "ui/frmMessage.h"
+#include "ui/scrolling.h"
 #include "ui/select_all_edit.h"
 #include "ui/widgets.h"
 
@@ -29,6 +33,40 @@ constexpr int kKindWidth = 14;
 constexpr int kRangeWidth = 22;
 constexpr int kCountWidth = 11;
 constexpr int kMultiDrawWidth = 16;
+constexpr int kRowMargin = 12;
+constexpr int kSaidWidth = 44;  // of the lines beside the buttons
+
+// The frame of a kind: a click beside its boxes is a click on its tick box.
+class KindFrame : public QFrame {
+ public:
+  using QFrame::QFrame;
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override { pressed_ = event->button() == Qt::LeftButton; }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (std::exchange(pressed_, false) && rect().contains(event->pos())) {
+      auto* const tick = findChild<QCheckBox*>();
+      tick->setFocus(Qt::MouseFocusReason);
+      tick->click();
+    }
+  }
+  // The second press of a double click is no click of its own.
+  void mouseDoubleClickEvent(QMouseEvent*) override {}
+
+ private:
+  bool pressed_ = false;
+};
+
+// "4星彩投注單 2 張、3星彩投注單 1 張"; types without slips are left out.
+QString SlipsText(const std::map<SlipType, int, std::greater<>>& slips, const QString& noun) {
+  QStringList texts;
+  for (const auto& [type, count] : slips) {
+    if (count > 0) {
+      texts += QString::fromUtf8(SlipCaption(type)) + noun + QString(" %1 張").arg(count);
+    }
+  }
+  return texts.join("、");
+}
 
 int TicketCount(const KindList& list) {
   return static_cast<int>(list.tickets.size());
@@ -36,7 +74,7 @@ int TicketCount(const KindList& list) {
 
 QHBoxLayout* NewRowLayout(QWidget* row) {
   auto* const layout = new QHBoxLayout(row);
-  layout->setContentsMargins(12, 6, 12, 6);
+  layout->setContentsMargins(kRowMargin, 6, 0, 6);
   layout->setSpacing(12);
   return layout;
 }
@@ -63,8 +101,9 @@ frmPrint::frmPrint(QWidget* parent, const CurrentList& list, std::filesystem::pa
 
 void frmPrint::SetUpWidgets() {
   QWidget* const heading = NewHeading();
+  auto* const rows = new QWidget(this);
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    rows_[kind] = NewKindRow(kind);
+    rows_[kind] = NewKindRow(rows, kind);
   }
   for (int i = 0; i < 2; ++i) {
     QRadioButton*& option = Option1_[i];
@@ -73,9 +112,6 @@ void frmPrint::SetUpWidgets() {
   }
   chkPage_ = Named(new QCheckBox("印出序號", this), "chkPage");
   chkPage_->setToolTip("在投注單的每一注旁印上它在清單中的序號");
-  lblSlips_ = NewLabel(this, "lblSlips", {});
-  QPushButton* const cmdPrint = NewPrintButton(this, "列  印", [this] { cmdPrint_Click(); });
-  QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開", &frmPrint::cmdCancel_Click);
 
   auto* const count = new QGroupBox("列印張數", this);
   auto* const options = new QHBoxLayout(count);
@@ -85,24 +121,42 @@ void frmPrint::SetUpWidgets() {
   options->addStretch();
   options->addWidget(chkPage_);
 
-  auto* const buttons = new QHBoxLayout;
-  buttons->setSpacing(12);
-  buttons->addWidget(lblSlips_, 1);
-  buttons->addWidget(cmdPrint);
-  buttons->addWidget(cmdCancel);
+  auto* const kinds = new QVBoxLayout(rows);
+  kinds->setContentsMargins(0, 0, 0, 0);
+  kinds->setSpacing(8);
+  for (const KindRow& row : rows_) {
+    kinds->addWidget(row.fraPlay);
+  }
+  kinds->addStretch();
 
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(20, 16, 20, 16);
   column->setSpacing(8);
-  column->setSizeConstraint(QLayout::SetFixedSize);
   column->addWidget(count);
   column->addSpacing(4);
   column->addWidget(heading);
-  for (const KindRow& row : rows_) {
-    column->addWidget(row.fraPlay);
-  }
+  column->addWidget(NewScrollingPart(rows), 1);
   column->addSpacing(8);
-  column->addLayout(buttons);
+  column->addLayout(NewButtons());
+}
+
+QLayout* frmPrint::NewButtons() {
+  lblSlips_ = NewLabel(this, "lblSlips", {});
+  lblPrinter_ = NewLabel(this, "lblPrinter", {});
+  lblSent_ = NewLabel(this, "lblSent", {});
+  auto* const said = new QVBoxLayout;
+  said->setSpacing(2);
+  for (QLabel* const line : {lblSlips_, lblPrinter_, lblSent_}) {
+    line->setFixedWidth(kSaidWidth * fontMetrics().horizontalAdvance('0'));
+    said->addWidget(line);
+  }
+  auto* const buttons = new QHBoxLayout;
+  buttons->setSpacing(12);
+  buttons->addLayout(said);
+  buttons->addStretch();
+  buttons->addWidget(NewPrintButton(this, "列  印", [this] { cmdPrint_Click(); }));
+  buttons->addWidget(NewButton(this, "cmdCancel", "離  開", &frmPrint::cmdCancel_Click));
+  return buttons;
 }
 
 QWidget* frmPrint::NewHeading() {
@@ -116,8 +170,8 @@ QWidget* frmPrint::NewHeading() {
   return heading;
 }
 
-frmPrint::KindRow frmPrint::NewKindRow(int kind) {
-  auto* const frame = Named(new QFrame(this), ElementName("fraPlay", kind));
+frmPrint::KindRow frmPrint::NewKindRow(QWidget* parent, int kind) {
+  auto* const frame = Named(new KindFrame(parent), ElementName("fraPlay", kind));
   frame->setFrameShape(QFrame::StyledPanel);
   KindRow row;
   row.kind = kind;
@@ -137,6 +191,8 @@ frmPrint::KindRow frmPrint::NewKindRow(int kind) {
   range->addWidget(row.txtEnd);
   NewColumn(columns, kCountWidth)->addWidget(row.lblMax);
   NewColumn(columns, kMultiDrawWidth)->addWidget(row.cboMD);
+  // Makes room for the scroll bar that a low window has.
+  columns->addSpacerItem(new QSpacerItem(kRowMargin, 0, QSizePolicy::Preferred));
 
   for (QLineEdit* const box : {row.txtStart, row.txtEnd}) {
     box->setValidator(new QRegularExpressionValidator(QRegularExpression("[0-9]*"), box));
@@ -163,6 +219,13 @@ void frmPrint::Form_Load() {
     }
   }
   Option1_[0]->setChecked(true);
+  ShowSlipCount();
+  const QString printer = QString::fromStdString(DefaultPrinterName());
+  lblPrinter_->setText(printer.isEmpty()
+                           ? "沒有預設印表機，請先在系統設定裡設好"
+                           : fontMetrics().elidedText("印表機 " + printer, Qt::ElideMiddle, lblPrinter_->width()));
+  lblPrinter_->setToolTip(printer);
+  resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 void frmPrint::Option1_Click() {
@@ -196,19 +259,24 @@ int frmPrint::SlipsOf(const KindRow& row) const {
 }
 
 void frmPrint::ShowSlipCount() {
-  QStringList needed;
-  if (CheckPrintChoices(Option1_[0]->isChecked(), Choices()) == 0) {
-    for (const SlipType type : {SlipType::kFourDigit, SlipType::kThreeDigit}) {
-      int slips = 0;
-      for (const KindRow& row : rows_) {
-        slips += SlipTypeOfKind(row.kind) == type ? SlipsOf(row) : 0;
-      }
-      if (slips > 0) {
-        needed += QString("%1投注單 %2 張").arg(QString::fromUtf8(SlipCaption(type))).arg(slips);
-      }
+  const auto ticked = [](const KindRow& row) { return row.chkPlay->isChecked(); };
+  const int code = CheckPrintChoices(Option1_[0]->isChecked(), Choices());
+  if (std::ranges::none_of(rows_, ticked)) {
+    lblSlips_->setText("請先勾選要印的種類");
+  } else if (code != 0) {
+    lblSlips_->setText(QString::fromStdString(PrintChoicesMessage(code)));
+  } else {
+    SlipCounts slips;
+    for (const KindRow& row : rows_) {
+      slips[SlipTypeOfKind(row.kind)] += SlipsOf(row);
     }
+    const QString needed = SlipsText(slips, "投注單");
+    lblSlips_->setText(needed.isEmpty() ? "沒有可以印的號碼" : "需要 " + needed);
   }
-  lblSlips_->setText(needed.isEmpty() ? QString() : "需要 " + needed.join("、"));
+}
+
+void frmPrint::ShowSent(const SlipCounts& slips) {
+  lblSent_->setText(QTime::currentTime().toString("HH:mm:ss") + " 已送出 " + SlipsText(slips, ""));
 }
 
 void frmPrint::cmdPrint_Click() {
@@ -230,6 +298,7 @@ void frmPrint::PrintSlips() {
     slips += SlipsOf(row);
   }
   PrintProgress progress(this, slips);
+  SlipCounts sent;
   for (const KindRow& row : rows_) {
     if (progress.Cancelled()) {
       break;
@@ -239,6 +308,7 @@ void frmPrint::PrintSlips() {
     }
     const SlipOrder order = OrderOf(row);
     LoadSlipSettings(settings_folder_, order.type);
+    const int before = progress.Pages();
     PrintJob job(row.chkPlay->text().toStdString());
     for (const PageDrawing& slip : SlipMarks(row.list->tickets, order, SlipSettings())) {
       if (!progress.NextPage()) {
@@ -248,6 +318,8 @@ void frmPrint::PrintSlips() {
       job.NewPage();
     }
     job.End();
+    sent[order.type] += progress.Pages() - before;
+    ShowSent(sent);
   }
   progress.Finish();
 }

@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <array>
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <vector>
 
 #include "printing/print_choices.h"
@@ -29,6 +31,9 @@ class frmPrint : public QDialog {
   frmPrint(QWidget* parent, const CurrentList& list, std::filesystem::path settings_folder);
 
  private:
+  // Slips of each type.
+  using SlipCounts = std::map<SlipType, int, std::greater<>>;  // the four-digit slip comes first, as its kinds do
+
   struct KindRow {
     int kind;
     const KindList* list;
@@ -47,15 +52,18 @@ class frmPrint : public QDialog {
   void cmdCancel_Click();
   // One job for each ticked kind, with the settings that its file holds when the job begins.
   void PrintSlips();
+  // Says when how many slips of each type went to the printer.
+  void ShowSent(const SlipCounts& slips);
 
   QWidget* NewHeading();
-  KindRow NewKindRow(int kind);
+  KindRow NewKindRow(QWidget* parent, int kind);
+  QLayout* NewButtons();
 
   std::array<KindChoice, kBetKinds> Choices() const;
   SlipOrder OrderOf(const KindRow& row) const;
   // Slips that the kind's job takes; 0 when the kind is not to be printed.
   int SlipsOf(const KindRow& row) const;
-  // Tells the operator how many slips to have ready.
+  // Tells the operator how many slips to have ready, or what is missing before anything is printed.
   void ShowSlipCount();
 
   const CurrentList& list_;
@@ -64,6 +72,8 @@ class frmPrint : public QDialog {
   std::array<QRadioButton*, 2> Option1_;
   QCheckBox* chkPage_;
   QLabel* lblSlips_;
+  QLabel* lblPrinter_;
+  QLabel* lblSent_;
 };
 
 }  // namespace marlevo

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "platform/base/text.h"
@@ -20,26 +21,34 @@ namespace {
 
 constexpr int kPageCounts = 20;
 
-// Shows the memo sheet on the screen.
+// Shows the memo sheet on the screen, smaller where the window is low.
 class SheetPicture : public QWidget {
  public:
   explicit SheetPicture(QWidget* parent) : QWidget(parent), sheet_(MemoSheet()) {
     setObjectName("picNote");
-    setFixedSize(340, static_cast<int>(340 * sheet_.height / sheet_.width));
+    setMinimumWidth(kWidth / 2);
+    setMaximumSize(sizeHint());
   }
+
+  QSize sizeHint() const override { return {kWidth, static_cast<int>(kWidth * sheet_.height / sheet_.width)}; }
 
  protected:
   void paintEvent(QPaintEvent*) override {
+    QRect paper({}, sizeHint().scaled(size(), Qt::KeepAspectRatio));
+    paper.moveCenter(rect().center());
     QPainter painter(this);
-    painter.fillRect(rect(), Qt::white);
+    painter.fillRect(paper, Qt::white);
     painter.setPen(QColor::fromRgb(colours::kLine));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    painter.drawRect(paper.adjusted(0, 0, -1, -1));
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(width() / sheet_.width, height() / sheet_.height);
+    painter.translate(paper.topLeft());
+    painter.scale(paper.width() / sheet_.width, paper.height() / sheet_.height);
     sheet_.draw(painter);
   }
 
  private:
+  static constexpr int kWidth = 340;
+
   Picture sheet_;
 };
 
@@ -73,7 +82,6 @@ void frmPrintNote::SetUpWidgets() {
   auto* const columns = new QHBoxLayout(this);
   columns->setContentsMargins(20, 16, 20, 16);
   columns->setSpacing(24);
-  columns->setSizeConstraint(QLayout::SetFixedSize);
   columns->addWidget(new SheetPicture(this));
   columns->addLayout(right);
 }
@@ -85,6 +93,7 @@ void frmPrintNote::Form_Load() {
   }
   cboPage_->setCurrentText("1");
   cboPage_->setFocus();
+  resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 void frmPrintNote::cmdCancel_Click() {

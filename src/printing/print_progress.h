@@ -14,6 +14,8 @@ class PrintProgress {
 
   // To be called before each page. False once the operator has cancelled: the page must not be printed then.
   bool NextPage();
+  // How many NextPage let through.
+  int Pages() const { return pages_; }
   bool Cancelled() const { return window_.wasCanceled(); }
 
   // To be called after the last job: after a cancel, which closes the window, tells the operator how many pages went
@@ -23,7 +25,7 @@ class PrintProgress {
  private:
   QProgressDialog window_;
   QElapsedTimer since_update_;
-  int pages_ = 0;  // how many NextPage let through
+  int pages_ = 0;
 };
 
 }  // namespace marlevo

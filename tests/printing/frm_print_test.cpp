@@ -27,7 +27,14 @@ class FrmPrint : public PrintingTest {
 
 TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
   list_.kinds[kFourBox].ticked = false;  // its tickets are still there
-  const auto window = Window({"chkPlay(0)", "chkPlay(4)", "chkPage"});
+  const auto window = Window({"chkPlay(0)", "chkPage"});
+  auto& row = Find<QWidget>(*window, "fraPlay(4)");
+  QTest::mouseClick(&row, Qt::LeftButton, {}, {3, 3});
+  QTest::mouseDClick(&row, Qt::LeftButton, {}, {3, 3});  // the second press of a double click
+  QTest::mouseRelease(&row, Qt::LeftButton, {}, {3, 3});
+  QTest::mouseClick(&Find<QWidget>(*window, "lblMax(4)"), Qt::LeftButton);
+  EXPECT_FALSE(Find<QCheckBox>(*window, "chkPlay(4)").isChecked());
+  QTest::mouseClick(&Find<QWidget>(*window, "lblMax(4)"), Qt::LeftButton);
   for (int kind = 0; kind < kBetKinds; ++kind) {
     const bool offered = kind != kFourBox && kind != kThreeBox;
     EXPECT_EQ(Find<QWidget>(*window, QString("fraPlay(%1)").arg(kind)).isVisible(), offered) << kind;
@@ -36,7 +43,10 @@ TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
   Type(*window, "txtStart(0)", "3");  // counts only when ranges are printed
   Type(*window, "txtEnd(0)", "4");
   EXPECT_EQ(LabelText(*window, "lblSlips"), "需要 4星彩投注單 2 張、3星彩投注單 2 張");
+  EXPECT_NE(LabelText(*window, "lblPrinter").find("印表機 "), std::string::npos);
+  EXPECT_EQ(LabelText(*window, "lblSent"), "");
   Click(*window, "cmdPrint");
+  EXPECT_TRUE(LabelText(*window, "lblSent").ends_with(" 已送出 4星彩 2 張、3星彩 2 張"));
 
   const auto jobs = queue_->TakeJobs();
   ASSERT_EQ(jobs.size(), 2U);
@@ -63,7 +73,7 @@ TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
   Type(*window, "txtEnd(4)", "6");
   EXPECT_EQ(LabelText(*window, "lblSlips"), "需要 4星彩投注單 1 張、3星彩投注單 1 張");
   Type(*window, "txtStart(4)", "7");  // nothing that could be printed
-  EXPECT_EQ(LabelText(*window, "lblSlips"), "");
+  EXPECT_EQ(LabelText(*window, "lblSlips"), "3星對彩開始範圍不可大於結束範圍 !");
 }
 
 TEST_F(FrmPrint, SaysWhatIsWrongAndPrintsNothing) {

@@ -190,6 +190,10 @@ void PrintJob::End() {
   }
 }
 
+std::string DefaultPrinterName() {
+  return QPrinterInfo::defaultPrinter().printerName().toStdString();
+}
+
 PaperSize DefaultPaper() {
   return InTwips(PaperOf(QPrinterInfo::defaultPrinter()).sizePoints());
 }

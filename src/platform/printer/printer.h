@@ -71,6 +71,9 @@ class PrintJob {
   bool on_page_ = false;
 };
 
+// The name of the default printer; empty when there is none.
+std::string DefaultPrinterName();
+
 // The default printer's paper; A4 when there is no printer.
 PaperSize DefaultPaper();
 
