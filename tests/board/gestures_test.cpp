@@ -106,9 +106,11 @@ QWidgetList Targets(const QWidget& window) {
   return targets;
 }
 
+// Without times of the day, which differ however alike two gestures are.
 QString Described(const QWidget& widget) {
+  static const QRegularExpression time("\\d\\d:\\d\\d:\\d\\d");
   const auto* const view = qobject_cast<const QAbstractItemView*>(&widget);
-  return widget.objectName() + (widget.isEnabled() ? ' ' : '-') + widget.property("text").toString() +
+  return widget.objectName() + (widget.isEnabled() ? ' ' : '-') + widget.property("text").toString().remove(time) +
          widget.property("currentText").toString() + (widget.property("checked").toBool() ? "*" : "") +
          (view == nullptr ? "" : QString::number(view->model()->rowCount()));
 }
