@@ -3,6 +3,7 @@
 // rows.
 #include <QAbstractItemView>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
@@ -126,6 +127,14 @@ int main(int argc, char** argv) {
   table.Row(
       "a customer's records", 200, [&] { Press(*custom, "mfgCustom_H", customer); },
       [&] { sqlite.Run(SelectRecords(kRecordCustomer)); });
+  auto& find = *custom->findChild<QLineEdit*>("txtFind");
+  table.Row(
+      "a key in the find box, no match", 20, [&] { find.setText(find.text() + "x"); },
+      [&] {
+        sqlite.Run(
+            "SELECT * FROM CUSTOM_H WHERE CUSTOM_NO LIKE '%x%' OR CUSTOM_NAME LIKE '%x%' OR TEL1 LIKE '%x%' OR "
+            "TEL2 LIKE '%x%'");
+      });
   const int line = RowOf(*custom, "lstRecord", QString::fromStdString(RecordLine({kRecordStamp, 0})).left(19));
   table.Row(
       "a record of 23,000 tickets", 300, [&] { Press(*custom, "lstRecord", line); },
