@@ -11,22 +11,24 @@ namespace marlevo {
 
 class CustomerDatabaseTest : public DatabaseFixture {
  protected:
-  void AddCustomer(const Customer& customer) { Run(InsertCustomer(customer)); }
-
-  // Tickets as the values of PLAY_MODE, PLAY_AMT, PLAY_SEQ and NO1 to NO4: "3,25,1,1,7,0,9".
-  void AddRecord(const std::string& number, const std::string& stamp, const std::vector<std::string>& tickets) {
-    Connection connection(Opening());
-    for (const std::string& ticket : tickets) {
-      connection.Execute(
-          "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) VALUES ('" + number +
-          "','" + stamp + "'," + ticket + ")");
+  // Customers by number and name.
+  void AddCustomers(const std::vector<std::pair<const char*, const char*>>& customers) {
+    for (const auto& [number, name] : customers) {
+      Run({InsertCustomer({number, name, "", "", ""})});
     }
-    connection.Flush();
   }
-
-  void Run(const std::string& sql) {
+  // Tickets as the values of PLAY_MODE, PLAY_AMT, PLAY_SEQ and NO1 to NO4: "3,25,1,1,7,0,9".
+  void AddRecord(const std::string& number, const std::string& stamp, std::vector<std::string> tickets) {
+    for (std::string& ticket : tickets) {
+      ticket = "INSERT INTO CUSTOM_D VALUES ('" + number + "','" + stamp + "'," + ticket + ")";
+    }
+    Run(tickets);
+  }
+  void Run(const std::vector<std::string>& statements) {
     Connection connection(Opening());
-    connection.Execute(sql);
+    for (const std::string& statement : statements) {
+      connection.Execute(statement);
+    }
     connection.Flush();
   }
 
