@@ -2,12 +2,13 @@
 #include <QScopeGuard>
 #include <QScreen>
 #include <filesystem>
+#include <optional>
 
 #include "board/frmMarlevo.h"
 #include "customers/frmCustom.h"
 #include "customers/frmSave.h"
 #include "draws/frmInput.h"
-#include "platform/database/connection_string.h"
+#include "platform/database/connection.h"
 #include "printing/frmPrint.h"
 #include "printing/frmPrintNote.h"
 #include "printing/frmSetPrinter.h"
@@ -33,6 +34,15 @@ int main(int argc, char** argv) {
   };
   windows.print_note = [](QWidget* parent) { marlevo::frmPrintNote(parent).exec(); };
   windows.set_printer = [folder](QWidget* parent) { marlevo::frmSetPrinter(parent, folder).exec(); };
+  windows.database_problem = [folder, database]() -> QString {
+    const std::optional<marlevo::DatabaseError> refusal = marlevo::RefusalToOpen(database);
+    if (!refusal) {
+      return {};
+    }
+    return refusal->Kind() == marlevo::Fault::kMissing
+               ? "找不到資料庫 4star.mdb，請把備份的檔案放到 " + QString::fromStdU16String(folder.u16string())
+               : "資料庫 4star.mdb 無法開啟，按「客戶資料維護」可以看到原因和該怎麼做";
+  };
   windows.load_slip_settings = [folder] { marlevo::LoadSlipSettings(folder, marlevo::SlipType::kFourDigit); };
 
   marlevo::frmMarlevo board(windows);

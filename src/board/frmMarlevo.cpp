@@ -53,6 +53,7 @@ frmMarlevo::frmMarlevo(BoardWindows windows) : windows_(std::move(windows)) {
 
 void frmMarlevo::Form_Load() {
   InitBoard();
+  CheckDatabase();
   if (windows_.load_slip_settings) {
     windows_.load_slip_settings();
   }
@@ -85,6 +86,8 @@ void frmMarlevo::InitBoard() {
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
   // A narrow window cuts off the line of keys; without this the line would make the board wider than the window.
   lblHint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  QLabel* const version = NewLabel(picMain_, "lblVersion", "版本 " + QCoreApplication::applicationVersion());
+  version->setForegroundRole(QPalette::PlaceholderText);
 
   side_ = new QVBoxLayout;
   side_->addWidget(kinds_part_);
@@ -109,7 +112,11 @@ void frmMarlevo::InitBoard() {
   all->setSpacing(kMargin / 2);
   all->addLayout(title_);
   all->addLayout(stage, 1);
-  all->addWidget(lblHint_);
+  auto* const hint = new QHBoxLayout;
+  hint->setSpacing(kMargin);
+  hint->addWidget(lblHint_, 1);
+  hint->addWidget(version);
+  all->addLayout(hint);
 
   SetGrowth(1);
   ShowBar(picMenu1_);
@@ -334,10 +341,12 @@ void frmMarlevo::cmdClear_Click() {
 
 void frmMarlevo::cmdCustom_Click() {
   windows_.customers(this, [this](QWidget* asker, CurrentList list) { return ShowStoredList(asker, std::move(list)); });
+  CheckDatabase();
 }
 
 void frmMarlevo::cmdInput_Click() {
   windows_.draws(this);
+  CheckDatabase();
 }
 
 void frmMarlevo::cmdSetPrinter_Click() {
@@ -417,6 +426,7 @@ void frmMarlevo::cmdBack_Click() {
 
 void frmMarlevo::cmdSave_Click() {
   windows_.save(this, ReadList());
+  CheckDatabase();
 }
 
 void frmMarlevo::cmdPrint_Click() {
@@ -445,7 +455,28 @@ void frmMarlevo::ShowBar(ButtonBar* bar) {
   }
   picMenu4_->setVisible(bar == picMenu1_ && HasTickets(list_));
   picBox2_->KeepFree(bar == picMenu3_ ? bar->sizeHint().height() + kMargin : 0);
-  lblHint_->setText(bar->Hint() + (picMenu4_->isHidden() ? QString() : "   " + picMenu4_->Hint()));
+  if (problem_.isEmpty()) {
+    WriteHint();
+  } else {
+    CheckDatabase();
+  }
+}
+
+void frmMarlevo::CheckDatabase() {
+  problem_ = windows_.database_problem ? windows_.database_problem() : QString();
+  WriteHint();
+}
+
+// The keys of the bar, or what is wrong with the database as long as something is.
+void frmMarlevo::WriteHint() {
+  const QString keys = bar_->Hint() + (picMenu4_->isHidden() ? QString() : "   " + picMenu4_->Hint());
+  QPalette palette = picMain_->palette();
+  if (!problem_.isEmpty()) {
+    palette.setColor(QPalette::PlaceholderText, QColor(colours::kWarning));
+  }
+  lblHint_->setPalette(palette);
+  lblHint_->setText(problem_.isEmpty() ? keys : problem_);
+  lblHint_->setToolTip(problem_);
 }
 
 }  // namespace marlevo

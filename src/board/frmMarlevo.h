@@ -34,6 +34,8 @@ struct BoardWindows {
   std::function<void(QWidget* parent)> set_printer;
   std::function<void(QWidget* parent, const CurrentList& list)> save;
   std::function<void(QWidget* parent, const CurrentList& list)> print;
+  // What is wrong with the database, and what to do about it; empty when it can be opened.
+  std::function<QString()> database_problem;
   // Loads the slip settings of the four-digit slip at the start.
   std::function<void()> load_slip_settings;
 };
@@ -44,8 +46,8 @@ class frmMarlevo : public QWidget {
  public:
   explicit frmMarlevo(BoardWindows windows);
 
-  // Makes the whole board and then loads the slip settings. To be called once, before the window is shown. Throws when
-  // the settings cannot be loaded; the board is complete then and can be used.
+  // Makes the whole board, looks whether there is a database, and then loads the slip settings. To be called once,
+  // before the window is shown. Throws when the settings cannot be loaded; the board is complete then and can be used.
   void Form_Load();
 
   // Makes `list` the current list and turns to the result stage, with the totals as after a filter. Kinds that are not
@@ -112,11 +114,14 @@ class frmMarlevo : public QWidget {
   Selection ReadPicks();
   // Writes which kinds are ticked, their amounts and their multipliers into the current list.
   const CurrentList& ReadList();
+  void CheckDatabase();
+  void WriteHint();
   // Shows one bar in place of the others; the way back to the list comes and goes with the bar of the selection stage.
   void ShowBar(ButtonBar* bar);
 
   BoardWindows windows_;
   CurrentList list_;
+  QString problem_;  // of the database, as it was last looked at
 
   double growth_ = 1;
   QScrollArea* scroll_ = nullptr;

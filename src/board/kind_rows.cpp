@@ -12,8 +12,6 @@ namespace {
 constexpr int kMultiplierWidth = 80;
 constexpr int kAmountWidth = 88;
 constexpr int kDiffersWidth = 16;
-constexpr QRgb kWarningGround = 0xfffff0c8;
-constexpr QRgb kWarningText = 0xff8a4500;
 
 // A list of the stakes; an entry's position is the same in every such list.
 DropDownList* NewStakeList(QWidget* parent, const QString& name, const QStringList& entries) {
@@ -144,8 +142,8 @@ void KindRows::MarkStakes(int kind) {
                           .arg(kAmounts[multiplier]);
   QPalette palette;
   if (differ) {
-    palette.setColor(QPalette::Base, QColor(kWarningGround));
-    palette.setColor(QPalette::WindowText, QColor(kWarningText));
+    palette.setColor(QPalette::Base, QColor(colours::kWarningPale));
+    palette.setColor(QPalette::WindowText, QColor(colours::kWarning));
   }
   lblDiffers_[kind]->setText(differ ? "≠" : "");
   lblDiffers_[kind]->setToolTip(differ ? tip : QString());

@@ -31,8 +31,10 @@ inline constexpr QRgb kAccentPale = 0xffe3eef6;  // what lies under the mouse
 inline constexpr QRgb kLine = 0xffb9c4ce;        // outlines
 inline constexpr QRgb kText = 0xff1b2733;
 inline constexpr QRgb kFaintText = 0xff5a6875;
-inline constexpr QRgb kGround = 0xffeef2f5;  // behind panels
-inline constexpr QRgb kPanel = 0xffffffff;   // panels, lists, boxes
+inline constexpr QRgb kGround = 0xffeef2f5;       // behind panels
+inline constexpr QRgb kPanel = 0xffffffff;        // panels, lists, boxes
+inline constexpr QRgb kWarning = 0xff8a4500;      // texts that warn
+inline constexpr QRgb kWarningPale = 0xfffff0c8;  // behind what they warn of
 }  // namespace colours
 
 // Sets fonts, colours and style for the whole program.

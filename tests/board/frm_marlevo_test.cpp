@@ -56,12 +56,14 @@ class FrmMarlevoTest : public testing::Test {
   }
 
   CurrentList printed_;
+  QString problem_ = "找不到資料庫";
   frmMarlevo board_{{.customers = {},
-                     .draws = {},
+                     .draws = [this](QWidget*) { problem_ = "無法開啟資料庫"; },
                      .print_note = {},
                      .set_printer = {},
                      .save = {},
                      .print = [this](QWidget*, const CurrentList& list) { printed_ = list; },
+                     .database_problem = [this] { return problem_; },
                      .load_slip_settings = {}}};
 };
 
@@ -170,10 +172,16 @@ TEST_F(FrmMarlevoTest, HiddenColumnsCountAndClearReachesThem) {
 TEST_F(FrmMarlevoTest, AListComesBackWithoutAnExpansion) {
   Tick("chkPlay(0) chkNum1(1) chkNum2(2) chkNum3(3) chkNum4(4)");
   EXPECT_FALSE(Shown("picMenu4"));
+  EXPECT_EQ(LabelText(board_, "lblHint"), "找不到資料庫");
+  problem_.clear();
   Click("cmdCombine");
   EXPECT_FALSE(Shown("picMenu4"));
+  EXPECT_EQ(LabelText(board_, "lblHint").find("F9 列  印   F5 刪除法"), 0U);
   Click("cmdBack");
   EXPECT_TRUE(Shown("picMenu4"));
+  EXPECT_TRUE(LabelText(board_, "lblHint").ends_with("   F11 回到清單"));
+  Click("cmdInput");
+  EXPECT_EQ(LabelText(board_, "lblHint"), "無法開啟資料庫");
   Click("cmdClear");
   Find<QComboBox>("cboPlay2(0)").setCurrentText("x 2");
   Click("cmdList");

@@ -166,6 +166,7 @@ class GesturesTest : public DatabaseFixture {
          .set_printer = [&](QWidget* parent) { frmSetPrinter(parent, folder_.Path()).exec(); },
          .save = [&](QWidget* parent, const CurrentList& list) { frmSave(parent, database, list).exec(); },
          .print = [&](QWidget* parent, const CurrentList& list) { frmPrint(parent, list, folder_.Path()).exec(); },
+         .database_problem = {},
          .load_slip_settings = {}});
     QObject::connect(&board, &frmMarlevo::Unloaded, [this] { watcher_.opened += "the end"; });
     board.Form_Load();
@@ -233,11 +234,13 @@ class GesturesTest : public DatabaseFixture {
     Send(QEvent::MouseButtonRelease, place, time + 20);
   }
 
-  // All that can be seen and all that is stored.
+  // All that can be seen and all that is stored. Qt's window of folders is left out: it looks at the disk in a thread
+  // of its own.
   QStringList State() {
     QStringList lines;
     for (const QWidget* const widget : QApplication::allWidgets()) {
-      if (widget->isVisible() && !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_")) {
+      if (widget->isVisible() && !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_") &&
+          !widget->window()->inherits("QFileDialog")) {
         lines += Described(*widget);
       }
     }

@@ -398,4 +398,13 @@ void Connection::Close() {
   }
 }
 
+std::optional<DatabaseError> RefusalToOpen(const std::string& connection_string) {
+  try {
+    const Connection opened(connection_string);
+    return {};
+  } catch (const DatabaseError& refusal) {
+    return refusal;
+  }
+}
+
 }  // namespace marlevo

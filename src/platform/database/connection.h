@@ -90,4 +90,7 @@ class Connection {
   bool outdated_ = false;  // another program has changed the file, so that the engine can do nothing more
 };
 
+// What opening the file would be refused for; nothing when it can be opened.
+std::optional<DatabaseError> RefusalToOpen(const std::string& connection_string);
+
 }  // namespace marlevo
