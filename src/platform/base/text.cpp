@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace marlevo {
@@ -58,9 +59,29 @@ std::string NumberText(double number) {
 }
 
 std::string WidthMask(std::string_view text, int width) {
-  const std::size_t places = static_cast<std::size_t>(std::max(width, 0));
+  const std::size_t places = std::max(width, 0);
   std::string field(text.size() < places ? places - text.size() : 0, ' ');
   return field.append(text);
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, SmallLetter, SmallLetter);
+}
+
+char32_t TakeCharacter(std::string_view& text) {
+  const std::uint8_t lead = text.front();
+  const std::size_t size = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+  char32_t character = size == 1 ? lead : lead & (0x7Fu >> size);
+  bool valid = size != 0 && size <= text.size();
+  for (std::size_t i = 1; valid && i < size; ++i) {
+    valid = (text[i] & 0xC0) == 0x80;
+    character = character << 6 | (text[i] & 0x3F);
+  }
+  const bool overlong = (size == 3 && character < 0x800) || (size == 4 && character < 0x10000);
+  const bool half_of_pair = character >= 0xD800 && character < 0xE000;
+  valid = valid && !overlong && !half_of_pair && character < kNoCharacter;
+  text.remove_prefix(valid ? size : 1);
+  return valid ? character : kNoCharacter + lead;
 }
 
 }  // namespace marlevo

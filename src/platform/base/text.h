@@ -1,4 +1,5 @@
-// Numbers typed by people and numbers shown to them. All texts of the system outside its windows are UTF-8.
+// Texts: numbers typed by people and numbers shown to them, names, characters. All texts of the system outside its
+// windows are UTF-8.
 #pragma once
 
 #include <string>
@@ -19,5 +20,18 @@ std::string NumberText(double number);
 // The text right-aligned in a field of `width` characters, padded with blanks on the left; a longer text is not cut.
 // `text` is ASCII.
 std::string WidthMask(std::string_view text, int width);
+
+// The small form of an ASCII capital; any other character itself.
+constexpr char32_t SmallLetter(char32_t character) {
+  return character >= 'A' && character <= 'Z' ? character + ('a' - 'A') : character;
+}
+
+// Compares names, which do not tell upper from lower ASCII letters.
+bool SameName(std::string_view a, std::string_view b);
+
+// Takes the first character off `text`, which is not empty, and returns it. A byte that does not begin valid UTF-8 is
+// taken alone and returned as kNoCharacter + byte, a number above all characters.
+inline constexpr char32_t kNoCharacter = 0x110000;
+char32_t TakeCharacter(std::string_view& text);
 
 }  // namespace marlevo

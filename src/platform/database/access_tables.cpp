@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/access/bytes/properties.h"
+#include "platform/base/text.h"
 #include "platform/database/column_value.h"
 #include "platform/database/text_order.h"
 
@@ -51,16 +52,11 @@ struct VirtualTable : sqlite3_vtab {
   std::vector<std::size_t> defaulted;  // columns that the statement leaves to their default values
 };
 
-struct TextCondition {
-  std::size_t column;
-  std::string text;
-};
-
 struct VirtualCursor : sqlite3_vtab_cursor {
   VirtualCursor() : sqlite3_vtab_cursor{} {}
 
-  std::optional<access::Cursor> rows;  // none: no row can qualify
-  std::vector<TextCondition> texts;
+  std::optional<access::Cursor> rows;   // none: no row can qualify
+  std::vector<access::TextHint> texts;  // which the rows have to hold
   bool at_end = true;
 };
 
@@ -138,23 +134,29 @@ int Disconnect(sqlite3_vtab* table) {
   return SQLITE_OK;
 }
 
-// How many of the index's first columns the plan (see BestIndex) compares with a value. Example: of an index on A, B, C
+// A plan (see BestIndex) names, for each argument that Filter gets, the column that it is compared with: one character,
+// column + 1.
+char PlanMark(std::size_t column) {
+  return static_cast<char>(column + 1);
+}
+
+// How many of the index's first columns the plan compares with a value. Example: of an index on A, B, C
 // a plan that compares A and C can use the first column only, so this returns 1.
 std::size_t ComparedColumns(const access::IndexView& index, const std::string& plan) {
-  const auto compared = [&](std::size_t column) { return plan.find(static_cast<char>(column + 1)) != plan.npos; };
-  return static_cast<std::size_t>(std::ranges::find_if_not(index.columns, compared) - index.columns.begin());
+  const auto compared = [&](std::size_t column) { return plan.find(PlanMark(column)) != plan.npos; };
+  return std::ranges::find_if_not(index.columns, compared) - index.columns.begin();
 }
 
 // Whether a walk along the index gives rows in the order that SQLite wants. Texts, Booleans and decimals are ordered
 // differently in an index.
 bool IsInOrder(const access::Table& table, const access::IndexView& index, const sqlite3_index_info& info) {
-  const auto wanted = static_cast<std::size_t>(info.nOrderBy);
+  const std::size_t wanted = info.nOrderBy;
   if (wanted == 0 || wanted > index.columns.size() || !index.complete) {
     return false;
   }
   for (std::size_t i = 0; i < wanted; ++i) {
     const auto& order = info.aOrderBy[i];
-    if (order.iColumn != static_cast<int>(index.columns[i]) || (order.desc != 0) != index.descending[i]) {
+    if (std::cmp_not_equal(order.iColumn, index.columns[i]) || (order.desc != 0) != index.descending[i]) {
       return false;
     }
     const ColumnType type = table.Columns()[index.columns[i]].type;
@@ -171,12 +173,12 @@ bool IsInOrder(const access::Table& table, const access::IndexView& index, const
 // that saves sorting. idxNum becomes the index's place + 1.
 void ChooseIndex(const access::Table& table, const std::string& plan, double walked, sqlite3_index_info& info) {
   std::size_t best = 0;
-  for (std::size_t i = 0; i < table.Indexes().size(); ++i) {
+  for (int i = 0; i < std::ssize(table.Indexes()); ++i) {
     const access::IndexView& index = table.Indexes()[i];
     const std::size_t compared = ComparedColumns(index, plan);
     if (compared > best) {
       best = compared;
-      info.idxNum = static_cast<int>(i) + 1;
+      info.idxNum = i + 1;
       if (index.unique && compared == index.columns.size()) {
         info.estimatedRows = 1;
         info.estimatedCost = 1;
@@ -184,19 +186,19 @@ void ChooseIndex(const access::Table& table, const std::string& plan, double wal
       }
       info.estimatedCost = 2 * static_cast<double>(info.estimatedRows);
     } else if (plan.empty() && info.idxNum == 0 && IsInOrder(table, index, info)) {
-      info.idxNum = static_cast<int>(i) + 1;
+      info.idxNum = i + 1;
       info.orderByConsumed = 1;
       info.estimatedCost = 2 * walked;
     }
   }
 }
 
-// A plan names, for each argument that Filter gets, the column that it is compared with: one byte, column + 1. idxNum
-// is the place of the index to be used + 1, or 0.
+// Makes a plan. idxNum is the place of the index to be used + 1, or 0.
 int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
   return CatchInto(TableOf(table).file, [&] {
     const access::Table& rows = TableOf(table).table;
     std::string plan;
+    int arguments = 0;
     const double walked = static_cast<double>(rows.RowCount()) + 1;
     double found = walked;
     for (int i = 0; i < info->nConstraint; ++i) {
@@ -204,7 +206,7 @@ int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
       if (!constraint.usable || constraint.op != SQLITE_INDEX_CONSTRAINT_EQ || constraint.iColumn < 0) {
         continue;
       }
-      const ColumnType type = rows.Columns()[static_cast<std::size_t>(constraint.iColumn)].type;
+      const ColumnType type = rows.Columns()[constraint.iColumn].type;
       if (SqlKindOf(type) == SqlKind::kBytes || type == ColumnType::kBoolean || type == ColumnType::kNumeric) {
         continue;
       }
@@ -212,10 +214,10 @@ int BestIndex(sqlite3_vtab* table, sqlite3_index_info* info) {
       if (SqlKindOf(type) == SqlKind::kText && std::string_view(sqlite3_vtab_collation(info, i)) != kTextOrder) {
         continue;
       }
-      plan += static_cast<char>(constraint.iColumn + 1);
+      plan += PlanMark(constraint.iColumn);
       // SQLite checks the condition once more on each row found, so Filter may ignore values that only SQLite can
       // compare.
-      info->aConstraintUsage[i].argvIndex = static_cast<int>(plan.size());
+      info->aConstraintUsage[i].argvIndex = ++arguments;
       found = found / 10 + 1;
     }
     info->idxStr = sqlite3_mprintf("%s", plan.c_str());
@@ -239,7 +241,7 @@ int CloseCursor(sqlite3_vtab_cursor* cursor) {
 }
 
 void MoveToNext(VirtualCursor& cursor) {
-  const auto qualifies = [&](const TextCondition& condition) {
+  const auto qualifies = [&](const access::TextHint& condition) {
     return EqualText(cursor.rows->Text(condition.column), condition.text) && !cursor.rows->IsNull(condition.column);
   };
   do {
@@ -256,11 +258,7 @@ std::optional<access::Value> ValueToCompare(sqlite3_value* argument, ColumnType 
     case SQLITE_FLOAT:
       return text ? std::nullopt : std::optional<access::Value>(sqlite3_value_double(argument));
     case SQLITE_TEXT:
-      if (text) {
-        const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(argument));
-        return std::string_view(bytes, static_cast<std::size_t>(sqlite3_value_bytes(argument)));
-      }
-      return std::nullopt;
+      return text ? std::optional<access::Value>(TextOf(argument)) : std::nullopt;
     default:
       return std::nullopt;
   }
@@ -269,14 +267,14 @@ std::optional<access::Value> ValueToCompare(sqlite3_value* argument, ColumnType 
 // The rows that Filter has to look at: those that the plan's index gives, or all rows when the plan has no index or the
 // index cannot find the values.
 access::Cursor RowsOf(const access::Table& table, int index_number, std::string_view plan, sqlite3_value** arguments,
-                      const std::vector<access::Equals>& numbers) {
+                      const std::vector<access::Equals>& numbers, const std::vector<access::TextHint>& texts) {
   if (index_number == 0) {
-    return table.Scan(numbers);
+    return table.Scan(numbers, texts);
   }
-  const std::size_t place = static_cast<std::size_t>(index_number) - 1;
+  const std::size_t place = index_number - 1;
   std::vector<access::Value> values;
   for (const std::size_t column : table.Indexes()[place].columns) {
-    const std::size_t argument = plan.find(static_cast<char>(column + 1));
+    const std::size_t argument = plan.find(PlanMark(column));
     const auto value =
         argument == plan.npos ? std::nullopt : ValueToCompare(arguments[argument], table.Columns()[column].type);
     if (!value) {
@@ -285,12 +283,12 @@ access::Cursor RowsOf(const access::Table& table, int index_number, std::string_
     values.push_back(*value);
   }
   if (values.empty() && !plan.empty()) {
-    return table.Scan(numbers);
+    return table.Scan(numbers, texts);
   }
   try {
     return table.Walk(place, values, numbers);
   } catch (const access::ValueError&) {
-    return table.Scan(numbers);  // this program cannot build the index key of the value
+    return table.Scan(numbers, texts);  // this program cannot build the index key of the value
   }
 }
 
@@ -302,7 +300,8 @@ int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sq
     cursor.texts.clear();
     bool possible = true;
     for (int i = 0; i < count; ++i) {
-      const std::size_t column = static_cast<unsigned char>(plan[i]) - std::size_t{1};
+      const std::uint8_t mark = plan[i];
+      const std::size_t column = mark - 1;
       const bool text = SqlKindOf(table.Columns()[column].type) == SqlKind::kText;
       switch (sqlite3_value_type(arguments[i])) {
         case SQLITE_NULL:
@@ -315,8 +314,7 @@ int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sq
           break;
         case SQLITE_TEXT:
           if (text) {
-            const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(arguments[i]));
-            cursor.texts.push_back({column, {bytes, static_cast<std::size_t>(sqlite3_value_bytes(arguments[i]))}});
+            cursor.texts.push_back({column, std::string(TextOf(arguments[i]))});
           }
           break;
         default:
@@ -325,7 +323,7 @@ int Filter(sqlite3_vtab_cursor* base, int index, const char* plan, int count, sq
     }
     cursor.rows.reset();
     if (possible) {
-      cursor.rows.emplace(RowsOf(table, index, {plan, static_cast<std::size_t>(count)}, arguments, numbers));
+      cursor.rows.emplace(RowsOf(table, index, std::string_view(plan, count), arguments, numbers, cursor.texts));
     }
     MoveToNext(cursor);
   });
@@ -336,12 +334,12 @@ int Next(sqlite3_vtab_cursor* cursor) {
 }
 
 int Eof(sqlite3_vtab_cursor* cursor) {
-  return static_cast<int>(CursorOf(cursor).at_end);
+  return CursorOf(cursor).at_end;
 }
 
 int ColumnOf(sqlite3_vtab_cursor* base, sqlite3_context* result, int index) {
   return CatchInto(TableOf(base).file, [&] {
-    const auto column = static_cast<std::size_t>(index);
+    const std::size_t column = index;
     SetResult(result, *CursorOf(base).rows, column, TableOf(base).table.Columns()[column].type);
   });
 }
@@ -377,7 +375,7 @@ void FindDefaulted(VirtualTable& table) {
   table.defaulted.clear();
   const std::vector<access::Column>& columns = table.table.Columns();
   for (std::size_t i = 0; table.file.named && i < columns.size(); ++i) {
-    const auto names = [&](const std::string& name) { return access::SameName(name, columns[i].name); };
+    const auto names = [&](const std::string& name) { return SameName(name, columns[i].name); };
     if (!columns[i].default_value.empty() && std::ranges::none_of(*table.file.named, names)) {
       table.defaulted.push_back(i);
     }
@@ -427,8 +425,7 @@ constexpr sqlite3_module MakeModule() {
 constexpr sqlite3_module kModule = MakeModule();
 
 int Compare(void*, int left_size, const void* left, int right_size, const void* right) {
-  return CompareText({static_cast<const char*>(left), static_cast<std::size_t>(left_size)},
-                     {static_cast<const char*>(right), static_cast<std::size_t>(right_size)});
+  return CompareText(TextAt(left, left_size), TextAt(right, right_size));
 }
 
 void RequireOk(sqlite3* sql, int code) {

@@ -1,7 +1,6 @@
 #include "platform/database/column_value.h"
 
-#include <string_view>
-
+#include "platform/access/bytes/bytes.h"
 #include "platform/base/text.h"
 
 namespace marlevo {
@@ -30,6 +29,15 @@ SqlKind SqlKindOf(ColumnType type) {
   }
 }
 
+std::string_view TextAt(const void* bytes, int size) {
+  return std::string_view(static_cast<const char*>(bytes), size);
+}
+
+std::string_view TextOf(sqlite3_value* value) {
+  const unsigned char* const text = sqlite3_value_text(value);  // SQLite counts the bytes of what it gave last
+  return TextAt(text, sqlite3_value_bytes(value));
+}
+
 access::Value ColumnValue(sqlite3_value* value, ColumnType type, std::string& buffer) {
   const SqlKind kind = SqlKindOf(type);
   const bool number = kind == SqlKind::kInteger || kind == SqlKind::kReal;
@@ -44,14 +52,10 @@ access::Value ColumnValue(sqlite3_value* value, ColumnType type, std::string& bu
         return std::string_view(buffer = NumberText(sqlite3_value_double(value)));
       }
       return sqlite3_value_double(value);
-    case SQLITE_TEXT: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-      return std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
-    }
-    case SQLITE_BLOB: {
-      const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
-      return access::Bytes(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value)));
-    }
+    case SQLITE_TEXT:
+      return TextOf(value);
+    case SQLITE_BLOB:
+      return access::AsBytes(TextAt(sqlite3_value_blob(value), sqlite3_value_bytes(value)));
     default:
       return std::monostate();
   }

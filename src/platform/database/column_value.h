@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include <string>
+#include <string_view>
 
 #include "platform/access/bytes/schema.h"
 #include "platform/access/table/table.h"
@@ -14,6 +15,10 @@ namespace marlevo {
 // is a text.
 enum class SqlKind { kInteger, kReal, kText, kBytes };
 SqlKind SqlKindOf(access::ColumnType type);
+
+// A text or blob that SQLite hands over: `size` bytes. The second form is of a value that is a text.
+std::string_view TextAt(const void* bytes, int size);
+std::string_view TextOf(sqlite3_value* value);
 
 // The value in the type of the column: a number for a text column becomes its text, and a text for a number column
 // becomes a number if the whole text is one. A value that still does not fit stays as it is, and the engine refuses it.

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/access/database/database.h"
+#include "platform/base/text.h"
 #include "platform/database/access_tables.h"
 #include "platform/database/column_value.h"
 #include "platform/database/recordset_rows.h"
@@ -152,13 +153,12 @@ class Connection::Engine {
 
  private:
   static std::size_t ColumnPlace(const access::Table& table, std::string_view name) {
-    const auto found = std::ranges::find_if(table.Columns(), [&name](const access::Column& column) {
-      return sqlite3_stricmp(column.name.c_str(), std::string(name).c_str()) == 0;
-    });
+    const auto found = std::ranges::find_if(
+        table.Columns(), [&name](const access::Column& column) { return SameName(column.name, name); });
     if (found == table.Columns().end()) {
       throw FaultError(Fault::kNoTable, "no such column: " + table.Name() + "." + std::string(name));
     }
-    return static_cast<std::size_t>(found - table.Columns().begin());
+    return found - table.Columns().begin();
   }
 
   // SQLite calls this while it compiles a statement, for each thing that the statement would do. `first` and `second`
@@ -205,7 +205,7 @@ class Connection::Engine {
     for (const std::string& table : tables_) {
       const access::Table opened = database_.OpenTable(table);
       for (const access::Column& column : opened.Columns()) {
-        if (access::SameName(column.name, name)) {
+        if (SameName(column.name, name)) {
           number = SqlKindOf(column.type) == SqlKind::kInteger || SqlKindOf(column.type) == SqlKind::kReal;
           if (!number) {
             return false;
@@ -234,7 +234,7 @@ class Connection::Engine {
       // SQLite has no code for a missing table. OpenTable may throw a better reason, such as a table that is linked
       // from another file.
       if (words.starts_with(kNoSuchTable)) {
-        static_cast<void>(database_.OpenTable(std::string_view(words).substr(std::string_view(kNoSuchTable).size())));
+        database_.OpenTable(std::string_view(words).substr(std::string_view(kNoSuchTable).size()));
         throw FaultError(Fault::kNoTable, words);
       }
       throw FaultError(Fault::kOther, words);
@@ -242,7 +242,7 @@ class Connection::Engine {
     if (!statement) {
       throw std::runtime_error("there is no statement");
     }
-    text.remove_prefix(static_cast<std::size_t>(rest - text.data()));
+    text.remove_prefix(rest - text.data());
     if (text.find_first_not_of(" \t\r\n") != std::string_view::npos) {
       throw std::runtime_error("text after the end of the statement");
     }
@@ -290,8 +290,8 @@ class Connection::Engine {
       case SQLITE_NULL:
         return rows.AddNull();
       default: {
-        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
-        return rows.AddText({bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))});
+        const void* const bytes = sqlite3_column_blob(statement, column);
+        return rows.AddText(TextAt(bytes, sqlite3_column_bytes(statement, column)));
       }
     }
   }

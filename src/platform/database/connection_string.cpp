@@ -1,23 +1,18 @@
 #include "platform/database/connection_string.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <string_view>
 #include <vector>
 
 #include "platform/base/operation_error.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 namespace {
 
 constexpr std::string_view kProvider = "Microsoft.Jet.OLEDB.3.51";
 constexpr std::string_view kPassword = "qorvat";
-
-bool SameWord(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
-}
 
 struct Setting {
   std::string_view key;
@@ -92,24 +87,24 @@ DataSource ParseConnectionString(const std::string& connection_string) {
   DataSource source;
   std::string provider;
   for (const Setting& setting : Split(connection_string)) {
-    if (SameWord(setting.key, "Provider")) {
+    if (SameName(setting.key, "Provider")) {
       provider = setting.value;
-    } else if (SameWord(setting.key, "Data Source")) {
+    } else if (SameName(setting.key, "Data Source")) {
       source.file = setting.value;
-    } else if (SameWord(setting.key, "Jet OLEDB:Database Password")) {
+    } else if (SameName(setting.key, "Jet OLEDB:Database Password")) {
       source.password = setting.value;
-    } else if (SameWord(setting.key, "Code Page")) {
+    } else if (SameName(setting.key, "Code Page")) {
       const char* end = setting.value.data() + setting.value.size();
       const auto [rest, error] = std::from_chars(setting.value.data(), end, source.code_page.emplace());
       if (error != std::errc() || rest != end) {
         return refuse(source.file, "the connection string names no code page: '" + setting.value + "'");
       }
-    } else if (!SameWord(setting.key, "Persist Security Info")) {
+    } else if (!SameName(setting.key, "Persist Security Info")) {
       // The message shows the key only: behind a mistyped key may stand the password.
       return refuse(source.file, "unknown setting in the connection string: " + std::string(setting.key));
     }
   }
-  if (!SameWord(provider, kProvider)) {
+  if (!SameName(provider, kProvider)) {
     return refuse(source.file, "unknown provider: '" + provider + "'");
   }
   if (source.file.empty()) {

@@ -1,26 +1,22 @@
 #include "platform/database/recordset_rows.h"
 
-#include <algorithm>
-#include <cctype>
+#include <bit>
 #include <cstring>
 #include <utility>
 
 #include "platform/base/operation_error.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 namespace {
 
 constexpr std::size_t kBlockSize = 256 * 1024;
 
-// Tags 1, 2, 4 and 8: an integer in that many bytes, lowest first.
-constexpr std::uint8_t kRealTag = 9;
-constexpr std::uint8_t kTextTag = 10;
-constexpr std::uint8_t kNullTag = 11;
-
-bool SameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
-}
+// Tags 1, 2, 4 and 8: an integer in that many bytes, lowest first, as this machine stores it.
+static_assert(std::endian::native == std::endian::little);
+constexpr char kRealTag = 9;
+constexpr char kTextTag = 10;
+constexpr char kNullTag = 11;
 
 }  // namespace
 
@@ -30,19 +26,17 @@ Recordset::Rows::Rows(std::string subject, std::vector<std::string> names)
 }
 
 void Recordset::Rows::AddNull() {
-  blocks_.back().push_back(static_cast<char>(kNullTag));
+  blocks_.back().push_back(kNullTag);
 }
 
 void Recordset::Rows::AddInteger(std::int64_t value) {
-  const int size = value == static_cast<std::int8_t>(value)    ? 1
-                   : value == static_cast<std::int16_t>(value) ? 2
-                   : value == static_cast<std::int32_t>(value) ? 4
-                                                               : 8;
-  char bytes[1 + sizeof value] = {static_cast<char>(size)};
-  for (int i = 0; i < size; ++i) {
-    bytes[1 + i] = static_cast<char>(value >> (8 * i));
-  }
-  blocks_.back().append(bytes, static_cast<std::size_t>(size) + 1);
+  const char size = std::in_range<std::int8_t>(value)    ? 1
+                    : std::in_range<std::int16_t>(value) ? 2
+                    : std::in_range<std::int32_t>(value) ? 4
+                                                         : 8;
+  char bytes[1 + sizeof value] = {size};
+  std::memcpy(bytes + 1, &value, sizeof value);
+  blocks_.back().append(bytes, 1 + size);
 }
 
 void Recordset::Rows::AddReal(double value) {
@@ -89,7 +83,7 @@ void Recordset::Rows::ReadRow() {
   }
   const char* bytes = blocks_[block_].data();
   for (Cell& cell : cells_) {
-    const auto tag = static_cast<std::uint8_t>(bytes[place_++]);
+    const char tag = bytes[place_++];
     if (tag == kNullTag) {
       cell.kind = Cell::Kind::kNull;
     } else if (tag == kTextTag) {
@@ -105,12 +99,9 @@ void Recordset::Rows::ReadRow() {
     } else {
       const std::size_t size = tag;
       const bool negative = (bytes[place_ + size - 1] & 0x80) != 0;  // the highest byte has the sign
-      std::uint64_t bits = negative ? ~std::uint64_t{0} : 0;
-      for (std::size_t i = size; i-- > 0;) {
-        bits = bits << 8 | static_cast<std::uint8_t>(bytes[place_ + i]);
-      }
       cell.kind = Cell::Kind::kInteger;
-      cell.integer = static_cast<std::int64_t>(bits);
+      cell.integer = negative ? -1 : 0;
+      std::memcpy(&cell.integer, bytes + place_, size);
       place_ += size;
     }
   }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/access/bytes/schema.h"
+#include "platform/base/text.h"
 
 namespace marlevo {
 namespace {
@@ -19,8 +19,7 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 bool IsOfName(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '_' || c == '$' ||
-         static_cast<unsigned char>(c) >= 0x80;
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '_' || c == '$' || (c & 0x80) != 0;
 }
 
 // Cuts a statement into words where SQLite would.
@@ -92,7 +91,7 @@ class Words {
 };
 
 bool Is(const Word& word, std::string_view name) {
-  return word.kind == WordKind::kName && access::SameName(word.text, name);
+  return word.kind == WordKind::kName && SameName(word.text, name);
 }
 bool IsSign(const Word& word, std::string_view sign) {
   return word.kind == WordKind::kSign && word.text == sign;

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "platform/base/text.h"
+
 namespace marlevo {
 namespace {
 
@@ -31,14 +33,8 @@ constexpr std::array kCaseRanges = {
     CaseRange{0xFF21, 0xFF3A, 1, 0x20},                                      // full width
 };
 
-constexpr char32_t SmallAscii(char32_t c) {
-  return c >= 'A' && c <= 'Z' ? c + 0x20 : c;
-}
-
+// Of a character that is not ASCII.
 char32_t SmallForm(char32_t c) {
-  if (c < 0x80) {
-    return SmallAscii(c);
-  }
   if (c == 0x0178) {
     return 0x00FF;  // the one capital whose small form stands before it
   }
@@ -50,28 +46,12 @@ char32_t SmallForm(char32_t c) {
   return c;
 }
 
-// Takes the first character off the text and returns it. A byte that is not UTF-8 is returned as a value above all
-// characters.
-char32_t TakeCharacter(std::string_view& text) {
-  const auto byte = [&text](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
-  const std::uint8_t lead = byte(0);
-  if (lead < 0x80) {
+char32_t TakeSmallForm(std::string_view& text) {
+  if (const std::uint8_t byte = text.front(); byte < 0x80) {
     text.remove_prefix(1);
-    return lead;
+    return SmallLetter(byte);  // fast for what is ASCII
   }
-  const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-  char32_t character = lead & (0x7Fu >> length);
-  std::size_t taken = 1;
-  while (taken < length && taken < text.size() && (byte(taken) & 0xC0) == 0x80) {
-    character = character << 6 | (byte(taken) & 0x3F);
-    ++taken;
-  }
-  if (taken != length) {
-    taken = 1;
-    character = 0x110000u + lead;
-  }
-  text.remove_prefix(taken);
-  return character;
+  return SmallForm(TakeCharacter(text));
 }
 
 }  // namespace
@@ -79,15 +59,15 @@ char32_t TakeCharacter(std::string_view& text) {
 int CompareText(std::string_view a, std::string_view b) {
   for (;;) {
     const auto [left_end, right_end] = std::ranges::mismatch(a, b, [](std::uint8_t left, std::uint8_t right) {
-      return left < 0x80 && SmallAscii(left) == SmallAscii(right);  // fast for numbers and stamps, which are ASCII
+      return left < 0x80 && SmallLetter(left) == SmallLetter(right);  // fast for numbers and stamps, which are ASCII
     });
-    a.remove_prefix(static_cast<std::size_t>(left_end - a.begin()));
-    b.remove_prefix(static_cast<std::size_t>(right_end - b.begin()));
+    a.remove_prefix(left_end - a.begin());
+    b.remove_prefix(right_end - b.begin());
     if (a.empty() || b.empty()) {
-      return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
+      return int{b.empty()} - int{a.empty()};
     }
-    const char32_t left = SmallForm(TakeCharacter(a));
-    const char32_t right = SmallForm(TakeCharacter(b));
+    const char32_t left = TakeSmallForm(a);
+    const char32_t right = TakeSmallForm(b);
     if (left != right) {
       return left < right ? -1 : 1;
     }

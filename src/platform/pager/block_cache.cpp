@@ -5,11 +5,8 @@
 
 namespace marlevo::pager {
 
-BlockCache::BlockCache(std::size_t page_size, std::size_t capacity, Load load)
-    : page_size_(page_size),
-      pages_per_block_(static_cast<std::uint32_t>(kBlockBytes / page_size)),
-      capacity_(capacity),
-      load_(std::move(load)) {}
+BlockCache::BlockCache(std::uint32_t page_size, std::size_t capacity, Load load)
+    : page_size_(page_size), pages_per_block_(kBlockBytes / page_size), capacity_(capacity), load_(std::move(load)) {}
 
 std::shared_ptr<const std::byte> BlockCache::Page(std::uint32_t page) {
   const std::uint32_t number = page / pages_per_block_;
@@ -40,7 +37,7 @@ std::shared_ptr<std::byte[]> BlockCache::TakeBuffer(std::uint32_t block) {
     // so the block before that one is replaced.
     if (block == last_ + 1 && last_but_one_ < blocks_.size() && Free(last_but_one_)) {
       const auto found = std::find(resident_.rbegin(), resident_.rend(), last_but_one_);
-      return Evict(static_cast<std::size_t>(resident_.rend() - found) - 1);
+      return Evict(resident_.rend() - found - 1);
     }
     // The clock algorithm: the first round takes the marks `used` away, the second finds a block without a mark, unless
     // callers hold all of them.

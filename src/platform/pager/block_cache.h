@@ -1,4 +1,4 @@
-// The clean pages of a file in memory, in aligned blocks of 32 KiB: one read brings a page together with its
+// The clean pages of a file in memory, in aligned blocks of 64 KiB: one read brings a page together with its
 // neighbours, which is all the read-ahead that a scan needs.
 //
 // The cache holds at most `capacity` blocks, and more only while callers hold pages of more blocks than that. A scan of
@@ -17,11 +17,11 @@ namespace marlevo::pager {
 
 class BlockCache {
  public:
-  static constexpr std::size_t kBlockBytes = 32768;
+  static constexpr std::uint32_t kBlockBytes = 65536;
   // Fills `block` with the pages from `first_page` on, as far as the file goes.
   using Load = std::function<void(std::uint32_t first_page, std::span<std::byte> block)>;
 
-  BlockCache(std::size_t page_size, std::size_t capacity, Load load);
+  BlockCache(std::uint32_t page_size, std::size_t capacity, Load load);
 
   // The page stays valid as long as the pointer lives. Throws what `load` throws.
   std::shared_ptr<const std::byte> Page(std::uint32_t page);
@@ -37,7 +37,7 @@ class BlockCache {
   bool Free(std::uint32_t block) const;
   std::shared_ptr<std::byte[]> Evict(std::size_t position);
 
-  std::size_t page_size_;
+  std::uint32_t page_size_;
   std::uint32_t pages_per_block_;
   std::size_t capacity_;
   Load load_;

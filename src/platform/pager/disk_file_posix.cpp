@@ -57,12 +57,12 @@ class PosixFile final : public DiskFile {
   std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
     std::size_t done = 0;
     while (done < bytes.size()) {
-      const ssize_t n = pread(handle_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+      const ssize_t n = pread(handle_, bytes.data() + done, bytes.size() - done, offset + done);
       if (n == 0) {
         break;
       }
       if (n > 0) {
-        done += static_cast<std::size_t>(n);
+        done += n;
       } else if (errno != EINTR) {
         Fail(path_, "cannot be read");
       }
@@ -73,9 +73,9 @@ class PosixFile final : public DiskFile {
   void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
     std::size_t done = 0;
     while (done < bytes.size()) {
-      const ssize_t n = pwrite(handle_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+      const ssize_t n = pwrite(handle_, bytes.data() + done, bytes.size() - done, offset + done);
       if (n >= 0) {
-        done += static_cast<std::size_t>(n);
+        done += n;
       } else if (errno != EINTR) {
         Fail(path_, "cannot be written");
       }
@@ -83,7 +83,7 @@ class PosixFile final : public DiskFile {
   }
 
   void Truncate(std::uint64_t size) override {
-    if (ftruncate(handle_, static_cast<off_t>(size)) != 0) {
+    if (ftruncate(handle_, size) != 0) {
       Fail(path_, "cannot be cut to its length");
     }
   }
@@ -94,7 +94,7 @@ class PosixFile final : public DiskFile {
     }
   }
 
-  std::uint64_t Size() override { return static_cast<std::uint64_t>(Status().st_size); }
+  std::uint64_t Size() override { return Status().st_size; }
   bool Writable() const override { return writable_; }
 
   FileStamp Stamp() override { return StampOf(Status()); }

@@ -24,7 +24,7 @@ std::string Reason(DWORD code) {
   std::string text(length * 3, '\0');
   const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide, static_cast<int>(length), text.data(),
                                         static_cast<int>(text.size()), nullptr, nullptr);
-  text.resize(static_cast<std::size_t>(std::max(bytes, 0)));
+  text.resize(std::max(bytes, 0));
   return text.empty() ? "error " + std::to_string(code) : text;
 }
 
@@ -166,7 +166,7 @@ class WindowsFile final : public DiskFile {
     if (!GetFileSizeEx(handle_, &size)) {
       Fail(path_, "cannot be looked at");
     }
-    return static_cast<std::uint64_t>(size.QuadPart);
+    return size.QuadPart;
   }
 
   bool Writable() const override { return writable_; }

@@ -41,8 +41,8 @@ void Journal::Prepare() {
   file_ = std::move(file);
 }
 
-void Journal::Start(std::size_t page_size, std::uint32_t page_count) {
-  JournalHeader header{kJournalMagic, RandomSalt(), static_cast<std::uint32_t>(page_size), page_count, 0};
+void Journal::Start(std::uint32_t page_size, std::uint32_t page_count) {
+  JournalHeader header{kJournalMagic, RandomSalt(), page_size, page_count, 0};
   header.hash = HeaderHash(header);
   hash_ = header.hash;
   has_original_.assign(page_count, false);

@@ -32,7 +32,7 @@ class Journal {
   // The journal that Prepare has opened, also when somebody has removed its name since.
   DiskFile& Opened() { return *file_; }
   // `page_count`: the pages of the file before the change.
-  void Start(std::size_t page_size, std::uint32_t page_count);
+  void Start(std::uint32_t page_size, std::uint32_t page_count);
   // Whether the file had this page at Start. Later pages are cut off by an undo and need no original.
   bool Covers(std::uint32_t page) const { return page < PageCount(); }
   std::uint32_t PageCount() const { return static_cast<std::uint32_t>(has_original_.size()); }

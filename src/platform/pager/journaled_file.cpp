@@ -133,7 +133,7 @@ void JournaledFile::ReadPages(std::uint32_t first, std::span<std::byte> bytes) {
     return;
   }
   for (std::size_t at = 0; at < bytes.size(); at += size) {
-    const auto page = static_cast<std::uint32_t>(first + at / size);
+    const std::uint32_t page = first + PageAt(at);
     if (page != 0) {
       format_.crypt(page, bytes.subspan(at, size));
     }
@@ -218,8 +218,8 @@ FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
     EncodeTo(page, std::span(run).last(size));
   }
   const auto unchanged = [&](const DiskFile::Piece& piece, std::span<const std::byte> now) {
-    auto page = static_cast<std::uint32_t>(piece.offset / size);
-    const auto end = static_cast<std::uint32_t>(page + piece.bytes.size() / size);
+    std::uint32_t page = PageAt(piece.offset);
+    const std::uint32_t end = PageAt(piece.offset + piece.bytes.size());
     for (; now.size() >= size && IsExpected(page, now.first(size)); ++page) {
       now = now.subspan(size);
     }
@@ -243,8 +243,7 @@ FileStamp JournaledFile::Overwrite(const std::vector<Page>& pages) {
   }
   for (const DiskFile::Piece& piece : pieces) {
     for (std::size_t at = 0; at < piece.bytes.size(); at += size) {
-      expected_[static_cast<std::uint32_t>((piece.offset + at) / size)] =
-          ContentHash(std::span(piece.bytes).subspan(at, size));
+      expected_[PageAt(piece.offset + at)] = ContentHash(std::span(piece.bytes).subspan(at, size));
     }
   }
   return *stamp;
@@ -303,8 +302,8 @@ void JournaledFile::Undo() {
 // everything up to the last page that another program has written. New pages of the change go, also those whose writing
 // failed and which may look like anything.
 std::uint64_t JournaledFile::PagesToKeep(std::uint64_t size) {
-  for (std::uint64_t end = size / format_.page_size; end > journal_.PageCount(); --end) {
-    const auto page = static_cast<std::uint32_t>(end - 1);
+  for (std::uint32_t end = PageAt(size); end > journal_.PageCount(); --end) {
+    const std::uint32_t page = end - 1;
     if (page >= new_page_count_ || (expected_.contains(page) && !IsExpected(page))) {
       return end;
     }
@@ -371,7 +370,7 @@ void JournaledFile::LookAtSize() {
     return;  // not yet known
   }
   const std::uint64_t size = file_->Size();
-  page_count_ = static_cast<std::uint32_t>(size / format_.page_size);
+  page_count_ = PageAt(size);
   whole_pages_ = size % format_.page_size == 0;
 }
 

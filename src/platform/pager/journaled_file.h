@@ -105,6 +105,7 @@ class JournaledFile {
   void AddOriginalOnce(std::uint32_t page, std::optional<std::uint64_t> base);
   FileStamp Overwrite(const std::vector<Page>& pages);
   // Whether the page, or `raw` as its bytes in the file, is still what the change under way has found or written there.
+  std::uint32_t PageAt(std::uint64_t offset) const { return static_cast<std::uint32_t>(offset / format_.page_size); }
   bool IsExpected(std::uint32_t page, std::span<const std::byte> raw) const;
   bool IsExpected(std::uint32_t page);
   std::uint64_t PagesToKeep(std::uint64_t size);

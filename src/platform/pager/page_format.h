@@ -13,7 +13,7 @@ constexpr std::size_t kMinPageBytes = 512;
 constexpr std::size_t kMaxPageBytes = 32768;
 
 struct PageFormat {
-  std::size_t page_size = 0;  // bytes; a power of two from kMinPageBytes to kMaxPageBytes
+  std::uint32_t page_size = 0;  // bytes; a power of two from kMinPageBytes to kMaxPageBytes
   // Encodes and decodes a page in place (the same operation both ways); may be empty. Never called for page 0.
   std::function<void(std::uint32_t page, std::span<std::byte>)> crypt;
   // The extension of a file that other programs keep beside this one while they have it open, such as ".ldb"; empty

@@ -29,7 +29,7 @@
 // new Pager. A file that another program shows to have open (PageFormat::sign_of_use) is not written.
 //
 // Memory use. 32 MiB of clean pages, and 8 MiB of changed ones, twice while they are written, whatever the file's size.
-// Pages that callers hold come on top. The file is read in blocks of 32 KiB and not mapped into memory: a medium that
+// Pages that callers hold come on top. The file is read in blocks of 64 KiB and not mapped into memory: a medium that
 // fails has to give an error instead of ending the program, and encoded pages need memory of their own anyway.
 //
 // Errors. Every failure is a PagerError and leaves what was committed unharmed, except for Fault::kChanged as said

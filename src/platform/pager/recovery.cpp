@@ -155,7 +155,7 @@ std::size_t Recovery::StrangeSectors(PageRecords records, std::span<const std::b
       }
     }
   }
-  return static_cast<std::size_t>(std::ranges::count(known, false));
+  return std::ranges::count(known, false);
 }
 
 }  // namespace marlevo::pager

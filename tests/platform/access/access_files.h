@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/access/cell_of.h"
 #include "platform/access/database/database.h"
 #include "support/scratch_folder.h"
 
@@ -56,12 +57,9 @@ using Rows = std::map<RowId, std::string>;
 
 inline Rows RowsOf(const Table& table) {
   Rows rows;
-  Row row(table.Columns().size());
   for (Cursor cursor = table.Scan(); cursor.Next();) {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      row[i] = cursor.Cell(i);
-    }
-    EXPECT_TRUE(rows.emplace(cursor.Row(), RowText(row)).second) << "a row came up twice: " << RowText(row);
+    const std::string row = RowText(RowOf(cursor, table));
+    EXPECT_TRUE(rows.emplace(cursor.Row(), row).second) << "a row came up twice: " << row;
   }
   return rows;
 }

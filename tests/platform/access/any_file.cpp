@@ -7,6 +7,7 @@
 
 #include "platform/access/bytes/bytes.h"
 #include "platform/access/bytes/format.h"
+#include "platform/access/cell_of.h"
 #include "platform/access/random_row.h"
 
 namespace marlevo::access {
@@ -28,11 +29,11 @@ bool Attempt(const Work& work) {
   }
 }
 
-bool Look(Cursor cursor, std::size_t columns) {
+bool Look(Cursor cursor, const Table& table) {
   bool well = true;
   while (cursor.Next()) {
-    for (std::size_t i = 0; i < columns; ++i) {
-      well &= Attempt([&] { static_cast<void>(cursor.Cell(i)); });
+    for (std::size_t i = 0; i < table.Columns().size(); ++i) {
+      well &= Attempt([&] { CellOf(cursor, table, i); });
     }
   }
   return well;
@@ -140,9 +141,9 @@ bool ReadAnyFile(pager::FaultFiles& files, bool check) {
     for (const std::string& name : names) {
       well &= Attempt([&] {
         const Table table = database.OpenTable(name);
-        well &= Attempt([&] { well &= Look(table.Scan(), table.Columns().size()); });
+        well &= Attempt([&] { well &= Look(table.Scan(), table); });
         for (std::size_t i = 0; i < table.Indexes().size(); ++i) {
-          well &= Attempt([&] { well &= Look(table.Walk(i, {}), table.Columns().size()); });
+          well &= Attempt([&] { well &= Look(table.Walk(i, {}), table); });
         }
       });
     }

@@ -138,12 +138,9 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
   void ThinOut(std::size_t quarters) {
     std::set<RowId> seen;
     std::set<RowId> added;
-    Row cells(AnyTable().Columns().size());
     for (Cursor cursor = AnyCursor(); cursor.Next();) {
       const RowId row = cursor.Row();
-      for (std::size_t i = 0; i < cells.size(); ++i) {
-        cells[i] = cursor.Cell(i);
-      }
+      const Row cells = RowOf(cursor, AnyTable());
       const auto known = model_.find(row);
       ASSERT_TRUE(known != model_.end() && known->second == RowText(cells));
       EXPECT_TRUE(seen.insert(row).second || added.contains(row));

@@ -44,7 +44,7 @@ inline void ChangeCatalog(const std::filesystem::path& path, std::size_t column,
   const std::string name(cursor.Text(2));
   Row row(objects.Columns().size());
   for (const std::size_t number : {0, 1, 3, 4, 5, 7}) {
-    row[number] = cursor.Cell(number);
+    row[number] = CellOf(cursor, objects, number);
   }
   row[2] = std::string_view(name);
   row[column] = value;

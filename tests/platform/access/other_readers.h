@@ -52,7 +52,7 @@ inline std::string CsvOf(const Table& table) {
   }
   for (Cursor cursor = table.Scan(); cursor.Next();) {
     for (std::size_t i = 0; i < columns.size(); ++i) {
-      csv.append(i == 0 ? "\n" : ",").append(CsvCell(columns[i], cursor.Cell(i)));
+      csv.append(i == 0 ? "\n" : ",").append(CsvCell(columns[i], CellOf(cursor, table, i)));
     }
   }
   return csv + '\n';

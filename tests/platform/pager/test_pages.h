@@ -19,7 +19,7 @@ constexpr const char* kFile = "/disk/file";
 constexpr const char* kJournal = "/disk/file-journal";
 constexpr std::size_t kTestPage = 2048;
 // Four blocks and sixteen pages: whatever needs much memory happens early.
-constexpr Limits kSmall{4 * 32768, 16 * kTestPage};
+constexpr Limits kSmall{4 * 65536, 16 * kTestPage};
 
 // The values of all pages of a file.
 using Image = std::vector<std::uint32_t>;

@@ -37,14 +37,15 @@ inline std::uint32_t LoadU32(const std::byte* at) {
   return Load<std::uint32_t>(at);
 }
 
-inline void StoreU8(std::byte* at, std::uint8_t number) {
-  *at = std::byte{number};
+// Store the lowest bytes of `number`; the caller knows that the number fits into them.
+inline void StoreU8(std::byte* at, std::uint64_t number) {
+  std::memcpy(at, &number, 1);
 }
-inline void StoreU16(std::byte* at, std::uint16_t number) {
-  Store(at, number);
+inline void StoreU16(std::byte* at, std::uint64_t number) {
+  std::memcpy(at, &number, 2);
 }
-inline void StoreU32(std::byte* at, std::uint32_t number) {
-  Store(at, number);
+inline void StoreU32(std::byte* at, std::uint64_t number) {
+  std::memcpy(at, &number, 4);
 }
 
 inline std::span<const std::byte> AsBytes(std::string_view text) {

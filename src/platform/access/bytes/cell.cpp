@@ -161,7 +161,7 @@ Magnitude NumericMagnitude(const ColumnDefinition& column, const std::string& di
   }
   Magnitude magnitude{};
   for (const char digit : digits) {
-    std::uint64_t carry = static_cast<std::uint64_t>(digit - '0');
+    std::uint64_t carry = digit - '0';
     for (auto group = magnitude.rbegin(); group != magnitude.rend(); ++group) {
       carry += std::uint64_t{*group} * 10;
       *group = static_cast<std::uint32_t>(carry);
@@ -175,6 +175,12 @@ template <typename Number>
 void Append(std::vector<std::byte>& out, Number number) {
   out.resize(out.size() + sizeof number);
   Store(&out[out.size() - sizeof number], number);
+}
+
+template <typename Number>
+void AppendWhole(const ColumnDefinition& column, const Value& value, std::vector<std::byte>& out) {
+  using Limits = std::numeric_limits<Number>;
+  Append(out, static_cast<Number>(WholeNumber(column, value, Limits::min(), Limits::max())));
 }
 
 void AppendNumeric(const ColumnDefinition& column, const Value& value, std::vector<std::byte>& out) {
@@ -362,13 +368,13 @@ void EncodeCell(const ColumnDefinition& column, const TextCodec& text, const Val
                 std::vector<std::byte>& out) {
   switch (column.shown.type) {
     case ColumnType::kByte:
-      Append(out, static_cast<std::uint8_t>(WholeNumber(column, value, 0, 0xFF)));
+      AppendWhole<std::uint8_t>(column, value, out);
       break;
     case ColumnType::kInteger:
-      Append(out, static_cast<std::int16_t>(WholeNumber(column, value, -0x8000, 0x7FFF)));
+      AppendWhole<std::int16_t>(column, value, out);
       break;
     case ColumnType::kLong:
-      Append(out, static_cast<std::int32_t>(WholeNumber(column, value, -0x8000'0000LL, 0x7FFF'FFFF)));
+      AppendWhole<std::int32_t>(column, value, out);
       break;
     case ColumnType::kCurrency:
       Append(out, Currency(column, value));

@@ -13,7 +13,7 @@ namespace {
 
 std::wstring ToWide(unsigned page, unsigned long flags, std::string_view text) {
   const int size = static_cast<int>(text.size());
-  std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(page, flags, text.data(), size, nullptr, 0)), L'\0');
+  std::wstring wide(MultiByteToWideChar(page, flags, text.data(), size, nullptr, 0), L'\0');
   MultiByteToWideChar(page, flags, text.data(), size, wide.data(), static_cast<int>(wide.size()));
   return wide;
 }
@@ -21,7 +21,7 @@ std::wstring ToWide(unsigned page, unsigned long flags, std::string_view text) {
 std::string FromWide(unsigned page, unsigned long flags, const std::wstring& wide, int* lossy) {
   const int size = static_cast<int>(wide.size());
   const int length = WideCharToMultiByte(page, flags, wide.data(), size, nullptr, 0, nullptr, nullptr);
-  std::string text(static_cast<std::size_t>(length), '\0');
+  std::string text(length, '\0');
   WideCharToMultiByte(page, flags, wide.data(), size, text.data(), length, nullptr, lossy);
   return text;
 }

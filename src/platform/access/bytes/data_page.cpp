@@ -22,9 +22,9 @@ std::size_t Offset(const Format& format, MutableBytes page, std::size_t slot) {
 void CheckRows(const Format& format, std::uint32_t number, MutableBytes page, std::size_t slot) {
   const DataPage view(format, number, page);
   for (std::size_t i = slot; i < view.SlotCount(); ++i) {
-    static_cast<void>(view.Row(i));
+    view.Row(i);
   }
-  static_cast<void>(view.Row(slot));
+  view.Row(slot);
 }
 
 // Moves the rows of the slots after `slot` so that the row of `slot` gets `size` bytes, and sets all their offsets.
@@ -37,14 +37,14 @@ void MoveLaterRows(const Format& format, MutableBytes page, std::size_t slot, st
   std::memmove(&page[new_start + last - start], &page[last], start - last);
   for (std::size_t i = slot; i < count; ++i) {
     std::byte* at = SlotPlace(format, page, i);
-    StoreU16(at, static_cast<std::uint16_t>(LoadU16(at) + new_start - start));
+    StoreU16(at, LoadU16(at) + new_start - start);
   }
 }
 
 void UpdateFreeSpace(const Format& format, MutableBytes page) {
   const std::size_t count = LoadU16(&page[format.slot_count_at]);
   const std::size_t rows = count == 0 ? page.size() : Offset(format, page, count - 1);
-  StoreU16(&page[kFreeSpaceAt], static_cast<std::uint16_t>(rows - (format.slots_at + 2 * count)));
+  StoreU16(&page[kFreeSpaceAt], rows - (format.slots_at + 2 * count));
 }
 
 }  // namespace
@@ -54,25 +54,26 @@ DataPage::DataPage(const Format& format, std::uint32_t number, Bytes page)
   if (LoadU8(page.data()) != kDataPage) {
     throw AccessError(number, "expected a data page, found type " + std::to_string(LoadU8(page.data())));
   }
-  if (format.slots_at + 2 * slot_count_ > page.size()) {
+  if (RowsFrom() > page.size()) {
     throw AccessError(number, "the page cannot hold " + std::to_string(slot_count_) + " rows");
   }
 }
 
-void DataPage::ThrowNoRow(std::size_t slot) const {
-  throw AccessError(number_, "there is no row " + std::to_string(slot));
-}
-
-void DataPage::ThrowMisplaced(std::size_t slot) const {
-  throw AccessError(number_, "row " + std::to_string(slot) + " does not lie between its neighbours");
+Bytes DataPage::Row(std::size_t slot) const {
+  if (slot >= slot_count_) {
+    throw AccessError(number_, "there is no row " + std::to_string(slot));
+  }
+  const std::size_t start = SlotAt(slot) & kSlotOffset;
+  const std::size_t end = RowEnd(slot);
+  if (start > end || end > page_.size() || start < RowsFrom()) {
+    throw AccessError(number_, "row " + std::to_string(slot) + " does not lie between its neighbours");
+  }
+  return page_.subspan(start, end - start);
 }
 
 std::size_t DataPage::Room() const {
-  const std::size_t slots_end = format_->slots_at + 2 * slot_count_;
-  if (slot_count_ == 0) {
-    return page_.size() - slots_end;
-  }
-  return static_cast<std::size_t>(Row(slot_count_ - 1).data() - page_.data()) - slots_end;
+  const Bytes last = slot_count_ == 0 ? page_.last(0) : Row(slot_count_ - 1);
+  return last.data() - page_.data() - RowsFrom();
 }
 
 RowPointer DataPage::Body(std::size_t slot) const {
@@ -91,14 +92,14 @@ void FormatDataPage(const Format& format, MutableBytes page, std::uint32_t owner
   UpdateFreeSpace(format, page);
 }
 
-std::uint8_t AppendRow(const Format& format, MutableBytes page, Bytes row, std::uint16_t flags) {
-  const std::size_t count = LoadU16(&page[format.slot_count_at]);
+std::uint32_t AppendRow(const Format& format, MutableBytes page, Bytes row, std::uint16_t flags) {
+  const std::uint32_t count = LoadU16(&page[format.slot_count_at]);
   const std::size_t end = count == 0 ? page.size() : Offset(format, page, count - 1);
   std::ranges::copy(row, &page[end - row.size()]);
-  StoreU16(SlotPlace(format, page, count), static_cast<std::uint16_t>((end - row.size()) | flags));
-  StoreU16(&page[format.slot_count_at], static_cast<std::uint16_t>(count + 1));
+  StoreU16(SlotPlace(format, page, count), (end - row.size()) | flags);
+  StoreU16(&page[format.slot_count_at], count + 1);
   UpdateFreeSpace(format, page);
-  return static_cast<std::uint8_t>(count);
+  return count;
 }
 
 void DeleteRow(const Format& format, std::uint32_t number, MutableBytes page, std::size_t slot) {
@@ -110,7 +111,7 @@ void DeleteRow(const Format& format, std::uint32_t number, MutableBytes page, st
   while (count > 0 && (LoadU16(SlotPlace(format, page, count - 1)) & kSlotDeleted) == kSlotDeleted) {
     --count;
   }
-  StoreU16(&page[format.slot_count_at], static_cast<std::uint16_t>(count));
+  StoreU16(&page[format.slot_count_at], count);
   UpdateFreeSpace(format, page);
 }
 

@@ -2,6 +2,7 @@
 // front of the one before it. Pages that hold the rows of usage maps or of long values have this shape too.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -14,7 +15,7 @@ namespace marlevo::access {
 // A pointer to a row, as structures of the file store it: the slot in the first byte, the page in the other three.
 struct RowPointer {
   std::uint32_t page = 0;
-  std::uint8_t slot = 0;
+  std::uint32_t slot = 0;  // 0..255
   bool operator==(const RowPointer&) const = default;
 };
 
@@ -29,7 +30,8 @@ inline RowId ToRowId(RowPointer row) {
   return RowId{row.page << 8 | row.slot};
 }
 inline RowPointer FromRowId(RowId id) {
-  return {static_cast<std::uint32_t>(id) >> 8, static_cast<std::uint8_t>(static_cast<std::uint32_t>(id) & 0xFF)};
+  const auto number = static_cast<std::uint32_t>(id);
+  return {number >> 8, number & 0xFF};
 }
 
 // Reads a data page. Every access is checked: a place outside the page throws an AccessError with the page's number.
@@ -40,22 +42,36 @@ class DataPage {
 
   std::uint32_t Owner() const { return LoadU32(&page_[kOwnerAt]); }
   std::size_t FreeSpace() const { return LoadU16(&page_[kFreeSpaceAt]); }  // the stored count; Room() computes it
-  std::size_t SlotCount() const { return slot_count_; }
-  std::uint16_t Flags(std::size_t slot) const { return SlotAt(slot) & static_cast<std::uint16_t>(~kSlotOffset); }
+  std::uint32_t SlotCount() const { return slot_count_; }
+  std::uint16_t Flags(std::size_t slot) const { return SlotAt(slot) & kSlotFlags; }
   bool IsDeleted(std::size_t slot) const { return (SlotAt(slot) & kSlotDeleted) == kSlotDeleted; }
 
-  // The row in this slot: it reaches from the slot's own offset to the offset of the slot before. Inline, since a scan
-  // of a table spends most of its time here.
-  Bytes Row(std::size_t slot) const {
-    if (slot >= slot_count_) {
-      ThrowNoRow(slot);
+  // The row in this slot: it reaches from the slot's own offset to the offset of the slot before.
+  Bytes Row(std::size_t slot) const;
+
+  // The first slot, from `slot` on, that is wanted; SlotCount() when there is none. A row is wanted when it has been
+  // moved, when `wanted` is true of its bytes, and when it is shorter than `least` bytes or lies in the wrong place,
+  // which Row and RowView report.
+  template <typename Wanted>
+  std::uint32_t Find(std::uint32_t slot, std::size_t least, Wanted wanted) const {
+    const std::byte* const slots = &page_[format_->slots_at];
+    const std::size_t rows_from = RowsFrom();
+    std::size_t end = std::min(RowEnd(slot), page_.size());
+    for (; slot < slot_count_; ++slot) {
+      const std::uint16_t entry = LoadU16(slots + 2 * slot);
+      const std::size_t start = entry & kSlotOffset;
+      if (entry == start) {
+        if (start < rows_from || start + least > end || wanted(Bytes(page_.data() + start, end - start))) {
+          break;
+        }
+        end = start;
+      } else if ((entry & kSlotDeleted) == kSlotMoved) {
+        break;
+      } else {
+        end = std::min(start, end);
+      }
     }
-    const std::size_t start = SlotAt(slot) & kSlotOffset;
-    const std::size_t end = slot == 0 ? page_.size() : SlotAt(slot - 1) & kSlotOffset;
-    if (start > end || end > page_.size() || start < format_->slots_at + 2 * slot_count_) {
-      ThrowMisplaced(slot);
-    }
-    return {page_.data() + start, end - start};
+    return slot;
   }
 
   // Free bytes between the slot table and the rows, computed from the slots.
@@ -65,21 +81,21 @@ class DataPage {
   RowPointer Body(std::size_t slot) const;
 
  private:
-  [[noreturn]] void ThrowNoRow(std::size_t slot) const;
-  [[noreturn]] void ThrowMisplaced(std::size_t slot) const;
+  std::size_t RowsFrom() const { return format_->slots_at + 2 * slot_count_; }  // where the slot table ends
+  std::size_t RowEnd(std::size_t slot) const { return slot == 0 ? page_.size() : SlotAt(slot - 1) & kSlotOffset; }
   std::uint16_t SlotAt(std::size_t slot) const { return LoadU16(&page_[format_->slots_at + 2 * slot]); }
 
   const Format* format_;
   std::uint32_t number_;
   Bytes page_;
-  std::size_t slot_count_;
+  std::uint32_t slot_count_;
 };
 
 // Turns a page, whatever it holds, into an empty data page.
 void FormatDataPage(const Format& format, MutableBytes page, std::uint32_t owner);
 
 // Appends a row with the next slot number; the caller has checked that row.size() + 2 bytes and a slot number are free.
-std::uint8_t AppendRow(const Format& format, MutableBytes page, Bytes row, std::uint16_t flags = 0);
+std::uint32_t AppendRow(const Format& format, MutableBytes page, Bytes row, std::uint16_t flags = 0);
 
 // Frees the row's bytes. Its slot stays and is marked deleted, so that the other rows keep their slot numbers; deleted
 // slots at the end of the slot table are removed.

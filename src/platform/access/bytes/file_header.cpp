@@ -94,7 +94,7 @@ void WriteHeader(const FileHeader& header, std::span<const std::byte, 8> creatio
   for (std::uint32_t table = 0; table < 4; ++table) {
     StoreU32(&page[kSystemTablesAt + 4 * table], kObjectsPage + table);
   }
-  StoreU16(&page[kCodePageAt], static_cast<std::uint16_t>(header.code_page));
+  StoreU16(&page[kCodePageAt], header.code_page);
   StoreU32(&page[kEncodingKeyAt], header.encoding_key);
   const MutableBytes stored_password = page.subspan(kPasswordAt, format.password_size);
   std::ranges::copy(AsBytes(header.password), stored_password.begin());
@@ -114,7 +114,7 @@ void WriteHeader(const FileHeader& header, std::span<const std::byte, 8> creatio
 
   const MutableBytes user_slots = page.last(kUserSlotsSize);
   for (std::size_t i = 0; i < user_slots.size(); i += 2) {
-    user_slots[i] = std::byte{static_cast<std::uint8_t>(i == 0)};
+    user_slots[i] = std::byte{i == 0};
     user_slots[i + 1] = std::byte{1};
   }
 }

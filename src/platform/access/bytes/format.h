@@ -26,6 +26,7 @@ inline constexpr std::size_t kFreeSpaceAt = 2;  // of data and index pages
 
 // A slot of a data page: the row's offset and two flags.
 inline constexpr std::uint16_t kSlotOffset = 0x1FFF;
+inline constexpr std::uint16_t kSlotFlags = 0xE000;
 inline constexpr std::uint16_t kSlotMoved = 0x4000;  // the row's first four bytes point to its body
 inline constexpr std::uint16_t kSlotBody = 0x8000;   // body of a moved row, reached by that pointer only
 inline constexpr std::uint16_t kSlotDeleted = 0xC000;
@@ -35,7 +36,7 @@ inline constexpr std::size_t kMaxSlots = 255;  // slot numbers are bytes
 inline constexpr std::uint8_t kInlineMap = 0;       // the row holds the bits themselves
 inline constexpr std::uint8_t kReferenceMap = 1;    // the row holds the numbers of pages full of bits
 inline constexpr std::uint32_t kGlobalMapPage = 1;  // its row 0 is the map of all pages of the file
-inline constexpr std::size_t kMapPageHeader = 4;    // bytes of a page of bits before the first bit
+inline constexpr std::uint32_t kMapPageHeader = 4;  // bytes of a page of bits before the first bit
 
 inline constexpr std::uint32_t kObjectsPage = 2;  // definition of MSysObjects
 
@@ -52,7 +53,7 @@ inline constexpr std::size_t kLongValueHeader = 12;  // bytes that a row holds o
 
 struct Format {
   int version;  // 3 or 4
-  std::size_t page_size;
+  std::uint32_t page_size;
   std::uint32_t max_pages;
   std::size_t max_row;
   std::size_t max_long_value_row;

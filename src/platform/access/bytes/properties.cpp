@@ -6,6 +6,7 @@
 
 #include "platform/access/bytes/access_error.h"
 #include "platform/access/bytes/bytes.h"
+#include "platform/base/text.h"
 
 namespace marlevo::access {
 
@@ -179,7 +180,7 @@ std::vector<std::byte> WithoutValidation(const TextCodec& text, Bytes properties
         append(property.whole);
       }
     }
-    StoreU32(&kept[begin], static_cast<std::uint32_t>(kept.size() - begin));
+    StoreU32(&kept[begin], kept.size() - begin);
   }
   return kept;
 }

@@ -2,27 +2,26 @@
 
 #include <array>
 #include <cstdint>
+#include <numeric>
 #include <utility>
 
 namespace marlevo::access {
 
 void ApplyRc4(std::span<const std::byte> key, std::span<std::byte> data) {
   std::array<std::uint8_t, 256> state;
+  std::iota(state.begin(), state.end(), std::uint8_t{0});
+  unsigned j = 0;
   for (std::size_t i = 0; i < state.size(); ++i) {
-    state[i] = static_cast<std::uint8_t>(i);
-  }
-  std::uint8_t j = 0;
-  for (std::size_t i = 0; i < state.size(); ++i) {
-    j = static_cast<std::uint8_t>(j + state[i] + std::to_integer<std::uint8_t>(key[i % key.size()]));
+    j = (j + state[i] + std::to_integer<unsigned>(key[i % key.size()])) % 256;
     std::swap(state[i], state[j]);
   }
-  std::uint8_t i = 0;
+  unsigned i = 0;
   j = 0;
   for (std::byte& byte : data) {
-    ++i;
-    j = static_cast<std::uint8_t>(j + state[i]);
+    i = (i + 1) % 256;
+    j = (j + state[i]) % 256;
     std::swap(state[i], state[j]);
-    byte ^= std::byte{state[static_cast<std::uint8_t>(state[i] + state[j])]};
+    byte ^= std::byte{state[(state[i] + state[j]) % 256]};
   }
 }
 

@@ -96,16 +96,16 @@ RowBuilder::RowBuilder(const Format& format, std::size_t columns, std::size_t va
 void RowBuilder::Reset() {
   row_.assign(format_.row_number_width + fixed_size_, std::byte{0});
   if (format_.row_number_width == 1) {
-    StoreU8(row_.data(), static_cast<std::uint8_t>(columns_));
+    StoreU8(row_.data(), columns_);
   } else {
-    StoreU16(row_.data(), static_cast<std::uint16_t>(columns_));
+    StoreU16(row_.data(), columns_);
   }
   offsets_.clear();
   mask_.assign((columns_ + 7) / 8, std::byte{0});
 }
 
 void RowBuilder::SetMask(std::size_t number) {
-  mask_[number / 8] |= std::byte{static_cast<std::uint8_t>(1u << number % 8)};
+  mask_[number / 8] |= std::byte{1} << number % 8;
 }
 
 MutableBytes RowBuilder::Fixed(std::size_t offset, std::size_t size) {
@@ -119,7 +119,7 @@ void RowBuilder::AddVariable(std::size_t index, Bytes value) {
 
 void RowBuilder::PutOffsets() {
   offsets_.resize(variable_columns_ + 1, row_.size());  // the last one is the end of data
-  const auto put_u8 = [this](std::size_t number) { row_.push_back(std::byte{static_cast<std::uint8_t>(number)}); };
+  const auto put_u8 = [this](std::size_t number) { StoreU8(&row_.emplace_back(), number); };
   if (format_.version == 4) {
     for (auto offset = offsets_.rbegin(); offset != offsets_.rend(); ++offset) {
       put_u8(*offset & 0xFF);
@@ -142,7 +142,7 @@ void RowBuilder::PutOffsets() {
   const std::size_t real_jumps = data_end / kBlock;
   row_.insert(row_.end(), jumps - real_jumps, kDummyJump);
   for (std::size_t jump = real_jumps; jump > 0; --jump) {
-    put_u8(static_cast<std::size_t>(std::ranges::lower_bound(offsets_, jump * kBlock) - offsets_.begin()));
+    put_u8(std::ranges::lower_bound(offsets_, jump * kBlock) - offsets_.begin());
   }
   put_u8(variable_columns_);
 }

@@ -2,7 +2,6 @@
 // 2000-2003).
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -51,12 +50,6 @@ enum class ColumnType : std::uint8_t {
   kNumeric = 0x10,  // 28 digits and a scale; Jet 4
   // Types that only Access itself uses (0x0D, 0x0E, 0x11) are read as bytes; a table with such a column is not written.
 };
-
-// Compares names of tables, columns and indexes, which do not tell upper from lower ASCII letters.
-inline bool SameName(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return std::ranges::equal(a, b, {}, lower, lower);
-}
 
 // The value of one cell. Texts (UTF-8) and bytes are views: whoever makes the Value keeps them alive. Null is
 // std::monostate. For each type of column, the kind that reading gives and that writing takes:

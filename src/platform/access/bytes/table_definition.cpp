@@ -103,7 +103,7 @@ LogicalIndex ParseLogicalIndex(const Format& format, const std::byte* at) {
   index.number = LoadU32(at);
   index.real_index = LoadU32(at + 4);
   index.related_type = LoadU8(at + 8);
-  index.related_index = Load<std::int32_t>(at + 9);
+  index.related_index = LoadU32(at + 9);
   index.related_table = LoadU32(at + 13);
   index.cascade_updates = LoadU8(at + 17);
   index.cascade_deletes = LoadU8(at + 18);
@@ -147,16 +147,16 @@ class Writer {
       throw AccessError("\"" + name + "\" cannot be a name in this file");
     }
     if (format_.version == 3) {
-      StoreU8(Put(1), static_cast<std::uint8_t>(encoded.size()));
+      StoreU8(Put(1), encoded.size());
     } else {
-      StoreU16(Put(2), static_cast<std::uint16_t>(encoded.size()));
+      StoreU16(Put(2), encoded.size());
     }
     bytes_.insert(bytes_.end(), encoded.begin(), encoded.end());
   }
 
   // The finished definition, with its length in its header.
   std::vector<std::byte> Take() {
-    StoreU32(&bytes_[kLengthAt], static_cast<std::uint32_t>(bytes_.size()));
+    StoreU32(&bytes_[kLengthAt], bytes_.size());
     return std::move(bytes_);
   }
 
@@ -175,13 +175,13 @@ void BuildHeader(const Format& format, const TableDefinition& table, std::byte* 
     StoreU32(at + 0x18, 1);  // without this number Access does not count AutoNumbers on
   }
   StoreU32(at + place.rows, table.rows);
-  StoreU32(at + place.last_autonumber, table.last_autonumber);
+  Store(at + place.last_autonumber, table.last_autonumber);
   StoreU8(at + place.type, table.type);
   StoreU16(at + place.max_columns, table.max_columns);
   StoreU16(at + place.variable_columns, table.variable_columns);
-  StoreU16(at + place.columns, static_cast<std::uint16_t>(table.columns.size()));
-  StoreU32(at + place.logical_indexes, static_cast<std::uint32_t>(table.logical_indexes.size()));
-  StoreU32(at + place.real_indexes, static_cast<std::uint32_t>(table.real_indexes.size()));
+  StoreU16(at + place.columns, table.columns.size());
+  StoreU32(at + place.logical_indexes, table.logical_indexes.size());
+  StoreU32(at + place.real_indexes, table.real_indexes.size());
   StoreRowPointer(at + place.owned_map, table.owned_map);
   StoreRowPointer(at + place.free_map, table.free_map);
 }
@@ -232,7 +232,7 @@ void BuildLogicalIndex(const Format& format, const LogicalIndex& index, std::byt
   StoreU32(at, index.number);
   StoreU32(at + 4, index.real_index);
   StoreU8(at + 8, index.related_type);
-  Store(at + 9, index.related_index);
+  StoreU32(at + 9, index.related_index);
   StoreU32(at + 13, index.related_table);
   StoreU8(at + 17, index.cascade_updates);
   StoreU8(at + 18, index.cascade_deletes);
@@ -253,7 +253,7 @@ TableDefinition ParseDefinition(const Format& format, const TextCodec& text, std
   TableDefinition table;
   table.type = LoadU8(header + place.type);
   table.rows = LoadU32(header + place.rows);
-  table.last_autonumber = LoadU32(header + place.last_autonumber);
+  table.last_autonumber = Load<std::int32_t>(header + place.last_autonumber);
   table.max_columns = LoadU16(header + place.max_columns);
   table.variable_columns = LoadU16(header + place.variable_columns);
   table.owned_map = LoadRowPointer(header + place.owned_map);

@@ -29,15 +29,15 @@ struct ColumnDefinition {
   std::uint16_t number = 0;          // identifies the column for ever: its bit in the null mask, its name in indexes
   std::uint16_t ordinal = 0;         // its place in the order in which Access shows the columns
   bool fixed = false;                // kept in the fixed area of a row; the flag kColumnFixed decides, not the type
-  std::uint16_t fixed_offset = 0;    // of a fixed column, from the start of the fixed area
+  std::size_t fixed_offset = 0;      // of a fixed column, from the start of the fixed area
   std::uint16_t variable_index = 0;  // its place among the variable values; in a fixed column, how many come before it
-  std::uint16_t stored_length = 0;   // bytes
+  std::size_t stored_length = 0;     // bytes
   std::uint8_t flags = 0;
   bool compressed = false;     // Jet 4 texts may have the short form
   std::uint8_t precision = 0;  // digits of a Numeric
   std::uint8_t scale = 0;      // of these, digits after the decimal point
   std::uint16_t language = 0;
-  std::uint16_t code_page = 0;    // Jet 3
+  int code_page = 0;              // Jet 3
   std::uint8_t sort_version = 0;  // Jet 4
 };
 
@@ -78,12 +78,12 @@ enum class IndexKind : std::uint8_t { kNormal = 0, kPrimaryKey = 1, kForeignKey 
 
 struct LogicalIndex {
   std::string name;
-  std::uint32_t number = 0;
-  std::uint32_t real_index = 0;
+  std::size_t number = 0;
+  std::size_t real_index = 0;
   std::uint8_t related_type = 0;
-  std::int32_t related_index = -1;
-  std::uint32_t related_table = 0;   // its definition page
-  std::uint8_t cascade_updates = 4;  // 4 means that it is not a foreign key
+  std::uint32_t related_index = 0xFFFF'FFFF;  // LogicalIndex::number there; this value for none
+  std::uint32_t related_table = 0;            // its definition page
+  std::uint8_t cascade_updates = 4;           // 4 means that it is not a foreign key
   std::uint8_t cascade_deletes = 4;
   IndexKind kind = IndexKind::kNormal;
 };
@@ -98,7 +98,7 @@ struct LongValueMaps {
 struct TableDefinition {
   std::uint8_t type = kUserTable;
   std::uint32_t rows = 0;
-  std::uint32_t last_autonumber = 0;
+  std::int32_t last_autonumber = 0;
   std::uint16_t max_columns = 0;       // columns, deleted ones included: the bits of a new row's null mask
   std::uint16_t variable_columns = 0;  // variable columns, deleted ones included
   RowPointer owned_map;

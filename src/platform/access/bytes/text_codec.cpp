@@ -5,6 +5,7 @@
 
 #include "platform/access/bytes/access_error.h"
 #include "platform/access/bytes/bytes.h"
+#include "platform/base/text.h"
 
 namespace marlevo::access {
 
@@ -107,42 +108,20 @@ void DecodeShortForm(Bytes bytes, std::string& out) {
   writer.Finish();
 }
 
-// Takes the first character off `text`; returns nothing when `text` does not begin with valid UTF-8.
-std::optional<char32_t> TakeUtf8(std::string_view& text) {
-  const auto lead = static_cast<std::uint8_t>(text.front());
-  const std::size_t size = lead < 0x80 ? 1 : lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : 4;
-  if (size > text.size() || (size == 4 && (lead < 0xF0 || lead > 0xF4))) {
-    return std::nullopt;
-  }
-  char32_t c = size == 1 ? lead : lead & (0x7Fu >> size);
-  for (std::size_t i = 1; i < size; ++i) {
-    const auto next = static_cast<std::uint8_t>(text[i]);
-    if ((next & 0xC0) != 0x80) {
-      return std::nullopt;
-    }
-    c = c << 6 | (next & 0x3F);
-  }
-  const bool overlong = (size == 3 && c < 0x800) || (size == 4 && c < 0x10000);
-  if (overlong || c > 0x10FFFF || (c >= 0xD800 && c < 0xE000)) {
-    return std::nullopt;
-  }
-  text.remove_prefix(size);
-  return c;
-}
-
 std::optional<std::u16string> ToUtf16(std::string_view text) {
   std::u16string units;
   units.reserve(text.size());
   while (!text.empty()) {
-    const std::optional<char32_t> c = TakeUtf8(text);
-    if (!c) {
+    const char32_t c = TakeCharacter(text);
+    if (c >= kNoCharacter) {
       return std::nullopt;
     }
-    if (*c < 0x10000) {
-      units += static_cast<char16_t>(*c);
+    const auto put = [&units](char32_t unit) { units += static_cast<char16_t>(unit); };
+    if (c < 0x10000) {
+      put(c);
     } else {
-      units += static_cast<char16_t>(0xD800 + ((*c - 0x10000) >> 10));
-      units += static_cast<char16_t>(0xDC00 + ((*c - 0x10000) & 0x3FF));
+      put(0xD800 + ((c - 0x10000) >> 10));
+      put(0xDC00 + ((c - 0x10000) & 0x3FF));
     }
   }
   return units;
@@ -157,7 +136,7 @@ std::optional<std::size_t> EncodeJet4(std::string_view text, bool compress, std:
   if (compress && fits_short_form && units->size() > 2 && units->size() <= kLongestShortForm) {
     out.insert(out.end(), std::begin(kShortForm), std::end(kShortForm));
     for (const char16_t unit : *units) {
-      out.push_back(std::byte{static_cast<std::uint8_t>(unit)});
+      StoreU8(&out.emplace_back(), unit);
     }
     return units->size();
   }

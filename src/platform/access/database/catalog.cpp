@@ -6,6 +6,7 @@
 #include "platform/access/bytes/access_error.h"
 #include "platform/access/table/loaded_table.h"
 #include "platform/access/table/row_scan.h"
+#include "platform/base/text.h"
 
 namespace marlevo::access {
 
@@ -19,7 +20,7 @@ std::size_t ColumnNamed(const LoadedTable& table, std::string_view name) {
   if (found == table.Columns().end()) {
     throw AccessError(table.Page(), "the catalog lacks the column " + std::string(name));
   }
-  return static_cast<std::size_t>(found - table.Columns().begin());
+  return found - table.Columns().begin();
 }
 
 }  // namespace

@@ -182,7 +182,7 @@ class Checker {
       Fault(number, "says that it belongs to " + std::to_string(page.Owner()) + ", not " + std::to_string(owner));
     }
     for (std::size_t slot = 0; slot < page.SlotCount(); ++slot) {
-      static_cast<void>(page.Row(slot));
+      page.Row(slot);
     }
     if (page.FreeSpace() != page.Room()) {
       Fault(number, "says that it has " + std::to_string(page.FreeSpace()) + " free bytes instead of " +
@@ -215,11 +215,11 @@ class Checker {
     const pager::PageRef ref = file_->Read(number);
     const DataPage page(format_, number, ref.Bytes());
     std::size_t rows = 0;
-    for (std::size_t slot = 0; slot < page.SlotCount(); ++slot) {
+    for (std::uint32_t slot = 0; slot < page.SlotCount(); ++slot) {
       if (page.IsDeleted(slot)) {
         continue;
       }
-      const RowPointer row{number, static_cast<std::uint8_t>(slot)};
+      const RowPointer row{number, slot};
       if ((page.Flags(slot) & kSlotBody) != 0) {
         bodies_.try_emplace({row.page, row.slot}, 0);
       } else {
@@ -228,7 +228,7 @@ class Checker {
       if ((page.Flags(slot) & kSlotMoved) != 0) {
         const RowPointer body = page.Body(slot);
         ++bodies_[{body.page, body.slot}];
-        static_cast<void>(table.PathOf(row));
+        table.PathOf(row);
       } else {
         Try([&] { CheckRow(table, number, page.Row(slot)); });
       }
@@ -274,7 +274,7 @@ class Checker {
   const Format& format_;
   std::vector<std::string> users_;  // who uses each page; empty when nobody has been found yet
   // For the place (page, slot) of each body of a moved row, how many slots point to it.
-  std::map<std::pair<std::uint32_t, std::uint8_t>, int> bodies_;
+  std::map<std::pair<std::uint32_t, std::uint32_t>, int> bodies_;
   std::vector<std::string> faults_;
 };
 

@@ -26,7 +26,7 @@ bool IsValid(const CodePage& page, const std::shared_ptr<LoadedTable>& table) {
         continue;
       }
       const std::string_view text = AsText(rows.Cells().Variable(column.variable_index));
-      if (std::ranges::none_of(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; })) {
+      if (std::ranges::none_of(text, [](char c) { return (c & 0x80) != 0; })) {
         continue;
       }
       std::string decoded = page.Decode(text);

@@ -231,8 +231,8 @@ class Copier {
     }
     for (LogicalIndex& name : names) {
       name = {.name = name.name, .kind = name.kind};
-      name.number = static_cast<std::uint32_t>(definition.logical_indexes.size());
-      name.real_index = static_cast<std::uint32_t>(definition.real_indexes.size());
+      name.number = definition.logical_indexes.size();
+      name.real_index = definition.real_indexes.size();
       definition.logical_indexes.push_back(name);
     }
     const RealIndex& real = table->Definition().real_indexes[i];

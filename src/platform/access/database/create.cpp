@@ -16,6 +16,7 @@
 #include "platform/access/storage/global_map.h"
 #include "platform/access/storage/storage.h"
 #include "platform/access/table/loaded_table.h"
+#include "platform/base/text.h"
 
 namespace marlevo::access {
 
@@ -27,9 +28,8 @@ double Now() {
   const char* const stated = std::getenv("SOURCE_DATE_EPOCH");
   const std::time_t now = stated ? std::strtoll(stated, nullptr, 10) : std::time(nullptr);
   const std::tm local = *std::localtime(&now);
-  const std::chrono::sys_days day = std::chrono::year{local.tm_year + 1900} /
-                                    std::chrono::month{static_cast<unsigned>(local.tm_mon) + 1} /
-                                    std::chrono::day{static_cast<unsigned>(local.tm_mday)};
+  const std::chrono::sys_days day =
+      std::chrono::year{local.tm_year + 1900} / std::chrono::month(local.tm_mon + 1) / std::chrono::day(local.tm_mday);
   const std::chrono::sys_days origin = std::chrono::year{1899} / 12 / 30;
   const int seconds = (local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec;
   return static_cast<double>((day - origin).count()) + seconds / 86400.0;
@@ -55,7 +55,7 @@ Creator::Creator(Storage& file, const NewFile& kind, std::string_view password)
   std::uint32_t page = kObjectsPage;
   for (SystemTable& table : tables) {
     for (ColumnDefinition& column : table.definition.columns) {
-      column.code_page = static_cast<std::uint16_t>(kind_.code_page);
+      column.code_page = kind_.code_page;
     }
     WriteDefinition(page++, table.definition);
   }
@@ -177,7 +177,7 @@ TableDefinition DefinitionOf(const Format& format, const TableSchema& schema, in
   std::vector<ColumnDefinition> columns;
   for (const ColumnSchema& column : schema.columns) {
     columns.push_back(NewColumn(format, column));
-    columns.back().code_page = static_cast<std::uint16_t>(code_page);
+    columns.back().code_page = code_page;
   }
   TableDefinition definition = LayOutTable(kUserTable, columns);
   for (const IndexSchema& index : schema.indexes) {

@@ -8,6 +8,7 @@
 #include "platform/access/database/catalog.h"
 #include "platform/access/database/database.h"
 #include "platform/access/index/index_key.h"
+#include "platform/base/text.h"
 
 namespace marlevo::access {
 
@@ -34,8 +35,8 @@ constexpr std::uint32_t kAllRights = 0xF'FFFF;
 constexpr std::uint32_t kAllTableRights = kAllRights & ~kOpenForms;
 
 // Bytes of a text column.
-std::uint16_t TextSize(const Format& format, std::size_t characters) {
-  return static_cast<std::uint16_t>(format.version == 3 ? characters : 2 * characters);
+std::size_t TextSize(const Format& format, std::size_t characters) {
+  return format.version == 3 ? characters : 2 * characters;
 }
 
 ColumnDefinition SystemColumn(const Format& format, const std::string& name, ColumnType type,
@@ -47,7 +48,7 @@ ColumnDefinition SystemColumn(const Format& format, const std::string& name, Col
   if (text_or_binary) {
     column.stored_length = TextSize(format, kMaxLength);  // Jet 4 doubles the length of Binary columns, too
   } else {
-    column.stored_length = static_cast<std::uint16_t>(type == ColumnType::kBoolean ? 1 : WidthOf(type));
+    column.stored_length = type == ColumnType::kBoolean ? 1 : WidthOf(type);
   }
   column.flags = kColumnSystem | kColumnNullable | more_flags;
   return column;
@@ -60,7 +61,7 @@ void AddIndex(TableDefinition& table, const std::string& name, std::vector<Index
   real.flags = flags;
   LogicalIndex logical;
   logical.name = name;
-  logical.number = logical.real_index = static_cast<std::uint32_t>(table.real_indexes.size());
+  logical.number = logical.real_index = table.real_indexes.size();
   logical.kind = kind;
   table.real_indexes.push_back(std::move(real));
   table.logical_indexes.push_back(std::move(logical));
@@ -146,7 +147,7 @@ TableDefinition LayOutTable(std::uint8_t table_type, const std::vector<ColumnDef
   TableDefinition table;
   table.type = table_type;
   table.columns = columns;
-  std::uint16_t fixed_size = 0;
+  std::size_t fixed_size = 0;
   for (ColumnDefinition& column : table.columns) {
     column.number = table.max_columns++;
     column.ordinal = table_type == kSystemTable ? 0 : column.number;
@@ -158,7 +159,7 @@ TableDefinition LayOutTable(std::uint8_t table_type, const std::vector<ColumnDef
       column.flags |= kColumnFixed;
       if (column.shown.type != ColumnType::kBoolean) {
         column.fixed_offset = fixed_size;
-        fixed_size = static_cast<std::uint16_t>(fixed_size + column.stored_length);
+        fixed_size += column.stored_length;
       }
     }
     if (IsLongValue(column.shown.type)) {
@@ -178,7 +179,7 @@ ColumnDefinition NewColumn(const Format& format, const ColumnSchema& schema) {
       column.compressed = true;
       break;
     case ColumnType::kBinary:
-      column.stored_length = static_cast<std::uint16_t>(schema.length);
+      column.stored_length = schema.length;
       break;
     case ColumnType::kMemo:
       column.compressed = true;
@@ -191,7 +192,7 @@ ColumnDefinition NewColumn(const Format& format, const ColumnSchema& schema) {
       break;
     default:
       column.fixed = true;
-      column.stored_length = static_cast<std::uint16_t>(WidthOf(schema.type));
+      column.stored_length = WidthOf(schema.type);
       break;
   }
   const bool has_length = schema.type == ColumnType::kText || schema.type == ColumnType::kBinary;
@@ -221,9 +222,16 @@ void AddIndex(TableDefinition& table, const IndexSchema& schema) {
     throw AccessError("index " + schema.name + " cannot be made: its name is taken, or there are too many");
   }
   const bool primary = schema.primary_key;
-  const auto flags = static_cast<std::uint8_t>((primary || schema.unique ? kIndexUnique : 0) |
-                                               (primary || schema.required ? kIndexRequired : 0) |
-                                               (schema.ignore_nulls ? kIndexIgnoreNulls : 0));
+  std::uint8_t flags = 0;
+  if (primary || schema.unique) {
+    flags |= kIndexUnique;
+  }
+  if (primary || schema.required) {
+    flags |= kIndexRequired;
+  }
+  if (schema.ignore_nulls) {
+    flags |= kIndexIgnoreNulls;
+  }
   AddIndex(table, schema.name, std::move(columns), flags, primary ? IndexKind::kPrimaryKey : IndexKind::kNormal);
 }
 

@@ -129,12 +129,12 @@ void AppendJet3TextKey(std::string_view text, Key& key) {
     }
   };
   for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
+    const unsigned char byte = c;
     if (const std::uint16_t weight = Weight(byte); weight != 0) {
       append(weight);
     } else {
       for (const char letter : TwoLetters(byte)) {
-        append(Weight(static_cast<unsigned char>(letter)));
+        append(Weight(letter));
       }
     }
   }

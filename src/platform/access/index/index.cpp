@@ -189,7 +189,7 @@ void Index::Erase(const RowKey& key, RowId row) const {
 void Index::CountKey(std::int32_t change) const {
   const pager::PageEdit page = file_->Change(page_);
   std::byte* keys = &page.Bytes()[keys_at_];
-  StoreU32(keys, static_cast<std::uint32_t>(std::max(std::int64_t{LoadU32(keys)} + change, std::int64_t{0})));
+  StoreU32(keys, std::max(std::int64_t{LoadU32(keys)} + change, std::int64_t{0}));
 }
 
 }  // namespace marlevo::access

@@ -150,9 +150,7 @@ void AppendText(const KeyColumn& column, const KeyValue& value, Key& key) {
   }
   const std::string_view text = AsText(std::get<Bytes>(value));
   if (column.order == TextOrder::kAsciiJet3) {
-    const auto high =
-        std::find_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-    if (high != text.end()) {
+    if (std::ranges::any_of(text, [](char c) { return (c & 0x80) != 0; })) {
       throw ValueError(
           "column " + column.name +
               " is indexed, and the place of characters outside ASCII in the order of its index is not known" + kAdvice,

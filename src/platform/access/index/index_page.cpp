@@ -56,9 +56,8 @@ std::size_t IndexPage::LowerBound(Bytes sought) const {
 }
 
 void IndexPage::Insert(std::size_t i, Bytes entry) {
-  const auto at = static_cast<std::ptrdiff_t>(Start(i));
-  bytes_.insert(bytes_.begin() + at, entry.begin(), entry.end());
-  ends_.insert(ends_.begin() + static_cast<std::ptrdiff_t>(i), Start(i));
+  bytes_.insert(bytes_.begin() + Start(i), entry.begin(), entry.end());
+  ends_.insert(ends_.begin() + i, Start(i));
   for (std::size_t later = i; later < Count(); ++later) {
     ends_[later] += entry.size();
   }
@@ -73,9 +72,9 @@ void IndexPage::InsertChild(std::size_t i, Bytes bound, std::uint32_t child) {
 void IndexPage::Erase(std::size_t i) {
   const std::size_t start = Start(i);
   const std::size_t size = ends_[i] - start;
-  const auto at = bytes_.begin() + static_cast<std::ptrdiff_t>(start);
-  bytes_.erase(at, at + static_cast<std::ptrdiff_t>(size));
-  ends_.erase(ends_.begin() + static_cast<std::ptrdiff_t>(i));
+  const auto at = bytes_.begin() + start;
+  bytes_.erase(at, at + size);
+  ends_.erase(ends_.begin() + i);
   for (std::size_t later = i; later < Count(); ++later) {
     ends_[later] -= size;
   }
@@ -89,7 +88,7 @@ std::size_t IndexPage::CommonPrefix() const {
   const Bytes last = Entry(Count() - 1);
   const std::size_t most = format_->index_page.prefix_width == 1 ? 0xFF : 0xFFFF;
   const auto differ = std::mismatch(first.begin(), first.end(), last.begin(), last.end()).first;
-  return std::min(static_cast<std::size_t>(differ - first.begin()), most);
+  return std::min<std::size_t>(differ - first.begin(), most);
 }
 
 std::size_t IndexPage::StoredSize(std::size_t prefix) const {
@@ -102,19 +101,19 @@ bool IndexPage::Fits() const {
 
 IndexPage IndexPage::SplitFront(bool all_but_last) {
   const auto half = std::ranges::lower_bound(ends_, bytes_.size() / 2);
-  std::size_t count = all_but_last ? Count() - 1 : static_cast<std::size_t>(half - ends_.begin());
+  std::size_t count = all_but_last ? Count() - 1 : half - ends_.begin();
   count = std::clamp<std::size_t>(count, 1, Count() - 1);
   IndexPage front(*format_, {.level = links.level});
   front.shortened_ = shortened_;
   for (;; count = all_but_last ? count - 1 : count / 2) {
-    front.bytes_.assign(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(ends_[count - 1]));
-    front.ends_.assign(ends_.begin(), ends_.begin() + static_cast<std::ptrdiff_t>(count));
+    front.bytes_.assign(bytes_.begin(), bytes_.begin() + ends_[count - 1]);
+    front.ends_.assign(ends_.begin(), ends_.begin() + count);
     if (count == 1 || front.Fits()) {
       break;
     }
   }
-  bytes_.erase(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(front.bytes_.size()));
-  ends_.erase(ends_.begin(), ends_.begin() + static_cast<std::ptrdiff_t>(count));
+  bytes_.erase(bytes_.begin(), bytes_.begin() + front.bytes_.size());
+  ends_.erase(ends_.begin(), ends_.begin() + count);
   for (std::size_t& end : ends_) {
     end -= front.bytes_.size();
   }
@@ -132,9 +131,9 @@ void IndexPage::Store(std::uint32_t table, MutableBytes page) const {
   StoreU32(&page[places.next], links.next);
   StoreU32(&page[places.tail], links.tail);
   if (places.prefix_width == 1) {
-    StoreU8(&page[places.prefix_length], static_cast<std::uint8_t>(prefix));
+    StoreU8(&page[places.prefix_length], prefix);
   } else {
-    StoreU16(&page[places.prefix_length], static_cast<std::uint16_t>(prefix));
+    StoreU16(&page[places.prefix_length], prefix);
   }
   StoreU8(&page[places.level], links.level);
   std::size_t end = 0;
@@ -144,7 +143,7 @@ void IndexPage::Store(std::uint32_t table, MutableBytes page) const {
     end += stored.size();
     page[places.entry_mask + end / 8] |= std::byte{1} << (end % 8);
   }
-  StoreU16(&page[kFreeSpaceAt], static_cast<std::uint16_t>(page.size() - places.entries - end));
+  StoreU16(&page[kFreeSpaceAt], page.size() - places.entries - end);
 }
 
 }  // namespace marlevo::access

@@ -39,7 +39,7 @@ std::size_t LastBoundary(const Format& format, Bytes page) {
   while (size > 0 && mask[size - 1] == std::byte{0}) {
     --size;
   }
-  return size == 0 ? 0 : 8 * (size - 1) + static_cast<std::size_t>(std::bit_width(LoadU8(&mask[size - 1]))) - 1;
+  return size == 0 ? 0 : 8 * (size - 1) + std::bit_width(LoadU8(&mask[size - 1])) - 1;
 }
 
 // Moves the entries from the place `from` on, and their bits in the mask, to the place `to`. The bit at `from` itself
@@ -49,17 +49,17 @@ void MoveEntries(const Format& format, MutableBytes page, std::size_t from, std:
   const std::size_t last = LastBoundary(format, page);
   std::byte* entries = &page[format.index_page.entries];
   std::memmove(entries + to, entries + from, last - from);
-  StoreU16(&page[kFreeSpaceAt], static_cast<std::uint16_t>(LoadU16(&page[kFreeSpaceAt]) + from - to));
+  StoreU16(&page[kFreeSpaceAt], LoadU16(&page[kFreeSpaceAt]) + from - to);
 
   const MutableBytes mask = page.subspan(format.index_page.entry_mask, MaskSize(format));
   std::array<std::uint8_t, kLargestMask> old;
   std::memcpy(old.data(), mask.data(), mask.size());
   const std::size_t kept = std::min(from, to) + 1;  // the bits before this place stay
   mask[kept / 8] &= std::byte{0xFF} >> (8 - kept % 8);
-  std::fill(mask.begin() + static_cast<std::ptrdiff_t>(kept / 8) + 1, mask.end(), std::byte{0});
+  std::fill(mask.begin() + kept / 8 + 1, mask.end(), std::byte{0});
   for (std::size_t byte = from / 8; byte <= last / 8; ++byte) {
     for (unsigned bits = old[byte]; bits != 0; bits &= bits - 1) {
-      const std::size_t boundary = 8 * byte + static_cast<std::size_t>(std::countr_zero(bits));
+      const std::size_t boundary = 8 * byte + std::countr_zero(bits);
       if (boundary > from) {
         SetBoundary(format, page, boundary - from + to);
       }
@@ -96,7 +96,7 @@ IndexPageView::IndexPageView(const Format& format, std::uint32_t table, std::uin
   links_.next = LoadU32(&page[places.next]);
   smallest_ = 1 + kEntryRowSize;
   if (type == kIndexNodePage) {
-    links_.level = std::max<std::uint8_t>(LoadU8(&page[places.level]), 1);
+    links_.level = std::max<unsigned>(LoadU8(&page[places.level]), 1);
     links_.tail = LoadU32(&page[places.tail]);
     smallest_ += kEntryChildSize;
   }
@@ -113,7 +113,7 @@ std::size_t IndexPageView::BoundaryUpTo(std::size_t at) const {
   while (bits == 0 && byte > 0) {
     bits = LoadU8(mask + --byte);
   }
-  return bits == 0 ? 0 : 8 * byte + static_cast<std::size_t>(std::bit_width(bits)) - 1;
+  return bits == 0 ? 0 : 8 * byte + std::bit_width(bits) - 1;
 }
 
 // The first boundary behind `at`, which is before the end, so that there is one.
@@ -124,7 +124,7 @@ std::size_t IndexPageView::BoundaryAfter(std::size_t at) const {
   while (bits == 0) {
     bits = LoadU8(mask + ++byte);
   }
-  return 8 * byte + static_cast<std::size_t>(std::countr_zero(bits & 0xFF));
+  return 8 * byte + std::countr_zero(bits & 0xFF);
 }
 
 IndexPageView::Place IndexPageView::At(std::size_t start) const {

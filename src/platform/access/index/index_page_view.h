@@ -30,7 +30,7 @@ std::uint32_t EntryChild(Bytes entry);
 
 // The page's place in the tree.
 struct IndexLinks {
-  std::uint8_t level = 0;      // 0 for leaves, 1 for their parents ...
+  unsigned level = 0;          // 0 for leaves, 1 for their parents ...
   std::uint32_t previous = 0;  // neighbours on the same level; 0 when there is none
   std::uint32_t next = 0;
   std::uint32_t tail = 0;  // of a higher page: the last child, which has no entry; 0 when every child has an entry

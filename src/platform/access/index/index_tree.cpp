@@ -160,7 +160,7 @@ void IndexTree::Link(std::uint32_t number, std::optional<std::uint32_t> previous
   if (number == 0) {
     return;
   }
-  static_cast<void>(Load(number));  // throws unless it is a page of this index
+  Load(number);  // throws unless it is a page of this index
   const pager::PageEdit edit = file_->Change(number);
   const auto& places = file_->Layout().index_page;
   if (previous) {
@@ -276,7 +276,7 @@ void IndexTree::StoreChanged(Path path, const std::optional<std::vector<std::byt
 // definition, and has the new page as its only child.
 void IndexTree::GrowRoot(Path& path) const {
   Step content{TakePage(), std::move(path.front().page)};
-  const auto level = static_cast<std::uint8_t>(content.page.links.level + 1);
+  const unsigned level = content.page.links.level + 1;
   path.front() = {root_, IndexPage(file_->Layout(), {.level = level, .tail = content.number})};
   path.push_back(std::move(content));
 }

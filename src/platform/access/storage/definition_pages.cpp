@@ -50,12 +50,12 @@ void WriteDefinitionPages(Storage& file, std::uint32_t page, Bytes joined) {
     const std::uint32_t next = joined.empty() ? 0 : file.TakePage();
     const pager::PageEdit edit = file.Change(page);
     std::ranges::fill(edit.Bytes(), std::byte{0});
-    std::ranges::copy(part, edit.Bytes().begin() + static_cast<std::ptrdiff_t>(header));
+    std::ranges::copy(part, edit.Bytes().begin() + header);
     StoreU8(&edit.Bytes()[0], kDefinitionPage);
     StoreU8(&edit.Bytes()[1], 1);
     const std::size_t used = header + part.size() + kHeader;
     const std::size_t free = page_size - std::min(used, page_size);
-    StoreU16(&edit.Bytes()[kFreeSpaceAt], file.Layout().version == 3 ? kJet3Mark : static_cast<std::uint16_t>(free));
+    StoreU16(&edit.Bytes()[kFreeSpaceAt], file.Layout().version == 3 ? kJet3Mark : free);
     StoreU32(&edit.Bytes()[kNextAt], next);
     page = next;
   }

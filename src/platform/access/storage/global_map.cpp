@@ -16,7 +16,7 @@ constexpr std::size_t kGrowth = 64;  // bytes by which the map is lengthened, wi
 void GlobalMap::Reach(std::uint32_t page) {
   const Loaded map = Load();
   if (!map.IsInline()) {
-    const std::size_t index = page / PagesPerMapPage();
+    const std::uint32_t index = page / PagesPerMapPage();
     if (index >= map.References()) {
       throw AccessError(row_.page, "the map of the file cannot reach page " + std::to_string(page));
     }
@@ -68,22 +68,22 @@ void GlobalMap::MakeReferences(std::uint32_t page) {
     std::ranges::fill(row, std::byte{0});
     StoreU8(row.data(), kReferenceMap);
   }
-  for (std::size_t index = 0; index <= page / PagesPerMapPage(); ++index) {
-    Reach(static_cast<std::uint32_t>(index * PagesPerMapPage()));
+  for (std::uint32_t index = 0; index <= page / PagesPerMapPage(); ++index) {
+    Reach(index * PagesPerMapPage());
   }
   for (const std::uint32_t number : free) {
     Add(number);
   }
 }
 
-void GlobalMap::AddReference(std::size_t index) {
+void GlobalMap::AddReference(std::uint32_t index) {
   const std::uint32_t map_page = file_->AppendPage();
   {
     const pager::PageEdit edit = file_->Change(map_page);
     FormatMapPage(edit.Bytes(), true);
   }
   SetReference(index, map_page);
-  MarkUsed(static_cast<std::uint32_t>(index * PagesPerMapPage()));
+  MarkUsed(index * PagesPerMapPage());
   Reach(map_page);
   Remove(map_page);
 }

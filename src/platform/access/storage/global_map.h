@@ -16,7 +16,7 @@ class GlobalMap : public UsageMap {
  private:
   bool Lengthen(std::uint32_t page);
   void MakeReferences(std::uint32_t page);
-  void AddReference(std::size_t index);
+  void AddReference(std::uint32_t index);
   void MarkUsed(std::uint32_t from);
 };
 

@@ -94,7 +94,7 @@ bool FitsInRow(std::size_t size) {
 
 std::vector<std::byte> InlineLongValue(Bytes value) {
   std::vector<std::byte> field(kLongValueHeader + value.size());
-  StoreU32(field.data(), static_cast<std::uint32_t>(value.size()) | kInline);
+  StoreU32(field.data(), value.size() | kInline);
   std::ranges::copy(value, field.begin() + kLongValueHeader);
   return field;
 }
@@ -103,7 +103,7 @@ void StoreLongValue(const Storage& file, RowSpace& space, Bytes value, MutableBy
   std::ranges::fill(field, std::byte{0});
   const std::size_t most = file.Layout().max_long_value_row;
   if (value.size() <= most) {
-    StoreU32(field.data(), static_cast<std::uint32_t>(value.size()) | kSingleRow);
+    StoreU32(field.data(), value.size() | kSingleRow);
     StoreRowPointer(&field[kRowPointerAt], space.Add(value));
     return;
   }
@@ -114,12 +114,11 @@ void StoreLongValue(const Storage& file, RowSpace& space, Bytes value, MutableBy
     const std::size_t start = (end - 1) / chunk * chunk;
     std::vector<std::byte> row(kChainPointer);
     StoreRowPointer(row.data(), next);
-    row.insert(row.end(), value.begin() + static_cast<std::ptrdiff_t>(start),
-               value.begin() + static_cast<std::ptrdiff_t>(end));
+    row.insert(row.end(), value.begin() + start, value.begin() + end);
     next = space.Add(row);
     end = start;
   }
-  StoreU32(field.data(), static_cast<std::uint32_t>(value.size()));
+  StoreU32(field.data(), value.size());
   StoreRowPointer(&field[kRowPointerAt], next);
 }
 

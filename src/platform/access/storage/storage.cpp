@@ -158,7 +158,7 @@ void Storage::GivePage(std::uint32_t page) {
 
 // Some programs write files whose map calls pages free that are in use. Overwriting such a page would lose data;
 // passing over a page that really is free only costs its space.
-bool Storage::LooksUsed(std::uint32_t page) const {
+bool Storage::LooksUsed(std::uint32_t page) {
   const pager::PageRef ref = Read(page);
   const std::uint8_t type = LoadU8(ref.Bytes().data());
   if (type < kDataPage || type > kMapPage) {
@@ -172,8 +172,7 @@ bool Storage::LooksUsed(std::uint32_t page) const {
   if (LoadU8(definition.Bytes().data()) != kDefinitionPage) {
     return false;
   }
-  return UsageMap(const_cast<Storage&>(*this), LoadRowPointer(&definition.Bytes()[format_->definition.owned_map]))
-      .Contains(page);
+  return UsageMap(*this, LoadRowPointer(&definition.Bytes()[format_->definition.owned_map])).Contains(page);
 }
 
 }  // namespace marlevo::access

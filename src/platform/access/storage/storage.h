@@ -75,7 +75,7 @@ class Storage : public std::enable_shared_from_this<Storage> {
   Storage(const Format& format, std::shared_ptr<pager::Pager> pager) : format_(&format), pager_(std::move(pager)) {}
 
   void RequireKept();
-  bool LooksUsed(std::uint32_t page) const;
+  bool LooksUsed(std::uint32_t page);
 
   const Format* format_;
   std::shared_ptr<pager::Pager> pager_;

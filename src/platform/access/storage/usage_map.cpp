@@ -17,14 +17,14 @@ constexpr std::size_t kInlineBitsAt = 5;  // inline map: the bits
 constexpr std::size_t kReferencesAt = 1;  // reference map: numbers of pages of bits, four bytes each
 
 // The first bit that is set, not counting those before `from`. Whole groups of 64 clear bits are passed over at once.
-std::optional<std::size_t> FindBit(Bytes bits, std::size_t from) {
-  std::size_t byte = from / 8;
+std::optional<std::uint32_t> FindBit(Bytes bits, std::uint32_t from) {
+  std::uint32_t byte = from / 8;
   if (byte >= bits.size()) {
     return std::nullopt;
   }
   const unsigned first = LoadU8(&bits[byte]) & (0xFFu << from % 8);
   if (first != 0) {
-    return byte * 8 + static_cast<std::size_t>(std::countr_zero(first));
+    return byte * 8 + std::countr_zero(first);
   }
   ++byte;
   while (byte + 8 <= bits.size() && Load<std::uint64_t>(&bits[byte]) == 0) {
@@ -36,7 +36,7 @@ std::optional<std::size_t> FindBit(Bytes bits, std::size_t from) {
   if (byte == bits.size()) {
     return std::nullopt;
   }
-  return byte * 8 + static_cast<std::size_t>(std::countr_zero(LoadU8(&bits[byte])));
+  return byte * 8 + std::countr_zero(LoadU8(&bits[byte]));
 }
 
 bool TestBit(Bytes bits, std::size_t bit) {
@@ -44,7 +44,7 @@ bool TestBit(Bytes bits, std::size_t bit) {
 }
 
 void PutBit(MutableBytes bits, std::size_t bit, bool value) {
-  const std::byte mask{static_cast<std::uint8_t>(1u << bit % 8)};
+  const std::byte mask = std::byte{1} << bit % 8;
   bits[bit / 8] = value ? bits[bit / 8] | mask : bits[bit / 8] & ~mask;
 }
 
@@ -59,7 +59,7 @@ Bytes MapPageBits(std::uint32_t number, Bytes page) {
 }  // namespace
 
 void FormatMapPage(MutableBytes page, bool members) {
-  std::ranges::fill(page, std::byte{static_cast<std::uint8_t>(members ? 0xFF : 0)});
+  std::ranges::fill(page, members ? std::byte{0xFF} : std::byte{0});
   StoreU32(page.data(), 0);
   StoreU8(&page[0], kMapPage);
   StoreU8(&page[1], 1);
@@ -98,8 +98,7 @@ UsageMap::Loaded UsageMap::Load() const {
 }
 
 MutableBytes UsageMap::Writable(const pager::PageEdit& edit, const Loaded& loaded) const {
-  return edit.Bytes().subspan(static_cast<std::size_t>(loaded.row.data() - loaded.page.Bytes().data()),
-                              loaded.row.size());
+  return edit.Bytes().subspan(loaded.row.data() - loaded.page.Bytes().data(), loaded.row.size());
 }
 
 void UsageMap::SetReference(std::size_t index, std::uint32_t map_page) {
@@ -109,7 +108,7 @@ void UsageMap::SetReference(std::size_t index, std::uint32_t map_page) {
 }
 
 std::uint32_t UsageMap::PagesPerMapPage() const {
-  return static_cast<std::uint32_t>((file_->Layout().page_size - kMapPageHeader) * 8);
+  return (file_->Layout().page_size - kMapPageHeader) * 8;
 }
 
 std::vector<std::uint32_t> UsageMap::MapPages() const {
@@ -140,16 +139,16 @@ std::optional<std::uint32_t> UsageMap::Next(std::uint32_t page) const {
   const Loaded map = Load();
   if (map.IsInline()) {
     const std::uint32_t from = page > map.First() ? page - map.First() : 0;
-    const std::optional<std::size_t> bit = FindBit(map.Bits(), from);
-    return bit ? std::optional(map.First() + static_cast<std::uint32_t>(*bit)) : std::nullopt;
+    const std::optional<std::uint32_t> bit = FindBit(map.Bits(), from);
+    return bit ? std::optional(map.First() + *bit) : std::nullopt;
   }
   const std::uint32_t per_page = PagesPerMapPage();
-  std::size_t from = page % per_page;
-  for (std::size_t index = page / per_page; index < map.References(); ++index) {
+  std::uint32_t from = page % per_page;
+  for (std::uint32_t index = page / per_page; index < map.References(); ++index) {
     if (const std::uint32_t reference = map.Reference(index); reference != 0) {
       const pager::PageRef map_page = file_->Read(reference);
       if (const auto bit = FindBit(MapPageBits(reference, map_page.Bytes()), from)) {
-        return static_cast<std::uint32_t>(index * per_page + *bit);
+        return index * per_page + *bit;
       }
     }
     from = 0;

@@ -57,7 +57,7 @@ LoadedTable::LoadedTable(std::shared_ptr<Storage> file, std::uint32_t page, std:
       indexes_(*file_, page, definition_) {
   const auto autonumber = std::ranges::find_if(columns_, &Column::autonumber);
   if (autonumber != columns_.end()) {
-    autonumber_ = static_cast<std::size_t>(autonumber - columns_.begin());
+    autonumber_ = autonumber - columns_.begin();
   }
   for (const LongValueMaps& maps : definition_.long_value_maps) {
     if (maps.owned.page == 0 || maps.free.page == 0) {
@@ -83,7 +83,7 @@ void LoadedTable::FindSearchedIndexes() {
     for (std::size_t part = 0; part < index.Columns().size(); ++part) {
       const auto column =
           std::ranges::find(definition_.columns, index.Columns()[part].number, &ColumnDefinition::number);
-      view.columns.push_back(static_cast<std::size_t>(column - definition_.columns.begin()));
+      view.columns.push_back(column - definition_.columns.begin());
       view.descending.push_back(index.IsDescending(part));
     }
     index_views_.push_back(std::move(view));
@@ -170,9 +170,9 @@ std::size_t LoadedTable::RowCount() const {
   return LoadU32(&page.Bytes()[file_->Layout().definition.rows]);
 }
 
-std::uint32_t LoadedTable::LastAutonumber() const {
+std::int32_t LoadedTable::LastAutonumber() const {
   const pager::PageRef page = file_->Read(page_);
-  return LoadU32(&page.Bytes()[file_->Layout().definition.last_autonumber]);
+  return Load<std::int32_t>(&page.Bytes()[file_->Layout().definition.last_autonumber]);
 }
 
 std::vector<RowPointer> LoadedTable::PathOf(RowPointer row) const {
@@ -195,7 +195,7 @@ std::vector<Value> LoadedTable::WithAutonumber(std::span<const Value> values) co
   std::vector<Value> completed(values.begin(), values.end());
   if (autonumber_ && *autonumber_ < completed.size() &&
       std::holds_alternative<std::monostate>(completed[*autonumber_])) {
-    completed[*autonumber_] = std::int64_t{static_cast<std::int32_t>(LastAutonumber())} + 1;
+    completed[*autonumber_] = std::int64_t{LastAutonumber()} + 1;
   }
   return completed;
 }
@@ -230,7 +230,7 @@ void LoadedTable::CountAutonumber(std::span<const Value> values) {
   const Value& value = values[*autonumber_];
   const auto* real = std::get_if<double>(&value);
   const std::int64_t number = real != nullptr ? static_cast<std::int64_t>(*real) : std::get<std::int64_t>(value);
-  Store(last, std::max(Load<std::int32_t>(last), static_cast<std::int32_t>(number)));
+  StoreU32(last, std::max(std::int64_t{Load<std::int32_t>(last)}, number));
 }
 
 RowPointer LoadedTable::Insert(std::span<const Value> values) {

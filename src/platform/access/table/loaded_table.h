@@ -43,7 +43,7 @@ class LoadedTable {
   const Index& SearchedIndex(std::size_t view) const { return indexes_.All()[searched_indexes_[view]]; }
   UsageMap OwnedPages() const { return rows_.Owned(); }
   std::size_t RowCount() const;
-  std::uint32_t LastAutonumber() const;  // the largest AutoNumber that a row has got
+  std::int32_t LastAutonumber() const;  // the largest AutoNumber that a row has got
   // Why the table cannot be written; empty when it can.
   const std::string& WriteRefusal() const { return write_refusal_; }
 

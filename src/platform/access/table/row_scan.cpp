@@ -6,10 +6,12 @@
 #include "platform/access/bytes/access_error.h"
 #include "platform/access/bytes/cell.h"
 #include "platform/access/storage/long_value.h"
+#include "platform/base/text.h"
 
 namespace marlevo::access {
 
-RowScan::RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions)
+RowScan::RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions,
+                 std::span<const TextHint> hints)
     : table_(std::move(table)),
       reading_(table_->File().Pages()),
       conditions_(conditions.begin(), conditions.end()),
@@ -19,6 +21,14 @@ RowScan::RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> con
   for (const Equals& condition : conditions_) {
     if (const std::optional<RawCondition> raw = RawForm(condition)) {
       raw_conditions_.push_back(*raw);
+      least_row_ = std::max(least_row_, raw->place + sizeof raw->bytes);
+    }
+  }
+  for (const TextHint& hint : hints) {
+    const ColumnDefinition& column = table_->Definition().columns[hint.column];
+    const bool ascii = std::ranges::none_of(hint.text, [](char c) { return (c & 0x80) != 0; });
+    if (table_->File().Layout().version == 4 && column.shown.type == ColumnType::kText && !column.fixed && ascii) {
+      raw_texts_.push_back({column.variable_index, hint.text});
     }
   }
 }
@@ -41,7 +51,7 @@ std::optional<RowScan::RawCondition> RowScan::RawForm(const Equals& condition) c
     return std::nullopt;
   }
   const std::uint32_t mask = 0xFFFF'FFFF >> (32 - 8 * WidthOf(column.shown.type));
-  return RawCondition{.place = table_->File().Layout().row_number_width + std::size_t{column.fixed_offset},
+  return RawCondition{.place = table_->File().Layout().row_number_width + column.fixed_offset,
                       .mask = mask,
                       .bytes = static_cast<std::uint32_t>(condition.value) & mask};
 }
@@ -71,24 +81,49 @@ bool RowScan::ReloadPage() {
   return LoadU8(page_ref_.Bytes().data()) == kDataPage && LoadU32(&page_ref_.Bytes()[kOwnerAt]) == table_->Page();
 }
 
-// Returns false only when the row certainly does not meet the raw conditions. A row that is too short returns true, so
-// that RowView reports it.
-bool RowScan::MayQualify(Bytes row) const {
-  return std::ranges::all_of(raw_conditions_, [row](const RawCondition& condition) {
-    return condition.place + sizeof condition.mask > row.size() ||
-           (LoadU32(row.data() + condition.place) & condition.mask) == condition.bytes;
+// The first slot, from next_slot_ on, whose row was moved or may meet the conditions. A scan spends nearly all its time
+// here.
+std::uint32_t RowScan::NextCandidate(const DataPage& page) const {
+  return page.Find(next_slot_, least_row_, [numbers = std::span(raw_conditions_), this](Bytes row) {
+    const auto holds = [row](const RawCondition& condition) {
+      return (LoadU32(row.data() + condition.place) & condition.mask) == condition.bytes;
+    };
+    return std::ranges::all_of(numbers, holds) &&
+           std::ranges::all_of(raw_texts_, [row](const RawText& text) { return MayHold(text, row); });
   });
 }
 
-// The first slot, from `slot` on, whose row was moved or may qualify. A scan spends nearly all its time here.
-std::size_t RowScan::NextCandidate(const DataPage& page, std::size_t slot) const {
-  for (; slot < page.SlotCount(); ++slot) {
-    const std::uint16_t flags = page.Flags(slot);
-    if (flags == 0 ? MayQualify(page.Row(slot)) : (flags & kSlotDeleted) == kSlotMoved) {
-      break;
+// Returns false only when the text of the row certainly differs. A malformed row returns true, so that RowView reports
+// it.
+bool RowScan::MayHold(const RawText& text, Bytes row) {
+  if (row.size() < 2) {
+    return true;
+  }
+  // From the end of the row: the null mask, the number of variable columns, the offset of each of them.
+  const std::size_t mask_size = (LoadU16(row.data()) + std::size_t{7}) / 8;
+  const std::size_t tail = mask_size + 2 + 2 * (text.variable_index + 2);
+  if (row.size() < 2 + tail) {
+    return true;
+  }
+  const std::byte* const offsets = &row[row.size() - tail];
+  const std::size_t end = LoadU16(offsets);
+  const std::size_t start = LoadU16(offsets + 2);
+  if (LoadU16(&row[row.size() - mask_size - 2]) <= text.variable_index || start > end || end > row.size()) {
+    return true;
+  }
+  Bytes stored = row.subspan(start, end - start);
+  const std::size_t width = TextCodec::IsShortForm(stored) ? 1 : 2;
+  stored = stored.subspan(width == 1 ? 2 : 0);
+  if (stored.size() != width * text.text.size()) {
+    return width == 1 && stored.size() > text.text.size();  // it may switch to two bytes for each character
+  }
+  for (std::size_t i = 0; i < text.text.size(); ++i) {
+    const char32_t character = width == 1 ? LoadU8(&stored[i]) : LoadU16(&stored[2 * i]);
+    if (SmallLetter(character) != SmallLetter(text.text[i])) {
+      return false;
     }
   }
-  return slot;
+  return true;
 }
 
 // Makes the row current if it meets all conditions.
@@ -104,7 +139,7 @@ bool RowScan::LookAtSlot(const DataPage& page) {
   if (page.Flags(slot_) == 0) {
     return LookAt(page.Row(slot_), page_);
   }
-  const RowPointer body = table_->PathOf({page_, static_cast<std::uint8_t>(slot_)}).back();
+  const RowPointer body = table_->PathOf({page_, slot_}).back();
   body_ref_ = table_->File().Read(body.page);
   return LookAt(DataPage(table_->File().Layout(), body.page, body_ref_.Bytes()).Row(body.slot), body.page);
 }
@@ -167,7 +202,7 @@ bool RowScan::NextByPage() {
   }
   while (page_ref_ || NextPage()) {
     const DataPage page(table_->File().Layout(), page_, page_ref_.Bytes());
-    for (slot_ = NextCandidate(page, next_slot_); slot_ < page.SlotCount(); slot_ = NextCandidate(page, next_slot_)) {
+    while ((slot_ = NextCandidate(page)) < page.SlotCount()) {
       next_slot_ = slot_ + 1;
       if (LookAtSlot(page)) {
         return true;

@@ -25,15 +25,14 @@ namespace marlevo::access {
 
 class RowScan {
  public:
-  RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions);
+  RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions, std::span<const TextHint> hints = {});
   // Goes through the rows that have `values` in the first columns of `index`, in the order of the index; see
   // Table::Walk.
   RowScan(std::shared_ptr<LoadedTable> table, std::span<const Equals> conditions, const Index& index,
           std::span<const Value> values);
 
   bool Next();
-  RowId Row() const { return ToRowId({page_, static_cast<std::uint8_t>(slot_)}); }
-  const LoadedTable& Table() const { return *table_; }
+  RowId Row() const { return ToRowId({page_, slot_}); }
   const RowView& Cells() const { return row_; }
 
   bool IsNull(std::size_t column) const;
@@ -50,14 +49,20 @@ class RowScan {
     std::uint32_t bytes;  // the value sought
   };
 
+  // A text of ASCII characters that is sought in a variable column of a Jet 4 table.
+  struct RawText {
+    std::size_t variable_index;
+    std::string text;
+  };
+
+  static bool MayHold(const RawText& text, Bytes row);
   std::optional<RawCondition> RawForm(const Equals& condition) const;
   bool NextByPage();
   bool NextByIndex();
   bool NextEntry();
   bool NextPage();
   bool ReloadPage();
-  bool MayQualify(Bytes row) const;
-  std::size_t NextCandidate(const DataPage& page, std::size_t slot) const;
+  std::uint32_t NextCandidate(const DataPage& page) const;
   bool LookAt(Bytes row, std::uint32_t page);
   bool LookAtSlot(const DataPage& page);
   Bytes CellBytes(std::size_t column) const;
@@ -67,13 +72,15 @@ class RowScan {
   pager::Reading reading_;
   std::vector<Equals> conditions_;
   std::vector<RawCondition> raw_conditions_;
-  bool impossible_ = false;  // no further row qualifies: the end was reached, or a value fits no row
+  std::vector<RawText> raw_texts_;
+  std::size_t least_row_ = 0;  // a row that has the places of all raw conditions has so many bytes
+  bool impossible_ = false;    // no further row qualifies: the end was reached, or a value fits no row
 
   std::uint32_t page_ = 0;
   pager::PageRef page_ref_;
   std::uint64_t page_version_ = 0;  // the file's version when page_ref_ was read
-  std::size_t slot_ = 0;
-  std::size_t next_slot_ = 0;
+  std::uint32_t slot_ = 0;
+  std::uint32_t next_slot_ = 0;
 
   // These are used when rows come in the order of an index.
   const Index* index_ = nullptr;

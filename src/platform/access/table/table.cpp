@@ -54,26 +54,6 @@ Bytes Cursor::Raw(std::size_t column) {
   return state_->Raw(column);
 }
 
-Value Cursor::Cell(std::size_t column) {
-  if (IsNull(column)) {
-    return {};
-  }
-  const ColumnType type = state_->Table().Columns()[column].type;
-  if (type == ColumnType::kBoolean) {
-    return Integer(column) != 0;
-  }
-  if (IsInteger(type)) {
-    return Integer(column);
-  }
-  if (IsNumber(type)) {
-    return Real(column);
-  }
-  if (type == ColumnType::kText || type == ColumnType::kMemo || type == ColumnType::kGuid) {
-    return Text(column);
-  }
-  return Raw(column);
-}
-
 Table::Table(std::shared_ptr<LoadedTable> state) : state_(std::move(state)) {}
 Table::~Table() = default;
 Table::Table(Table&&) noexcept = default;
@@ -112,8 +92,8 @@ Cursor Table::Walk(std::size_t index, std::span<const Value> values, std::span<c
   return Cursor(std::make_unique<RowScan>(state_, conditions, state_->SearchedIndex(index), values));
 }
 
-Cursor Table::Scan(std::span<const Equals> conditions) const {
-  return Cursor(std::make_unique<RowScan>(state_, conditions));
+Cursor Table::Scan(std::span<const Equals> conditions, std::span<const TextHint> hints) const {
+  return Cursor(std::make_unique<RowScan>(state_, conditions, hints));
 }
 
 }  // namespace marlevo::access

@@ -26,6 +26,13 @@ struct Equals {
   std::int64_t value;
 };
 
+// The text that a caller looks for in a column of type Text, regardless of case. A scan may leave out rows whose stored
+// bytes show that their text is another one. The scan lets all others pass, so the caller still compares.
+struct TextHint {
+  std::size_t column;
+  std::string text;
+};
+
 // Walks rows in the order of their pages, or in the order of an index. A cell is decoded only when it is asked for.
 // Texts and bytes that an accessor returns stay valid until the next call of Next or of the same accessor for the same
 // column. While a cursor is open rows may be deleted and inserted. A deleted row does not come up any more; an inserted
@@ -44,8 +51,7 @@ class Cursor {
   double Real(std::size_t column) const;           // any numeric column; 0 when null
   // Text, Memo, Guid; Currency and Numeric as exact decimal text ("12.5"); empty when null. UTF-8.
   std::string_view Text(std::size_t column);
-  Bytes Raw(std::size_t column);   // Binary, Ole, internal types; empty when null
-  Value Cell(std::size_t column);  // the natural kind, see schema.h
+  Bytes Raw(std::size_t column);  // Binary, Ole, internal types; empty when null
 
  private:
   friend class Table;
@@ -88,7 +94,7 @@ class Table {
   Cursor Walk(std::size_t index, std::span<const Value> values, std::span<const Equals> conditions = {}) const;
 
   // The rows that meet all conditions, in the order of their pages.
-  Cursor Scan(std::span<const Equals> conditions = {}) const;
+  Cursor Scan(std::span<const Equals> conditions = {}, std::span<const TextHint> hints = {}) const;
 
  private:
   friend class Database;

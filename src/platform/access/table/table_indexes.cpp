@@ -44,8 +44,7 @@ void TableIndexes::FindRelationship(Storage& file, const LogicalIndex& index) {
   } catch (const AccessError&) {
     return refuse("leads to a damaged table");
   }
-  const auto theirs =
-      std::ranges::find(other.logical_indexes, static_cast<std::uint32_t>(index.related_index), &LogicalIndex::number);
+  const auto theirs = std::ranges::find(other.logical_indexes, index.related_index, &LogicalIndex::number);
   const bool known = index.related_type == kReferredTo || index.related_type == kReferring;
   if (!known || theirs == other.logical_indexes.end() || index.real_index >= indexes_.size() ||
       theirs->real_index >= other.real_indexes.size()) {
