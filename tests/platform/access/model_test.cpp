@@ -1,6 +1,6 @@
-// Long random work on tables against a plain map of what must be in them, in both formats. After every thousand turns
-// the file is sound, and another reader of such files finds the same rows in it. MARLEVO_MODEL_TIMES makes the work so
-// many times as long.
+// Long random work on tables against a plain map of what must be in them, in both formats, also in files as other
+// programs leave them. After every thousand turns the file is sound, and another reader of such files finds the same
+// rows in it. MARLEVO_MODEL_TIMES makes the work so many times as long.
 
 #include <gtest/gtest.h>
 
@@ -17,13 +17,16 @@
 #include <vector>
 
 #include "platform/access/database/database.h"
+#include "platform/access/odd_index.h"
 #include "platform/access/other_readers.h"
 #include "platform/access/random_row.h"
+#include "platform/access/table/loaded_table.h"
 
 namespace marlevo::access {
 namespace {
 
 using enum ColumnType;
+using namespace std::string_view_literals;
 namespace fs = std::filesystem;
 
 struct Scene {
@@ -33,6 +36,8 @@ struct Scene {
   const char* table;
   const char* text;  // of the letters that the file can store
   int turns;
+  int rows = 0;              // there before
+  OddShape shape = nullptr;  // that the file gets before the work
 };
 
 void PrintTo(const Scene& scene, std::ostream* out) {
@@ -73,20 +78,35 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
       const std::vector<ColumnSchema> plain{{"n", kLong},         {"yes", kBoolean}, {"text", kText, 60},
                                             {"u8", kByte},        {"memo", kMemo},   {"d", kDouble},
                                             {"more", kText, 255}, {"i16", kInteger}};
-      const std::vector<ColumnSchema> keyed{{"n", kLong},       {"yes", kBoolean},    {"text", kText, 30},
-                                            {"d", kDouble},     {"i16", kInteger},    {"more", kText, 255},
-                                            {"day", kDateTime}, {"money", kCurrency}, {"id", kGuid}};
+      const std::vector<ColumnSchema> keyed{{"a", kByte},         {"b", kByte},         {"n", kLong},
+                                            {"yes", kBoolean},    {"text", kText, 30},  {"d", kDouble},
+                                            {"i16", kInteger},    {"more", kText, 255}, {"day", kDateTime},
+                                            {"money", kCurrency}, {"id", kGuid}};
       const std::vector<IndexSchema> indexes{{.name = "PrimaryKey", .columns = {{"n"}}, .primary_key = true},
-                                             {.name = "u", .columns = {{"text"}, {"yes"}}, .unique = true},
+                                             {.name = "ab", .columns = {{"a"}, {"b", true}}, .unique = true},
+                                             {.name = "text", .columns = {{"text"}, {"yes"}}},
                                              {.name = "d", .columns = {{"d", true}}, .ignore_nulls = true},
                                              {.name = "day", .columns = {{"day"}, {"money", true}, {"yes", true}}},
                                              {.name = "id", .columns = {{"id", true}}, .unique = true},
                                              {.name = "more", .columns = {{"more", true}, {"i16"}}}};
-      Make({{"Other", {{"n", kLong}}}, {"T", plain}, {"Keyed", keyed, indexes}}, GetParam().kind);
+      // Keys that differ at their end only, a few to a page.
+      const std::vector<ColumnSchema> deep{{"same", kText, 255}, {"n", kLong}, {"text", kText, 60}};
+      const IndexSchema deep_key{.name = "key", .columns = {{"same"}, {"n"}}, .primary_key = true};
+      Make({{"Other", {{"n", kLong}}}, {"T", plain}, {"Keyed", keyed, indexes}, {"Deep", deep, {deep_key}}},
+           GetParam().kind);
     } else if (file_ = CopyOfSample(GetParam().sample, folder_.Path()); file_.empty()) {
       GTEST_SKIP() << kNoSamples;
     }
     Reopen();
+    for (int i = 0; i < GetParam().rows; ++i) {
+      InsertOne(0);
+    }
+    if (GetParam().shape != nullptr) {
+      tables_.clear();
+      database_.reset();
+      GetParam().shape(file_, GetParam().table);
+      Reopen();
+    }
   }
 
   void Reopen() {
@@ -101,14 +121,28 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
   // As one of two connections sees it; in a statement as its own.
   Table& AnyTable() { return tables_[in_statement_ ? 0 : random_() % 2]; }
 
-  // Nothing when the row was refused: longer than a page holds, a key that is taken or not known.
-  std::optional<RowId> InsertOne() {
-    const RandomRow row(AnyTable().Columns(), GetParam().text, true, random_);
+  // Nothing when the row was refused: longer than a page holds, a key that is taken or not known. `step`: whether the
+  // number in the row's key is the next one up, or down; 0: any number.
+  std::optional<RowId> InsertOne(int step) {
+    const RandomRow random(AnyTable().Columns(), GetParam().text, true, random_);
+    Row row = random.Values();
+    const auto number = std::ranges::find(AnyTable().Columns(), "n", &Column::name) - AnyTable().Columns().begin();
+    if (step != 0 && number < std::ssize(row)) {
+      row[number] = step > 0 ? ++highest_ : --lowest_;
+    }
+    const std::string text = RowText(row);
+    // The columns a and b are the first ones. Only when both are empty two rows may have the same.
+    const std::string a_b = text.substr(0, text.find(' ', text.find(' ') + 1) + 1);
+    const bool keyed = GetParam().table == "Keyed"sv;
+    const bool taken = keyed && a_b != "- - " &&
+                       std::ranges::any_of(model_, [&](const auto& other) { return other.second.starts_with(a_b); });
     try {
-      const RowId id = AnyTable().Insert(row.Values());
-      EXPECT_TRUE(model_.emplace(id, RowText(row.Values())).second);
+      const RowId id = AnyTable().Insert(row);
+      EXPECT_FALSE(taken) << text;
+      EXPECT_TRUE(model_.emplace(id, text).second);
       return id;
-    } catch (const ValueError&) {
+    } catch (const ValueError& error) {
+      EXPECT_TRUE(error.Kind() != Fault::kDuplicate || taken || !keyed) << error.what();
       ++refused_;
       return std::nullopt;
     }
@@ -129,8 +163,32 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
   // On all rows.
   Cursor AnyCursor() {
     const Table& table = AnyTable();
-    const bool walks = !table.Indexes().empty() && table.Indexes()[0].complete && random_() % 2 == 0;
-    return walks ? table.Walk(0, {}) : table.Scan();
+    const std::size_t index = random_() % (table.Indexes().size() + 1);
+    const bool walks = index < table.Indexes().size() && table.Indexes()[index].complete;
+    return walks ? table.Walk(index, {}) : table.Scan();
+  }
+
+  // From the end of the first index, so that its last pages go one by one.
+  void CutOff(std::size_t count) {
+    std::vector<RowId> rows;
+    for (Cursor cursor = AnyTable().Indexes().empty() ? AnyTable().Scan() : AnyTable().Walk(0, {}); cursor.Next();) {
+      rows.push_back(cursor.Row());
+    }
+    for (; count > 0 && !rows.empty(); --count, rows.pop_back()) {
+      Delete(rows.back());
+    }
+  }
+
+  // As another program may; whoever has the table open is told.
+  void ChangeDesign() {
+    Reopen();
+    ChangeDefinition(file_, GetParam().table,
+                     [](TableDefinition& table) { table.columns.back().flags ^= kColumnNullable; });
+    for (Table& table : tables_) {
+      EXPECT_THROW(table.Insert(Row(table.Columns().size())), AccessError);
+      EXPECT_THROW(table.Scan(), AccessError);
+    }
+    Reopen();
   }
 
   // Deletes rows under a cursor, of four about so many, and as many others, whose room new rows take. The cursor shows
@@ -147,7 +205,7 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
       if (random_() % 4 < quarters) {
         Delete(row);
         DeleteOne();
-        if (const auto id = random_() % 2 == 0 ? InsertOne() : std::nullopt) {
+        if (const auto id = random_() % 2 == 0 ? InsertOne(0) : std::nullopt) {
           added.insert(*id);
         }
       }
@@ -162,12 +220,14 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
     Statement statement = database_->Begin();
     in_statement_ = true;
     EXPECT_THROW(NewFileTest::Reopen().Begin(), std::exception);
-    if (random_() % 4 != 0) {
+    if (const auto choice = random_() % 8; choice < 6) {
       for (int i = 0; i < 100; ++i) {
-        InsertOne();
+        InsertOne(static_cast<int>(choice % 3) - 1);
       }
-    } else {
+    } else if (choice == 6) {
       ThinOut(1 + random_() % 3);
+    } else {
+      CutOff(random_() % 300);
     }
     if (random_() % 3 == 0) {
       model_ = before;
@@ -177,10 +237,29 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
     in_statement_ = false;
   }
 
+  // Access judges by the count of different keys which index to use.
+  void ExpectKeysCounted() {
+    const auto file = OpenFile(file_);
+    const auto table = LoadedTable::Open(file, FindTable(file, GetParam().table).page, "");
+    const std::vector<RealIndex> counted =
+        ParseDefinition(file->Layout(), file->CodecFor(0), table->Page(), ReadDefinitionPages(*file, table->Page()))
+            .real_indexes;
+    for (std::size_t i = 0; i < counted.size(); ++i) {
+      std::set<std::string> keys;
+      for (IndexWalk walk(table->Indexes()[i].Tree(), {}); walk.Next();) {
+        keys.emplace(AsText(walk.Entry().first(walk.Entry().size() - kEntryRowSize)));
+      }
+      EXPECT_EQ(counted[i].keys, keys.size()) << table->Indexes()[i].Name();
+    }
+  }
+
   void ExpectSound() {
     database_->Flush();
     EXPECT_EQ(RowsOf(AnyTable()), model_);
     EXPECT_EQ(Health(*database_), "sound");
+    if (GetParam().sample == nullptr) {
+      ExpectKeysCounted();
+    }
     if (const auto csv = MdbExport(file_, GetParam().table)) {
       EXPECT_EQ(Difference(Comparable(*csv), Comparable(CsvOf(AnyTable()))), "");
     } else {
@@ -194,6 +273,8 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
   std::mt19937 random_{7};
   Rows model_;
   std::size_t refused_ = 0;
+  std::int64_t highest_ = 1'000'000'000;
+  std::int64_t lowest_ = highest_;
 };
 
 TEST_P(AccessModel, HoldsWhatWasPutIn) {
@@ -203,7 +284,7 @@ TEST_P(AccessModel, HoldsWhatWasPutIn) {
   for (int turn = 1; turn <= turns && !HasFailure(); ++turn) {
     const auto choice = random_() % 1000;
     if (choice < 580) {
-      InsertOne();
+      InsertOne(0);
     } else if (choice < 960) {
       DeleteOne();
     } else if (choice < 980) {
@@ -219,6 +300,9 @@ TEST_P(AccessModel, HoldsWhatWasPutIn) {
       ASSERT_EQ(AnyTable().RowCount(), model_.size());
     }
     if (turn % 1000 == 0) {
+      if (GetParam().sample == nullptr) {
+        ChangeDesign();
+      }
       Reopen();
       ExpectSound();
     }
@@ -226,24 +310,33 @@ TEST_P(AccessModel, HoldsWhatWasPutIn) {
   std::cout << turns << " turns, " << model_.size() << " rows at the end, " << refused_ << " refused\n";
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenes, AccessModel,
-                         testing::Values(Scene{"Jet4", nullptr, kFormats[0], "T", "é客", 9000},
-                                         Scene{"Jet3", nullptr, kFormats[1], "T", "客", 8000},
-                                         Scene{"Jet4Keyed", nullptr, kFormats[0], "Keyed", "é客-", 6000},
-                                         Scene{"Jet3Keyed", nullptr, kFormats[1], "Keyed", "A-b", 5000},
-                                         Scene{"Jet4Encoded", nullptr, {4, 1252, 0x1234ABCD}, "Keyed", "客", 3000},
-                                         Scene{"Jet3Encoded", nullptr, {3, 950, 0x1234ABCD}, "Keyed", "b", 3000},
-                                         Scene{"Jet4Moved", "own-filled-jet4.mdb", {}, "CUSTOM_H", "客", 6000},
-                                         Scene{"Jet4Big", "own-filled-jet4.mdb", {}, "CUSTOM_D", "戶", 3000},
-                                         Scene{"Jet4KeyedMoved", "own-indexed-jet4.mdb", {}, "CUSTOM_H", "客", 6000},
-                                         Scene{"Jet4KeyedBig", "own-indexed-jet4.mdb", {}, "CUSTOM_D", "戶", 3000},
-                                         Scene{"Jet3KeyedSample", "mk-jet3-indexed.mdb", {}, "CUSTOM_H", "客", 6000},
-                                         Scene{"Jet3KeyedBig", "mk-jet3-indexed.mdb", {}, "CUSTOM_D", "A-b", 4000},
-                                         Scene{"Jet4Numeric", "fixedNumericTestV2000.mdb", {}, "test", "x", 3000},
-                                         Scene{"Jet3Long", "mk-jet3-jump.mdb", {}, "J", "x", 3000},
-                                         Scene{"Jet3Foreign", "overflowTestV1997.mdb", {}, "Table1", "x", 2000},
-                                         Scene{"Jet4Foreign", "overflowTestV2000.mdb", {}, "Table1", "x", 2000}),
-                         [](const testing::TestParamInfo<Scene>& scene) { return std::string(scene.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Scenes, AccessModel,
+    testing::Values(Scene{"Jet4", nullptr, kFormats[0], "T", "é客", 9000},
+                    Scene{"Jet3", nullptr, kFormats[1], "T", "客", 8000},
+                    Scene{"Jet4Keyed", nullptr, kFormats[0], "Keyed", "é客-", 6000},
+                    Scene{"Jet3Keyed", nullptr, kFormats[1], "Keyed", "A-b", 5000},
+                    Scene{"Jet4Encoded", nullptr, {4, 1252, 0x1234ABCD}, "Keyed", "客", 3000},
+                    Scene{"Jet3Encoded", nullptr, {3, 950, 0x1234ABCD}, "Keyed", "b", 3000},
+                    Scene{"Jet4Deep", nullptr, kFormats[0], "Deep", "x", 6000, 2000},
+                    Scene{"Jet3Deep", nullptr, kFormats[1], "Deep", "x", 6000, 2000},
+                    Scene{"Jet4Lost", nullptr, kFormats[0], "Deep", "x", 2000, 400, LoseLastLeaves},
+                    Scene{"Jet3Lost", nullptr, kFormats[1], "Deep", "x", 2000, 4, LoseLastLeaves},
+                    Scene{"Jet4Empty", nullptr, kFormats[0], "Deep", "x", 2000, 400, AddEmptyLeaf},
+                    Scene{"Jet3Empty", nullptr, kFormats[1], "Deep", "x", 2000, 400, AddEmptyLeaf},
+                    Scene{"Jet4Short", nullptr, kFormats[0], "Deep", "x", 3000, 400, ShortenLeaves},
+                    Scene{"Jet3Short", nullptr, kFormats[1], "Deep", "x", 3000, 400, ShortenLeaves},
+                    Scene{"Jet4Map", nullptr, kFormats[0], "T", "x", 2000, 400, CallUsedPagesFree},
+                    Scene{"Jet3Map", nullptr, kFormats[1], "Deep", "x", 2000, 400, CallUsedPagesFree},
+                    Scene{"Jet4Moved", "own-indexed-jet4.mdb", {}, "CUSTOM_H", "客", 6000},
+                    Scene{"Jet4Big", "own-indexed-jet4.mdb", {}, "CUSTOM_D", "戶", 3000},
+                    Scene{"Jet3Sample", "mk-jet3-indexed.mdb", {}, "CUSTOM_H", "客", 6000},
+                    Scene{"Jet3Big", "mk-jet3-indexed.mdb", {}, "CUSTOM_D", "A-b", 4000},
+                    Scene{"Jet3Long", "mk-jet3-jump.mdb", {}, "J", "x", 3000},
+                    Scene{"Jet4Numeric", "fixedNumericTestV2000.mdb", {}, "test", "x", 3000},
+                    Scene{"Jet3Foreign", "overflowTestV1997.mdb", {}, "Table1", "x", 2000},
+                    Scene{"Jet4Foreign", "overflowTestV2000.mdb", {}, "Table1", "x", 2000}),
+    [](const testing::TestParamInfo<Scene>& scene) { return std::string(scene.param.name); });
 
 }  // namespace
 }  // namespace marlevo::access

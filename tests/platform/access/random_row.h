@@ -10,6 +10,9 @@
 
 namespace marlevo::access {
 
+// The texts of a column of this name are all the same, as long as they can be.
+inline constexpr std::string_view kSameColumn = "same";
+
 // A value for every column, some of them null, that live as long as this.
 class RandomRow {
  public:
@@ -18,7 +21,7 @@ class RandomRow {
       : random_(random) {
     texts_.reserve(columns.size());
     for (const Column& column : columns) {
-      const bool null = nulls && random() % 6 == 0 && column.type != ColumnType::kBoolean;
+      const bool null = nulls && random() % 6 == 0 && column.type != ColumnType::kBoolean && column.name != kSameColumn;
       row_.push_back(null ? Value() : Make(column, letters));
     }
   }
@@ -48,6 +51,9 @@ class RandomRow {
       case ColumnType::kLong:
         return static_cast<std::int32_t>(random_());
       case ColumnType::kText:
+        if (column.name == kSameColumn) {
+          return texts_.emplace_back(255, 's');
+        }
         // A letter takes up to three bytes of the column, so that a third of the length always fits.
         return Text(letters, Number(column.length / 3 + 1));
       case ColumnType::kMemo:

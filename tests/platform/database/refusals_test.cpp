@@ -19,6 +19,8 @@ class RefusalsTest : public testing::Test {
     access::Database::Create(file_, "", tables, pager::NativeFiles(), kind);
   }
 
+  std::uint32_t PageOf(const char* table) const { return access::FindTable(access::OpenFile(file_), table).page; }
+
   test::ScratchFolder folder_;
   std::filesystem::path file_ = folder_.Path() / "odd.mdb";
 };
@@ -75,6 +77,9 @@ TEST_F(RefusalsTest, OfTables) {
     EXPECT_EQ(Refusal(connection, sql), kind);
     EXPECT_EQ(Rows(connection, "SELECT COUNT(*) AS N FROM T", {"N"}), kind ? "0\n" : "1\n");
   }
+  Make({{"T", {{"A", kText, 9}, {"B", kText, 9}, {"MEMO", kMemo}}}});
+  access::ChangeCatalog(file_, access::kPropertiesColumn, access::AsBytes("MR2 cut off"));
+  EXPECT_EQ(Refusal(*std::make_unique<Connection>(FileConnectionString(file_)), all), kNeedsAccess);
   Make({{"T", {{"A", kText, 9}}, {{.name = "A", .columns = {{"A"}}}}}}, {.version = 3, .code_page = 950});
   Connection connection(FileConnectionString(file_));
   EXPECT_EQ(Refusal(connection, "INSERT INTO T VALUES ('陳')"), kNeedsAccess);
@@ -85,19 +90,28 @@ TEST_F(RefusalsTest, OfValues) {
   Make({{"T",
          {{"A", kLong}, {"B", kText, 3}},
          {{.name = "K", .columns = {{"A"}}, .primary_key = true}, {.name = "B", .columns = {{"B"}}}}},
+        {"LONG", {{"A", kText, 255}, {"B", kText, 255}}, {{.name = "AB", .columns = {{"A"}, {"B"}}}}},
         {"CHILD", {{"A", kLong}}, {{.name = "A", .columns = {{"A"}}}}},
         {"LINKED", {{"A", kLong}}}});
-  const std::uint32_t page = access::FindTable(access::OpenFile(file_), "T").page;
-  access::ChangeDefinition(file_, "CHILD", [page](TableDefinition& table) {
-    access::LogicalIndex& index = table.logical_indexes[0];
-    index = {.name = "R", .related_type = 2, .related_index = 0, .related_table = page};
-    index.kind = access::IndexKind::kForeignKey;
-  });
+  // CHILD refers to T: both sides know of it.
+  for (const char* table : {"CHILD", "T"}) {
+    const bool child = std::string_view(table) == "CHILD";
+    access::ChangeDefinition(file_, table, [&](TableDefinition& changed) {
+      access::LogicalIndex index{.name = "R", .related_table = PageOf(child ? "T" : "CHILD")};
+      index.number = changed.logical_indexes.size();
+      index.related_type = child ? 2 : 1;
+      index.related_index = child ? 2 : 1;
+      index.cascade_deletes = 1;
+      index.kind = access::IndexKind::kForeignKey;
+      changed.logical_indexes.push_back(index);
+    });
+  }
   access::ChangeCatalog(file_, 3, 6);
   Connection connection(FileConnectionString(file_));
   connection.Execute("INSERT INTO T VALUES (2147483647,912)");
   connection.Execute("INSERT INTO T VALUES ('-2147483648','彩Ａ彩')");
   connection.Execute("INSERT INTO CHILD VALUES (2147483647)");
+  const std::string hyphens(255, '-');  // four bytes of key each
   const std::pair<const char*, Fault> cases[] = {{"INSERT INTO T VALUES (2147483647,'x')", kDuplicate},
                                                  {"INSERT INTO T VALUES (NULL,'x')", kEmpty},
                                                  {"INSERT INTO T VALUES (2,'彩彩彩彩')", kTextTooLong},
@@ -111,6 +125,7 @@ TEST_F(RefusalsTest, OfValues) {
                                                  {"INSERT INTO T VALUES ('','')", kOther},
                                                  {"INSERT INTO T VALUES (x'31','')", kOther},
                                                  {"INSERT INTO CHILD VALUES (7)", kRelated},
+                                                 {"DELETE FROM T WHERE A=2147483647", kRelated},
                                                  {"DELETE FROM LINKED", kNeedsAccess},
                                                  {"DELETE FROM U", kNoTable},
                                                  {"DELETE FROM sqlite_master", kOther},
@@ -118,7 +133,10 @@ TEST_F(RefusalsTest, OfValues) {
   for (const auto& [sql, kind] : cases) {
     EXPECT_EQ(Refusal(connection, sql), kind) << sql;
   }
+  EXPECT_EQ(Refusal(connection, "INSERT INTO LONG VALUES ('" + hyphens + "','" + hyphens + "')"), kTextTooLong);
+  connection.Execute("DELETE FROM CHILD");
   EXPECT_EQ(Rows(connection, "SELECT * FROM T ORDER BY A", {"A", "B"}), "-2147483648|彩Ａ彩\n2147483647|912\n");
+  EXPECT_EQ(Refusal(connection, "DELETE FROM T WHERE A=2147483647"), std::nullopt);
 }
 
 TEST_F(RefusalsTest, OfStatementsThatAccessReadsOtherwise) {
