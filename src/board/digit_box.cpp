@@ -11,7 +11,7 @@ namespace marlevo {
 namespace {
 
 // With all ten columns and all rows the board still fits into a window of 800 x 400.
-constexpr QSize kSmallest(22, 21);
+constexpr QSize kSmallest(22, 19);
 constexpr QSize kAction(34, 32);
 constexpr QSize kComfortable(56, 40);
 constexpr double kDigitSize = 1.5;  // times the size of the board's other texts

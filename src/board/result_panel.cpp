@@ -188,7 +188,7 @@ void ResultPanel::RefreshPaint() {
     const auto winner = std::find_if(tickets.begin(), tickets.end(),
                                      [](const Ticket& ticket) { return ticket.paint == Paint::kYellow; });
     if (list_.kinds[kind].ticked && winner != tickets.end()) {
-      mfgData_[kind]->scrollTo(models_[kind]->index(static_cast<int>(winner - tickets.begin()), 0),
+      mfgData_[kind]->scrollTo(models_[kind]->index(static_cast<int>(winner - tickets.begin()), 1),
                                QAbstractItemView::PositionAtCenter);
     }
   }

@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTableView>
 
@@ -13,7 +14,7 @@
 namespace marlevo {
 namespace {
 
-// The board as the operator has it: everything goes through widgets found by their names.
+// The board as the operator has it: everything goes through keys, and through widgets found by their names.
 class FrmMarlevoTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -36,36 +37,111 @@ class FrmMarlevoTest : public testing::Test {
     }
   }
   void Click(const QString& name) { QTest::mouseClick(&Find<QWidget>(name), Qt::LeftButton); }
-  void ClickExpecting(const QString& name, const QString& message) {
-    WithModals([&] { Click(name); }, {ExpectMessage(message)});
+  // Without a window manager a window that is closed does not make the board active again.
+  void Activate() {
+    board_.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&board_));
   }
+  // Presses "F2" or "Shift+F2", with the message that must come of it.
+  void Key(const QString& key, const QString& message = {}) {
+    Activate();
+    const auto press = [&] { QTest::keySequence(&board_, QKeySequence(key)); };
+    WithModals(press, message.isEmpty() ? std::vector<ModalStep>() : std::vector{ExpectMessage(message)});
+  }
+  std::string Focus() { return board_.focusWidget()->objectName().toStdString(); }
   std::string Totals() { return Find<QPlainTextEdit>("txtCombineMessage").toPlainText().toStdString(); }
+  // What the screen shows, which is more than what the widgets would paint if they were asked to.
+  QImage Screen() {
+    Activate();
+    QCoreApplication::processEvents();
+    return board_.screen()->grabWindow(board_.winId()).toImage();
+  }
   // The tickets of a grid, without their numbers: "1234 1235".
   std::string Grid(int kind) {
     const QAbstractItemModel& model = *Find<QTableView>(QString("mfgData(%1)").arg(kind)).model();
     QStringList tickets;
-    for (int row = 0; row < model.rowCount() - 1; ++row) {
-      EXPECT_EQ(model.index(row, 0).data().toInt(), row + 1);
+    for (int row = 0; row < model.rowCount(); ++row) {
+      const bool last = row == model.rowCount() - 1;
+      EXPECT_EQ(model.headerData(row, Qt::Vertical).toString(), last ? QString() : QString::number(row + 1));
       QString ticket;
       for (int column = 1; column < model.columnCount(); ++column) {
         ticket += model.index(row, column).data().toString();
       }
       tickets.append(ticket);
     }
+    EXPECT_EQ(tickets.takeLast(), "");
     return tickets.join(' ').toStdString();
   }
 
+  std::string opened_;
   CurrentList printed_;
   QString problem_ = "找不到資料庫";
-  frmMarlevo board_{{.customers = {},
-                     .draws = [this](QWidget*) { problem_ = "無法開啟資料庫"; },
-                     .print_note = {},
-                     .set_printer = {},
-                     .save = {},
-                     .print = [this](QWidget*, const CurrentList& list) { printed_ = list; },
+  frmMarlevo board_{{.customers = [this](QWidget*, const StoredListShower&) { opened_ += "customers "; },
+                     .draws = [this](QWidget*) { opened_ += "draws ", problem_ = "無法開啟資料庫"; },
+                     .print_note = [this](QWidget*) { opened_ += "memo "; },
+                     .set_printer = [this](QWidget*) { opened_ += "settings "; },
+                     .save = [this](QWidget*, const CurrentList&) { opened_ += "save "; },
+                     .print = [this](QWidget*, const CurrentList& list) { opened_ += "print ", printed_ = list; },
                      .database_problem = [this] { return problem_; },
-                     .load_slip_settings = {}}};
+                     .load_slip_settings = [this] { opened_ += "load "; }}};
 };
+
+TEST_F(FrmMarlevoTest, EveryKeyDoesWhatItsButtonSays) {
+  for (const QPushButton* const button : board_.findChildren<QPushButton*>()) {
+    EXPECT_TRUE(button->isEnabled()) << button->objectName().toStdString();
+  }
+  Tick("chkPlay(0) chkPlay(2) chkNum1(1) chkNum2(2) chkNum3(3) chkNum4(4)");
+  const struct {
+    const char* key;
+    const char* bar;     // that is shown afterwards
+    const char* focus;   // that is there afterwards
+    bool seen;           // whether the screen is another one
+    const char* opened;  // the window that has been opened
+    const char* four;    // the tickets of 四星正彩
+  } steps[] = {
+      {"F5", "picMenu1", "chkNum1(0)", false, "load customers ", ""},
+      {"F7", "picMenu1", "chkNum1(0)", false, "settings ", ""},
+      {"F9", "picMenu1", "chkNum1(0)", false, "memo ", ""},
+      {"F4", "picMenu1", "chkNum1(0)", true, "", ""},
+      {"F4", "picMenu1", "chkNum1(0)", true, "", ""},
+      {"Shift+F2", "picMenu1", "chkNum1(0)", false, "", ""},
+      {"F2", "picMenu2", "mfgData(0)", true, "", "1234"},
+      {"F9", "picMenu2", "mfgData(0)", false, "print ", "1234"},
+      {"F6", "picMenu2", "mfgData(0)", false, "save ", "1234"},
+      {"F7", "picMenu2", "mfgData(0)", true, "", "1234"},
+      {"F5", "picMenu3", "mfgData(0)", true, "", "1234"},
+      {"F1", "picMenu3", "mfgData(0)", false, "", "1234"},
+      {"F12", "picMenu2", "mfgData(0)", true, "", "1234"},
+      {"F11", "picMenu1", "chkNum1(0)", true, "", "1234"},
+      {"F8", "picMenu1", "chkNum1(0)", true, "", "1234"},
+      {"F11", "picMenu2", "mfgData(0)", true, "", "1234"},
+      {"F11", "picMenu1", "chkNum1(0)", true, "", "1234"},
+      {"F6", "picMenu1", "chkNum1(0)", true, "draws ", "1234"},
+  };
+  for (const auto& [key, bar, focus, seen, opened, four] : steps) {
+    const QImage before = Screen();
+    opened_ = opened_ == "load " ? opened_ : "";
+    Key(key);
+    EXPECT_EQ(Screen() != before, seen) << key << " " << bar;
+    for (const char* const each : {"picMenu1", "picMenu2", "picMenu3"}) {
+      EXPECT_EQ(Shown(each), std::string(each) == bar) << key << " " << each;
+    }
+    EXPECT_EQ(Shown("picBox1"), std::string(bar) == "picMenu1") << key;
+    EXPECT_EQ(Shown("picMenu4"), std::string(bar) == "picMenu1" && Grid(0) != "") << key;
+    EXPECT_EQ(Focus(), focus) << key << " " << bar;
+    EXPECT_EQ(opened_, opened) << key;
+    EXPECT_EQ(Grid(0), four) << key;
+  }
+  EXPECT_EQ(LabelText(board_, "lblHint"), "無法開啟資料庫");
+  Find<QCheckBox>("chkPlay(0)").setChecked(false);
+  Tick("chkNum1(0) chkNum2(2) chkNum3(1)");
+  Key("F3");
+  EXPECT_EQ(Grid(0) + Grid(2), "021 012 102 120 210 201");
+  EXPECT_EQ(Find<QTabWidget>("SSTab1").currentIndex(), 2);
+  Key("F11");
+  Click("cmdExit");
+  EXPECT_FALSE(board_.isVisible());
+}
 
 TEST_F(FrmMarlevoTest, TheAmountFollowsTheMultiplierEvenWhenItIsChosenAgain) {
   auto& multiplier = Find<QComboBox>("cboPlay2(3)");
@@ -74,7 +150,6 @@ TEST_F(FrmMarlevoTest, TheAmountFollowsTheMultiplierEvenWhenItIsChosenAgain) {
   QTest::keyClicks(&multiplier, "x12");
   EXPECT_EQ(amount.currentText(), "300");
   EXPECT_EQ(Find<QComboBox>("cboPlay(2)").currentText(), "25");
-
   EXPECT_EQ(LabelText(board_, "lblDiffers(3)"), "");
   amount.setCurrentText("50");
   EXPECT_EQ(LabelText(board_, "lblDiffers(3)"), "≠");
@@ -100,95 +175,70 @@ TEST_F(FrmMarlevoTest, RowAndColumnButtonsActOnEveryClickAndNeverStayTicked) {
   }
 }
 
-TEST_F(FrmMarlevoTest, BadPicksGetTheirMessageAndChangeNothing) {
-  ClickExpecting("cmdCombine", "請先選擇彩券玩法");
-  Tick("chkPlay(2) chkNum1(1) chkNum2(2)");
-  ClickExpecting("Command1", "選擇三星玩法\n一 二 三排需要有號碼");
-  Tick("chkPlay(0) chkNum3(3)");
-  ClickExpecting("cmdCombine", "選擇四星需要有四柱號碼");
-  EXPECT_TRUE(Shown("picBox1") && Shown("picMenu1"));
-  EXPECT_FALSE(Shown("picBox2") || Shown("picMenu2"));
-  EXPECT_EQ(Grid(0) + Grid(2) + Totals(), "");
-}
-
 TEST_F(FrmMarlevoTest, AnExpansionShowsItsTicketsTotalsAndPages) {
   const PaintCounter busy("frmMessage2");
-  Tick("chkPlay(0) chkPlay(4) chkNum1(0) chkNum1(1) chkNum2(2) chkNum3(3) chkNum4(4) chkNum4(5)");
+  Key("F2", "請先選擇彩券玩法");
+  Tick("chkPlay(2) chkNum1(1) chkNum2(2)");
+  Key("F3", "選擇三星玩法\n一 二 三排需要有號碼");
+  Tick("chkPlay(0) chkPlay(4) chkNum1(0) chkNum3(3)");
+  Key("F2", "選擇四星需要有四柱號碼");
+  EXPECT_TRUE(Shown("picBox1") && !Shown("picBox2") && busy.painted == 0);
+  Find<QCheckBox>("chkPlay(2)").setChecked(false);
+  Tick("chkNum4(4) chkNum4(5)");
   Find<QComboBox>("cboPlay2(4)").setCurrentIndex(1);
-  Click("cmdCombine");
-
+  Key("F2");
   EXPECT_GE(busy.painted, 1);
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-  EXPECT_TRUE(Shown("picBox2") && Shown("picMenu2"));
-  EXPECT_FALSE(Shown("picBox1") || Shown("picMenu1") || Shown("picCheck"));
-  EXPECT_EQ(Grid(0), "0234 0235 1234 1235");
-  EXPECT_EQ(Grid(1), "");
+  EXPECT_EQ(Grid(0) + Grid(1), "0234 0235 1234 1235");
   EXPECT_EQ(Totals(),
             "----- 共   16張 需     700元 -----\n"
             "四星正彩    4張 Ｘ 25元 ＝     100元\n"
             "三星對彩   12張 Ｘ 50元 ＝     600元");
-  auto& pages = Find<QTabWidget>("SSTab1");
-  EXPECT_EQ(pages.currentIndex(), 0);
   for (int kind = 0; kind < kBetKinds; ++kind) {
-    EXPECT_EQ(pages.isTabEnabled(kind), kind == 0 || kind == 4) << kind;
+    EXPECT_EQ(Find<QTabWidget>("SSTab1").isTabEnabled(kind), kind == 0 || kind == 4) << kind;
   }
-
-  // A second expansion of another kind replaces everything.
-  Click("cmdBack");
-  EXPECT_TRUE(Ticked("chkNum1(0)"));
-  Find<QCheckBox>("chkPlay(0)").setChecked(false);
-  Find<QCheckBox>("chkPlay(4)").setChecked(false);
-  Tick("chkPlay(2)");
-  Click("Command1");
-  EXPECT_EQ(Grid(0), "");
-  EXPECT_EQ(Grid(2), "012 021 201 210 120 102");
-  EXPECT_EQ(pages.currentIndex(), 2);
 }
 
 TEST_F(FrmMarlevoTest, HiddenColumnsCountAndClearReachesThem) {
   EXPECT_FALSE(Shown("chkNum5(0)") || Shown("chkNum10(9)"));
-  Click("Command2");
+  Key("F4");
   EXPECT_TRUE(Shown("chkNum5(0)") && Shown("chkNum10(9)"));
-  board_.resize(800, 600);
+  board_.resize(800, 400);
   QCoreApplication::processEvents();
   const auto& board = Find<QWidget>("picMain");
-  EXPECT_LE(board.width(), board.parentWidget()->width()) << "scrolls sideways";
+  EXPECT_EQ(board.size(), board.parentWidget()->size()) << "a board that scrolls";
+  board_.resize(1800, 1200);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(board.fontInfo().pointSizeF(), 1.5 * board_.fontInfo().pointSizeF());
   Tick("chkPlay(0) chkNum1(1) chkNum2(2) chkNum3(3) chkNum4(4) chkNum9(5)");
-  Click("Command2");
-  EXPECT_FALSE(Shown("chkNum5(0)") || Shown("chkNum10(9)"));
-  Click("cmdCombine");
+  EXPECT_EQ(LabelText(board_, "lblExtra"), "第五柱至第十柱\n按「多柱碰」\n顯示");
+  Key("F4");
+  EXPECT_EQ(LabelText(board_, "lblExtra"), "第五柱至第十柱\n已隱藏，其中已選 1 個號碼，\n組合時一併計算");
+  Key("F2");
   EXPECT_EQ(Grid(0), "1234 1235 1245 1345 2345");
-
   const std::string totals = Totals();
-  Click("cmdBack");
-  Click("cmdClear");
+  Key("F11");
+  Key("F8");
   for (const QCheckBox* const box : board_.findChildren<QCheckBox*>()) {
     EXPECT_FALSE(box->isChecked()) << box->objectName().toStdString();
   }
+  EXPECT_EQ(LabelText(board_, "lblExtra"), "第五柱至第十柱\n按「多柱碰」\n顯示");
   EXPECT_EQ(Grid(0), "1234 1235 1245 1345 2345");
   EXPECT_EQ(Totals(), totals);
 }
 
 TEST_F(FrmMarlevoTest, AListComesBackWithoutAnExpansion) {
   Tick("chkPlay(0) chkNum1(1) chkNum2(2) chkNum3(3) chkNum4(4)");
-  EXPECT_FALSE(Shown("picMenu4"));
   EXPECT_EQ(LabelText(board_, "lblHint"), "找不到資料庫");
   problem_.clear();
-  Click("cmdCombine");
-  EXPECT_FALSE(Shown("picMenu4"));
+  Key("F2");
   EXPECT_EQ(LabelText(board_, "lblHint").find("F9 列  印   F5 刪除法"), 0U);
-  Click("cmdBack");
-  EXPECT_TRUE(Shown("picMenu4"));
+  Key("F11");
   EXPECT_TRUE(LabelText(board_, "lblHint").ends_with("   F11 回到清單"));
-  Click("cmdInput");
-  EXPECT_EQ(LabelText(board_, "lblHint"), "無法開啟資料庫");
-  Click("cmdClear");
+  Key("F8");
   Find<QComboBox>("cboPlay2(0)").setCurrentText("x 2");
   Click("cmdList");
-  EXPECT_TRUE(Shown("picBox2") && Shown("picMenu2") && !Shown("picBox1") && !Shown("picMenu4"));
   EXPECT_TRUE(Ticked("chkPlay(0)") && !Ticked("chkNum1(1)"));
-  EXPECT_EQ(board_.focusWidget()->objectName().toStdString(), "mfgData(0)");
-  EXPECT_EQ(Grid(0), "1234");
   EXPECT_EQ(Totals(), "----- 共    1張 需      50元 -----\n4星正彩      1張 Ｘ 50元 ＝      50元\n");
 
   CurrentList stored = test::Lists({{2, "321 012"}});
@@ -199,92 +249,94 @@ TEST_F(FrmMarlevoTest, AListComesBackWithoutAnExpansion) {
   WithModals(show, {ExpectQuestion("目前的號碼清單會被取代,確定要載回 ?", QMessageBox::Yes)});
   EXPECT_EQ(Grid(0) + Grid(2), "321 012");
   EXPECT_TRUE(Ticked("chkPlay(2)") && !Ticked("chkPlay(0)"));
-  EXPECT_EQ(board_.focusWidget()->objectName().toStdString(), "mfgData(2)");
+  EXPECT_EQ(Focus(), "mfgData(2)");
   EXPECT_EQ(Totals(), "----- 共    2張 需     200元 -----\n3星正彩    2張 Ｘ100元 ＝     200元\n");
-  Click("cmdPrint");
+  Key("F9");
   EXPECT_EQ(printed_.kinds[2].multiplier, 3);
 }
 
 TEST_F(FrmMarlevoTest, FiltersThinTheListThatIsCheckedAndPrinted) {
   Tick("chkPlay(0) chkPlay(1) chkNum1(1) chkNum1(2) chkNum2(1) chkNum2(2) chkNum3(2) chkNum3(3) chkNum4(4) chkNum4(5)");
-  Click("cmdCombine");
-  Click("cmdDelete");
-  EXPECT_TRUE(Shown("picMenu3") && !Shown("picMenu2"));
-  const std::pair<const char*, const char*> left[] = {{"cmdDel3", "   32張"}, {"cmdDel1", "   30張"},
-                                                      {"cmdDel2", "   28張"}, {"cmdDel4", "   26張"},
-                                                      {"cmdDel5", "    8張"}, {"cmdDel6", "    4張"}};
+  Key("F2");
+  Key("F5");
+  const std::pair<const char*, const char*> left[] = {{"Shift+F3", "   32張"}, {"Shift+F1", "   30張"},
+                                                      {"Shift+F2", "   28張"}, {"Shift+F4", "   26張"},
+                                                      {"Shift+F5", "    8張"}, {"Shift+F6", "    4張"}};
   for (const auto& [filter, tickets] : left) {
-    ClickExpecting(filter, "刪除完畢 !");
+    const QImage before = Screen();
+    Key(filter, "刪除完畢 !");
+    EXPECT_NE(Screen(), before) << filter;
     EXPECT_EQ(Totals().find(tickets), std::string("----- 共").size()) << filter << ": " << Totals();
+    EXPECT_TRUE(Shown("picMenu3"));
   }
   EXPECT_EQ(Grid(0), "1234 1235 2134 2135");
   EXPECT_EQ(Totals(),
             "----- 共    4張 需     100元 -----\n"
             "4星正彩      4張 Ｘ 25元 ＝     100元\n"
             "4星組彩   0張 Ｘ 25元 ＝       0元\n");
-  Click("cmdBack2");
-  EXPECT_TRUE(Shown("picMenu2") && !Shown("picMenu3"));
-
-  auto& check = Find<QPushButton>("cmdCheck");
-  Click("cmdCheck");
-  EXPECT_TRUE(Shown("picCheck"));
-  EXPECT_EQ(check.text(), "投注資料");
-  for (int position = 0; position < 4; ++position) {
-    Find<QComboBox>(QString("cboCheck(%1)").arg(position)).setCurrentIndex(position + 1);
-  }
-  Click("cmdCheck2");
-  EXPECT_EQ(RowsText(board_, "lstCheck"), "共中獎 1張\n" + std::string(48, '-') + "\n四星正彩    1 張\n");
-  const QAbstractItemModel& grid = *Find<QTableView>("mfgData(0)").model();
-  EXPECT_EQ(grid.index(0, 4).data(Qt::BackgroundRole).value<QColor>(), QColor(255, 255, 0));
-  EXPECT_EQ(grid.index(1, 4).data(Qt::BackgroundRole).value<QColor>(), QColor(255, 255, 255));
-
-  auto& view = Find<QTableView>("mfgData(0)");
-  view.selectRow(0);
-  const QPoint corner = view.visualRect(grid.index(0, 1)).topLeft() + QPoint(2, 2);
-  EXPECT_EQ(view.viewport()->grab().toImage().pixelColor(corner), QColor(255, 255, 0)) << "also when selected";
-
   Find<QComboBox>("cboPlay(0)").setCurrentText("100");
-  Click("cmdPrint");
-  EXPECT_EQ(printed_.kinds[0].tickets.size(), 4U);
-  EXPECT_TRUE(printed_.kinds[0].ticked);
+  Key("F12");
+  Key("F9");
+  EXPECT_TRUE(printed_.kinds[0].ticked && printed_.kinds[0].tickets.size() == 4U);
   EXPECT_EQ(printed_.kinds[0].amount, 100);
   EXPECT_EQ(printed_.kinds[0].multiplier, 0);
+}
 
-  Click("cmdBack");
-  EXPECT_FALSE(Shown("picCheck"));
-  EXPECT_EQ(check.text(), "即時對獎");
-  EXPECT_FALSE(Find<QPushButton>("cmdSave").isEnabled()) << "its window is not there";
+TEST_F(FrmMarlevoTest, TheCheckPaintsTheWinnersAndBringsTheFirstIntoView) {
+  Tick("chkPlay(0) chkNum1(1) chkNum4(4)");
+  Click("chkAll_Y1(1)");
+  Click("chkAll_Y1(2)");
+  Key("F2");
+  Key("F7");
+  auto& view = Find<QTableView>("mfgData(0)");
+  const auto check = [&](const QString& digits) {
+    for (int position = 0; position < 4; ++position) {
+      Find<QComboBox>(QString("cboCheck(%1)").arg(position)).setCurrentText(digits.mid(position, 1));
+    }
+    Click("cmdCheck2");
+  };
+  const auto colour = [&](int row) {
+    const QPoint corner = view.visualRect(view.model()->index(row, 1)).topLeft() + QPoint(2, 2);
+    return view.viewport()->rect().contains(corner) ? Screen().pixelColor(view.viewport()->mapTo(&board_, corner))
+                                                    : QColor();
+  };
+  check("1774");
+  EXPECT_EQ(RowsText(board_, "lstCheck"), "共中獎 1張\n" + std::string(48, '-') + "\n四星正彩    1 張\n");
+  EXPECT_EQ(colour(77), QColor(Qt::yellow));
+  view.selectRow(77);
+  EXPECT_EQ(colour(77), QColor(Qt::yellow)) << "also when selected";
+  view.clearSelection();
+  check("1784");
+  EXPECT_EQ(colour(77), QColor(Qt::white));
+  EXPECT_EQ(colour(78), QColor(Qt::yellow));
+  Key("F7");
+  EXPECT_EQ(Find<QPushButton>("cmdCheck").text() + (Shown("picCheck") ? "!" : ""), "即時對獎");
+  Key("F7");
+  EXPECT_EQ(Find<QPushButton>("cmdCheck").text() + (Shown("picCheck") ? "!" : ""), "投注資料!");
+  Key("F11");
+  EXPECT_EQ(Find<QPushButton>("cmdCheck").text() + (Shown("picCheck") ? "!" : ""), "即時對獎");
 }
 
 TEST_F(FrmMarlevoTest, TheDigitPanelWorksByKeyboardAlone) {
-  const auto focus = [] { return QApplication::focusWidget()->objectName().toStdString(); };
-  const auto press = [](std::initializer_list<Qt::Key> keys) {
+  // Keys, and the focus afterwards.
+  const std::pair<std::initializer_list<Qt::Key>, const char*> steps[] = {
+      {{Qt::Key_Tab}, "chkNum1(0)"},
+      {{Qt::Key_Up, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Space}, "chkNum2(1)"},
+      {{Qt::Key_7, Qt::Key_Right}, "chkNum3(7)"},
+      {{Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right}, "chkAll_X2(7)"},  // passes hidden columns over
+      {{Qt::Key_Tab}, "cmdCombine"},
+      {{Qt::Key_Backtab}, "chkAll_X2(7)"},
+      {{Qt::Key_F4, Qt::Key_Right, Qt::Key_F4}, "cmdCombine"},
+      {{Qt::Key_Backtab}, "chkNum1(0)"},  // the cell before is hidden
+      {{Qt::Key_Tab, Qt::Key_Return, Qt::Key_Escape}, "cmdCombine"}};
+  Find<QWidget>("cboPlay(4)").setFocus();
+  for (const auto& [keys, focus] : steps) {
     for (const Qt::Key key : keys) {
       QTest::keyClick(QApplication::focusWidget(), key);
     }
-  };
-  Find<QWidget>("cboPlay(4)").setFocus();
-  press({Qt::Key_Tab});
-  EXPECT_EQ(focus(), "chkNum1(0)");
-  press({Qt::Key_Up, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Space});
-  EXPECT_EQ(focus(), "chkNum2(1)");
-  EXPECT_TRUE(Ticked("chkNum2(1)"));
-  press({Qt::Key_7, Qt::Key_Right});
-  EXPECT_TRUE(Ticked("chkNum2(7)"));
-  EXPECT_EQ(focus(), "chkNum3(7)");
-  press({Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right});
-  EXPECT_EQ(focus(), "chkAll_X2(7)") << "hidden columns are passed over";
-  press({Qt::Key_Tab});
-  EXPECT_EQ(focus(), "cmdCombine");
-  press({Qt::Key_Backtab});
-  EXPECT_EQ(focus(), "chkAll_X2(7)") << "the panel remembers where the focus was";
-  Click("Command2");
-  Find<QWidget>("chkNum10(9)").setFocus();
-  Click("Command2");
-  Find<QWidget>("cmdCombine").setFocus();
-  press({Qt::Key_Backtab});
-  EXPECT_EQ(focus(), "chkNum1(0)") << "the cell where the focus was is hidden";
-  press({Qt::Key_Tab, Qt::Key_Return, Qt::Key_Escape});
+    EXPECT_EQ(Focus(), focus);
+  }
+  EXPECT_TRUE(Ticked("chkNum2(1)") && Ticked("chkNum2(7)"));
   EXPECT_TRUE(board_.isVisible() && Shown("picBox1"));
 }
 
