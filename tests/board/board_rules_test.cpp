@@ -49,27 +49,6 @@ TEST(Selection, IsCheckedBeforeItIsExpanded) {
   EXPECT_EQ(SelectionMessage(7), "不可預知的錯誤");
 }
 
-TEST(Expansion, WorkedExamples) {
-  const struct {
-    const char* kinds;
-    const char* columns;
-    int kind;
-    const char* tickets;
-  } examples[] = {
-      {"234", "1 2 3", 2, "123"},
-      {"234", "1 2 3", 4, "123"},
-      {"0", "01 2 3 45", 0, "0234 0235 1234 1235"},
-      {"2", "1 2 3 4", 2, "123 124 134 234"},
-      {"1", "1 2 3 4 5", 1, "1234 1235 1245 1345 2345"},
-      {"1", "1 2 3 4 - - - - - 5", 1, "1234 1235 1245 1255 1345 1355 1455 2345 2355 2455 3455"},
-  };
-  for (const auto& [kinds, columns, kind, tickets] : examples) {
-    CurrentList list;
-    ExpandTickets(Picks(kinds, columns), list);
-    EXPECT_EQ(Text(list, kind), tickets);
-  }
-}
-
 // The expansion straight from its rule, without any shortcut; `columns` from 1, the digits of each as text.
 std::string SlowExpansion(const std::array<std::string, 12>& columns, std::size_t digits) {
   std::string tickets;

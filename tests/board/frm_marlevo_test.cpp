@@ -110,7 +110,7 @@ TEST_F(FrmMarlevoTest, EveryKeyDoesWhatItsButtonSays) {
       {"F6", "picMenu2", "mfgData(0)", false, "save ", "1234"},
       {"F7", "picMenu2", "mfgData(0)", true, "", "1234"},
       {"F5", "picMenu3", "mfgData(0)", true, "", "1234"},
-      {"F1", "picMenu3", "mfgData(0)", false, "", "1234"},
+      {"F3", "picMenu3", "mfgData(0)", false, "", "1234"},
       {"F12", "picMenu2", "mfgData(0)", true, "", "1234"},
       {"F11", "picMenu1", "chkNum1(0)", true, "", "1234"},
       {"F8", "picMenu1", "chkNum1(0)", true, "", "1234"},

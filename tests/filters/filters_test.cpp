@@ -21,28 +21,6 @@ using Filter = void (*)(CurrentList&);
 constexpr Filter kFilters[] = {DeleteAllOdd,    DeleteAllEven, DeleteAllSame,
                                DeleteThreeSame, DeleteTwoSame, DeleteRepeats};
 
-TEST(Filters, WorkedExamples) {
-  const struct {
-    Filter filter;
-    CurrentList list;
-    int kind;
-    const char* left;
-  } examples[] = {
-      {DeleteAllOdd, Lists({{0, "1357 1352* 9999"}}), 0, "1352*"},
-      {DeleteAllEven, Lists({{1, "0000 2_46 0001"}}), 1, "2_46 0001"},
-      {DeleteAllSame, Lists({{0, "7777 7770 ____"}, {3, "777"}}), 0, "7770 ____"},
-      {DeleteThreeSame, Lists({{0, "1211 2111 1122"}}), 0, "1122"},
-      {DeleteTwoSame, Lists({{0, "1122 1231 4554 1234"}}), 0, "1234"},
-      {DeleteRepeats, Lists({{0, "0123"}, {2, "123 124 ___ ___"}, {4, "124 321"}}), 2, "124 ___ ___"},
-      {DeleteRepeats, Lists({{0, "1234"}, {1, "4312 5678"}}), 1, "5678"},
-  };
-  for (const auto& [filter, start, kind, left] : examples) {
-    CurrentList list = start;
-    filter(list);
-    EXPECT_EQ(Text(list, kind), left);
-  }
-}
-
 TEST(Filters, RefuseAValueThatNoDigitsHave) {
   for (const char* no_digits : {":000", "/000"}) {
     CurrentList list = Lists({{0, no_digits}});

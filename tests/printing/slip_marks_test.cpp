@@ -87,16 +87,6 @@ TEST(SlipMarks, LieWhereTheObviousWayPutsThem) {
   }
 }
 
-TEST(SlipMarks, OfAWorkedExample) {
-  const auto slips = SlipMarks(test::Tickets("901"), {SlipType::kThreeDigit, 1, 2147483647, 10, 12, false},
-                               {.dot2dot_w = 120, .fix = 0});
-  EXPECT_EQ(slips.at(0).marks, (std::vector<Mark>{{320, 2820, 180, 180},
-                                                  {3020, 3130, 180, 180},
-                                                  {2720, 3440, 180, 180},
-                                                  {320, 4040, 180, 180},
-                                                  {2420, 2210, 180, 180}}));
-}
-
 TEST(TestSheet, KeepsItsTextsOffTheMarksAndTheEdges) {
   const SlipPrinterSettings laser = {1270, 4300, 60, 60, 300, 240, 420, 530, 0, 1800, 9050, 1520};
   for (const SlipType type : {SlipType::kThreeDigit, SlipType::kFourDigit}) {
