@@ -91,6 +91,12 @@ FileStamp StampOf(HANDLE handle, const std::filesystem::path& path) {
 
 class WindowsFile final : public DiskFile {
  public:
+  // The file closes the handle.
+  static std::unique_ptr<WindowsFile> Of(const std::filesystem::path& path, HANDLE handle, bool writable) {
+    auto file = std::make_unique<WindowsFile>(path, handle, writable);
+    file->volume_ = StampOf(handle, path).id.volume;
+    return file;
+  }
   WindowsFile(std::filesystem::path path, HANDLE handle, bool writable)
       : path_(std::move(path)), handle_(handle), writable_(writable) {}
   WindowsFile(const WindowsFile&) = delete;
@@ -171,7 +177,11 @@ class WindowsFile final : public DiskFile {
 
   bool Writable() const override { return writable_; }
 
-  FileStamp Stamp() override { return StampOf(handle_, path_); }
+  FileStamp Stamp() override {
+    FileStamp stamp = StampOf(handle_, path_);
+    stamp.id.volume = volume_;
+    return stamp;
+  }
 
   bool Lock(LockKind kind, LockMode mode, bool wait) override {
     OVERLAPPED place = LockPlace(kind);
@@ -196,6 +206,9 @@ class WindowsFile final : public DiskFile {
   std::filesystem::path path_;
   HANDLE handle_;
   bool writable_;
+  // As it was when the file was opened: Wine no longer tells the volume of a file that is renamed while it is open, and
+  // the file would look like another one.
+  std::uint64_t volume_ = 0;
 };
 
 // Other programs may open, rename and remove a file that is open here: it is the locks that decide who may write, and
@@ -217,7 +230,7 @@ class WindowsFiles final : public FileSystem {
   std::unique_ptr<DiskFile> Open(const std::filesystem::path& path) override {
     HANDLE handle = OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
     if (handle != INVALID_HANDLE_VALUE) {
-      return std::make_unique<WindowsFile>(path, handle, true);
+      return WindowsFile::Of(path, handle, true);
     }
     const DWORD code = GetLastError();
     if (IsMissing(code)) {
@@ -230,7 +243,7 @@ class WindowsFiles final : public FileSystem {
     if (handle == INVALID_HANDLE_VALUE) {
       Fail(path, "cannot be opened");
     }
-    return std::make_unique<WindowsFile>(path, handle, false);
+    return WindowsFile::Of(path, handle, false);
   }
 
   std::unique_ptr<DiskFile> Create(const std::filesystem::path& path) override {
@@ -238,7 +251,7 @@ class WindowsFiles final : public FileSystem {
     if (handle == INVALID_HANDLE_VALUE) {
       Fail(path, "cannot be created");
     }
-    return std::make_unique<WindowsFile>(path, handle, true);
+    return WindowsFile::Of(path, handle, true);
   }
 
   std::optional<FileStamp> Look(const std::filesystem::path& path) override {
@@ -251,8 +264,7 @@ class WindowsFiles final : public FileSystem {
       }
       Fail(path, "cannot be looked at");
     }
-    const WindowsFile file(path, handle, false);
-    return StampOf(handle, path);
+    return WindowsFile::Of(path, handle, false)->Stamp();
   }
 
   // Another program uses a file as long as it has the file open, with locks or without. Windows gives a handle that is
