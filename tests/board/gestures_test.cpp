@@ -157,7 +157,8 @@ class GesturesTest : public DatabaseFixture {
   // Opens the program, goes to the scene, and does the steps there. Each step begins when everything that the one
   // before it started is done or waits in a modal window. In the end closes what is open.
   void Play(const QString& scene, const std::vector<Step>& steps) {
-    std::filesystem::copy_file(folder_.Path() / "fresh.mdb", file_, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::remove(file_);
+    std::filesystem::copy_file(folder_.Path() / "fresh.mdb", file_);
     const std::string database = Opening();
     frmMarlevo board(
         {.customers = [&](QWidget* parent, const StoredListShower& show) { frmCustom(parent, database, show).exec(); },

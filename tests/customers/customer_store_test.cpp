@@ -175,7 +175,7 @@ TEST_F(CustomerStoreTest, KnowsHowMuchTheFileTakes) {
 TEST_F(CustomerStoreTest, ABackupIsMadeInUseUnderTheDateAndNeverForTheWorse) {
   const std::filesystem::path stick = folder_.Path() / "隨身碟";
   std::filesystem::create_directory(stick);
-  std::ofstream(folder_.Path() / "4Star.ini") << "[PRINTER SET]\n";
+  std::ofstream(folder_.Path() / "4Star.ini", std::ios::binary) << "[PRINTER SET]\n";
   const DayBackup day = BackupOfDay(Opening(), stick, "20261123203000");
   EXPECT_EQ(day.database.to, stick / "4star-2026-11-23.mdb");
   for (const char* number : {"A01", "A02"}) {

@@ -163,6 +163,7 @@ TEST_F(ConnectionTest, RefusesAndOpensAnewWhatAnotherProgramHasChanged) {
   EXPECT_EQ(insert(other), std::nullopt);
   other.Flush();
   EXPECT_EQ(insert(other), std::nullopt);
+  std::filesystem::rename(file_, folder_.Path() / "old.mdb");  // Windows lets nobody put a file in an open one's place
   std::filesystem::rename(backup, file_);
   // What had been flushed is in the file that is gone; the rest is refused, and can be done again.
   EXPECT_EQ(Refusal("讀取資料庫", [&] { Count(connection_, "CUSTOM_D"); }), Fault::kChanged);
@@ -172,7 +173,7 @@ TEST_F(ConnectionTest, RefusesAndOpensAnewWhatAnotherProgramHasChanged) {
   EXPECT_EQ(insert(connection_), std::nullopt);
   connection_.Flush();
   other.Flush();
-  std::filesystem::remove(file_);
+  std::filesystem::rename(file_, folder_.Path() / "moved.mdb");
   EXPECT_EQ(insert(other), Fault::kChanged);
   EXPECT_EQ(Refusal("開啟資料庫", [&] { other.Execute("DELETE FROM CUSTOM_D"); }), Fault::kMissing);
 }

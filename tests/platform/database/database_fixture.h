@@ -54,8 +54,8 @@ class DatabaseFixture : public testing::Test {
   Connection OnDisk() const {
     const std::filesystem::path copy = folder_.Path() / "copy.mdb";
     for (const char* journal : {"", "-journal"}) {
-      const std::filesystem::path from = file_.string() + journal;
-      const std::filesystem::path to = copy.string() + journal;
+      const std::filesystem::path from = std::filesystem::path(file_) += journal;
+      const std::filesystem::path to = std::filesystem::path(copy) += journal;
       std::filesystem::remove(to);
       if (std::filesystem::exists(from)) {
         std::filesystem::copy_file(from, to);
