@@ -92,9 +92,10 @@ TEST_F(DrawsTest, TheWindowMirrorsEveryChangeUntilItIsOpenedAgain) {
 }
 
 TEST_F(DrawsTest, TakesTheRowThatIsChosenBeginningAtTheNewest) {
-  Connection(Opening()).Execute("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3) VALUES (92001,11,0,7)");
+  Connection connection(Opening());
+  connection.Execute("INSERT INTO [NUMERIC] (VOU_NO,NO1,NO2,NO3) VALUES (92001,11,0,7)");
   for (int draw = 92002; draw < 92100; ++draw) {
-    Connection(Opening()).Execute(InsertDraw({std::to_string(draw), {"1", "2", "3", "4"}}));
+    connection.Execute(InsertDraw({std::to_string(draw), {"1", "2", "3", "4"}}));
   }
   const Shown<frmInput> window(Opening());
   auto& grid = Find<QAbstractItemView>(window, "mfgNumeric");
@@ -108,6 +109,8 @@ TEST_F(DrawsTest, TakesTheRowThatIsChosenBeginningAtTheNewest) {
   EXPECT_EQ(Entered(window), "92001 11070") << "a missing digit reads as 0, one of two places is shown";
   QTest::keyClick(&grid, Qt::Key_Down);
   EXPECT_EQ(Entered(window), "92002 1234");
+  EnterDraw(window, "1", "1234", "cmdAdd");
+  EXPECT_EQ(grid.verticalScrollBar()->value(), grid.verticalScrollBar()->maximum());
 }
 
 TEST_F(DrawsTest, TakesOnlyDigitsFromTheKeyboardAndAnythingFromTheClipboard) {
@@ -117,13 +120,9 @@ TEST_F(DrawsTest, TakesOnlyDigitsFromTheKeyboardAndAnythingFromTheClipboard) {
   for (const Qt::KeyboardModifiers alt : {Qt::AltModifier | Qt::ControlModifier, Qt::AltModifier | Qt::ShiftModifier}) {
     QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_Q, "@", alt);
   }
-  QTest::keyClick(&box, Qt::Key_Backspace);
-  QTest::keyClick(&box, Qt::Key_Return);
-  EXPECT_EQ(BoxText(window, "txtVou_No"), "9200");
-  box.selectAll();
-  QTest::keyClick(&box, Qt::Key_X, Qt::ControlModifier);
+  QTest::keySequence(&box, QKeySequence("Backspace,Return,Ctrl+A,Ctrl+X"));
   EXPECT_EQ(BoxText(window, "txtVou_No"), "");
-  QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+  QTest::keySequence(&box, QKeySequence("Ctrl+V"));
   window.setFocus();
   QTest::mouseClick(&box, Qt::LeftButton, {}, {3, 10});
   QCoreApplication::processEvents();
@@ -134,14 +133,11 @@ TEST_F(DrawsTest, TakesOnlyDigitsFromTheKeyboardAndAnythingFromTheClipboard) {
   auto& digit = Find<QComboBox>(window, "cboCheck(2)");
   QTest::mouseClick(digit.lineEdit(), Qt::LeftButton, {}, {3, 10});
   QCoreApplication::processEvents();
-  QTest::keyClicks(&digit, "12");
-  QTest::keyClick(&digit, Qt::Key_Backspace);
-  QTest::keyClick(&digit, Qt::Key_Tab);
+  QTest::keySequence(&digit, QKeySequence("1,2,Backspace,Tab"));
   QTest::keyClicks(&Find<QComboBox>(window, "cboCheck(3)"), "7");
   EXPECT_EQ(Entered(window), "1234567890 0017");
   digit.setFocus();
-  QTest::keyClick(&digit, Qt::Key_Down);
-  QTest::keyClicks(&digit, "5");
+  QTest::keySequence(&digit, QKeySequence("Down,5"));
   EXPECT_EQ(digit.currentText(), "5") << "an entry chosen by the keys is typed over too";
   QTest::keyClick(&box, Qt::Key_Escape);
   EXPECT_FALSE(window.isVisible());
