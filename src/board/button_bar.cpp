@@ -11,7 +11,6 @@ namespace {
 
 constexpr int kColumns = 4;
 constexpr int kMainButtonHeight = 40;
-constexpr int kPanelMargin = 8;
 
 }  // namespace
 
@@ -19,10 +18,9 @@ ButtonBar::ButtonBar(QWidget* parent, const QString& name, Shape shape)
     : QFrame(parent), shape_(shape), grid_(new QGridLayout(this)) {
   setObjectName(name);
   grid_->setContentsMargins(0, 0, 0, 0);
-  grid_->setSpacing(8);
   if (shape == Shape::kPanel) {
     SetUpPanel(*this);
-    grid_->setContentsMargins(kPanelMargin, kPanelMargin, kPanelMargin, kPanelMargin);
+    grid_->setContentsMargins(distances::kNear, distances::kNear, distances::kNear, distances::kNear);
     for (int column = 0; column < kColumns; ++column) {
       grid_->setColumnStretch(column, 1);
     }

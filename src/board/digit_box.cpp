@@ -19,7 +19,6 @@ constexpr double kDigitSize = 1.5;  // times the size of the board's other texts
 constexpr double kMarkSize = 0.6;
 constexpr double kSmallMarkSize = 0.43;  // in narrow cells, where the other would cover the digit
 constexpr double kNarrow = 1.8;
-constexpr QRgb kFocus = 0xffe08a00;
 
 }  // namespace
 
@@ -72,9 +71,11 @@ void DigitBox::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   // Boxes are square, as on the slip, and two filled rectangles each: rounded outlines would take a third of the time
   // in which the board is painted.
-  const int line = hasFocus() ? 3 : 1;
-  painter.fillRect(rect(), QColor(hasFocus() ? kFocus : on ? colours::kAccentDark : colours::kLine));
-  painter.fillRect(rect().adjusted(line, line, -line, -line), fill);
+  painter.fillRect(rect(), QColor(on ? colours::kAccentDark : colours::kLine));
+  painter.fillRect(rect().adjusted(1, 1, -1, -1), fill);
+  if (hasFocus()) {
+    DrawFocusRing(painter, rect(), on);
+  }
   if (kind_ == Kind::kDigit) {
     QFont large = Grown(font(), kDigitSize);
     large.setWeight(on ? QFont::Bold : QFont::Normal);

@@ -12,7 +12,6 @@ namespace marlevo {
 
 namespace {
 
-constexpr int kBoxSpacing = 3;
 constexpr int kFirstExtraCell = 6;
 constexpr int kGapColumn = kFirstExtraCell + 1;
 // Shorter than the names of the other columns: the extra columns are narrower.
@@ -58,8 +57,8 @@ QLabel* NewColumnTitle(QWidget* parent, const QString& name, const QString& text
 
 DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(this)) {
   SetUpPanel(*this);
-  grid_->setContentsMargins(6, 8, 8, 8);
-  grid_->setSpacing(kBoxSpacing);
+  grid_->setContentsMargins(distances::kNear, distances::kNear, distances::kNear, distances::kNear);
+  grid_->setSpacing(distances::kHair);
   AddShownColumns();
   AddExtraColumns();
   for (int column = 0; column < kCellColumns; ++column) {

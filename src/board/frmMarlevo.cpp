@@ -26,7 +26,6 @@ namespace marlevo {
 
 namespace {
 
-constexpr int kMargin = 12;
 // Of kinds, totals and bars: the widest caption of a bar and the widest line of the totals fit.
 constexpr int kSideWidth = 392;
 // In a larger board the columns would only drift apart.
@@ -93,7 +92,7 @@ void frmMarlevo::InitBoard() {
   side_->addWidget(kinds_part_);
   auto* const selection = new QHBoxLayout(picBox1_);
   selection->setContentsMargins(0, 0, 0, 0);
-  selection->setSpacing(kMargin);
+  selection->setSpacing(distances::kApart);
   selection->addLayout(side_);
   selection->addWidget(digits_, 1);
 
@@ -108,12 +107,11 @@ void frmMarlevo::InitBoard() {
   stage->addWidget(picMenu1_, 0, 0, Qt::AlignLeft | Qt::AlignBottom);
   stage->addWidget(picMenu3_, 0, 0, Qt::AlignLeft | Qt::AlignBottom);
   auto* const all = new QVBoxLayout(picMain_);
-  all->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
-  all->setSpacing(kMargin / 2);
+  all->setContentsMargins(distances::kApart, distances::kHair, distances::kApart, distances::kHair);
   all->addLayout(title_);
   all->addLayout(stage, 1);
   auto* const hint = new QHBoxLayout;
-  hint->setSpacing(kMargin);
+  hint->setSpacing(distances::kApart);
   hint->addWidget(lblHint_, 1);
   hint->addWidget(version);
   all->addLayout(hint);
@@ -138,7 +136,7 @@ void frmMarlevo::SetGrowth(double growth) {
   for (QWidget* const part : std::initializer_list<QWidget*>{kinds_part_, picMenu1_, picMenu3_}) {
     part->setFixedWidth(side_width);
   }
-  side_->setContentsMargins(0, 0, 0, picMenu1_->sizeHint().height() + kMargin);
+  side_->setContentsMargins(0, 0, 0, picMenu1_->sizeHint().height() + distances::kApart);
   title_->setRowMinimumHeight(0, picMenu2_->sizeHint().height());
 }
 
@@ -454,7 +452,7 @@ void frmMarlevo::ShowBar(ButtonBar* bar) {
     other->setVisible(other == bar);
   }
   picMenu4_->setVisible(bar == picMenu1_ && HasTickets(list_));
-  picBox2_->KeepFree(bar == picMenu3_ ? bar->sizeHint().height() + kMargin : 0);
+  picBox2_->KeepFree(bar == picMenu3_ ? bar->sizeHint().height() + distances::kApart : 0);
   if (problem_.isEmpty()) {
     WriteHint();
   } else {

@@ -26,8 +26,8 @@ DropDownList* NewStakeList(QWidget* parent, const QString& name, const QStringLi
 KindRows::KindRows(QWidget* parent) : QFrame(parent) {
   SetUpPanel(*this);
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(6, 8, 6, 8);
-  column->setSpacing(4);
+  column->setContentsMargins(distances::kHair, distances::kNear, distances::kHair, distances::kNear);
+  column->setSpacing(distances::kHair);
   for (int kind = 0; kind < kBetKinds; ++kind) {
     column->addWidget(NewRow(kind), 1);
   }
@@ -74,8 +74,7 @@ QWidget* KindRows::NewRow(int kind) {
   QLabel* const yuan = NewLabel(row, ElementName("lblYuan", kind), "元");
 
   auto* const line = new QHBoxLayout(row);
-  line->setContentsMargins(8, 1, 8, 1);
-  line->setSpacing(6);
+  line->setContentsMargins(distances::kNear, 0, distances::kNear, 0);
   line->addWidget(tick, 1);
   auto* const stakes = new QHBoxLayout;
   stakes->setSpacing(0);

@@ -16,7 +16,6 @@ namespace marlevo {
 
 namespace {
 
-constexpr int kSpacing = 12;
 constexpr int kCheckLines = 2 + kBetKinds;  // the total, the line of hyphens, and a line of each kind with winners
 constexpr double kGridPoints = 14;
 constexpr int kGridBorder = 6;
@@ -55,7 +54,7 @@ ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list)
   txtCombineMessage_ = Named(new QPlainTextEdit(this), "txtCombineMessage");
   txtCombineMessage_->setReadOnly(true);
   txtCombineMessage_->setFocusPolicy(Qt::ClickFocus);
-  txtCombineMessage_->document()->setDocumentMargin(8);
+  txtCombineMessage_->document()->setDocumentMargin(distances::kNear - 2);
   txtCombineMessage_->setLineWrapMode(QPlainTextEdit::NoWrap);
 
   picCheck_ = NewCheckArea();
@@ -64,12 +63,12 @@ ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list)
   side_ = new QVBoxLayout;
   side_->addWidget(txtCombineMessage_);
   auto* const list_column = new QVBoxLayout;
-  list_column->setSpacing(kSpacing);
+  list_column->setSpacing(distances::kApart);
   list_column->addWidget(SSTab1_, 1);
   list_column->addWidget(picCheck_);
   auto* const line = new QHBoxLayout(this);
   line->setContentsMargins(0, 0, 0, 0);
-  line->setSpacing(kSpacing);
+  line->setSpacing(distances::kApart);
   line->addLayout(side_);
   line->addLayout(list_column, 1);
 }
@@ -120,7 +119,7 @@ QWidget* ResultPanel::NewCheckArea() {
   SetUpPanel(*area);
 
   auto* const drawn = new QGridLayout;
-  drawn->setVerticalSpacing(2);
+  drawn->setVerticalSpacing(distances::kHair);
   for (int position = 0; position < 4; ++position) {
     auto* const list = new DropDownList(area, ElementName("cboCheck", position));
     for (int digit = 0; digit <= 9; ++digit) {
@@ -141,7 +140,6 @@ QWidget* ResultPanel::NewCheckArea() {
   lstCheck_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
   auto* const column = new QVBoxLayout(area);
-  column->setContentsMargins(12, 10, 12, 12);
   column->addLayout(drawn);
   column->addWidget(lstCheck_);
   return area;

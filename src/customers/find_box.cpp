@@ -28,7 +28,6 @@ FindBox::FindBox(QWidget* parent, CustomerGrid& grid) : QLineEdit(parent), grid_
 
 QHBoxLayout* FindBox::Line() {
   auto* const line = new QHBoxLayout;
-  line->setSpacing(8);
   QLabel* const caption = NewLabel(parentWidget(), "lblFind", "尋找客戶");
   caption->setBuddy(this);
   line->addWidget(caption);

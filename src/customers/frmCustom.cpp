@@ -18,6 +18,7 @@
 #include "customers/record_list.h"
 #include "customers/record_tabs.h"
 #include "platform/base/clock.h"
+#include "ui/appearance.h"
 #include "ui/frmMessage.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
@@ -86,8 +87,6 @@ void frmCustom::SetUpWidgets() {
   setTabOrder(cmdBackup, mfgCustom_H_);
 
   auto* const entry = new QGridLayout;
-  entry->setHorizontalSpacing(12);
-  entry->setVerticalSpacing(8);
   const auto add_box = [&](const char* name, const char* label_name, const char* caption, int row, int column,
                            int columns) {
     auto* const box = Named(new QLineEdit(this), name);
@@ -124,7 +123,6 @@ void frmCustom::SetUpWidgets() {
   QPushButton* const cmdExit = NewButton(this, "cmdExit", "結束", &frmCustom::cmdExit_Click);
 
   auto* const customer_buttons = new QHBoxLayout;
-  customer_buttons->setSpacing(8);
   customer_buttons->addWidget(cmdAdd);
   customer_buttons->addWidget(cmdEdit);
   customer_buttons->addWidget(cmdDel);
@@ -133,7 +131,7 @@ void frmCustom::SetUpWidgets() {
   customer_buttons->addWidget(check);
 
   auto* const customers = new QVBoxLayout;
-  customers->setSpacing(12);
+  customers->setSpacing(distances::kApart);
   QHBoxLayout* const search = txtFind->Line();
   search->addWidget(cmdBackup);
   customers->addLayout(search);
@@ -142,14 +140,12 @@ void frmCustom::SetUpWidgets() {
   customers->addLayout(customer_buttons);
 
   auto* const record_buttons = new QHBoxLayout;
-  record_buttons->setSpacing(8);
   record_buttons->addWidget(cmdDelRecord);
   record_buttons->addWidget(cmdLoadRecord);
   record_buttons->addStretch();
   record_buttons->addWidget(cmdExit);
 
   auto* const records = new QVBoxLayout;
-  records->setSpacing(8);
   records->addWidget(lblRecord);
   records->addWidget(lstRecord_, 2);
   records->addWidget(lblSum_);
@@ -158,8 +154,7 @@ void frmCustom::SetUpWidgets() {
 
   auto* const page = new QWidget(this);
   auto* const columns = new QHBoxLayout(page);
-  columns->setContentsMargins(16, 16, 16, 16);
-  columns->setSpacing(16);
+  columns->setSpacing(distances::kApart);
   columns->addLayout(customers, 3);
   columns->addLayout(records, 2);
   FillScrolling(this, page);

@@ -13,6 +13,7 @@
 #include "customers/find_box.h"
 #include "customers/prizes.h"
 #include "customers/record_list.h"
+#include "ui/appearance.h"
 #include "ui/digit_list.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
@@ -60,8 +61,7 @@ void frmCustom_CHK::SetUpWidgets() {
   lblRecord->setBuddy(lstRecord_);
 
   auto* const digits = new QGridLayout;
-  digits->setHorizontalSpacing(12);
-  digits->setVerticalSpacing(4);
+  digits->setVerticalSpacing(distances::kHair);
   for (int i = 0; i < 4; ++i) {
     cboCheck_[i] = new DigitList(this, ElementName("cboCheck", i));
     cboCheck_[i]->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 5);
@@ -71,7 +71,6 @@ void frmCustom_CHK::SetUpWidgets() {
   digits->setColumnStretch(4, 1);
 
   auto* const scopes = new QVBoxLayout;
-  scopes->setSpacing(8);
   for (int i = 0; i < 3; ++i) {
     Option1_[i] = Named(new QRadioButton(kScopes[i], this), ElementName("Option1", i));
     scopes->addWidget(Option1_[i]);
@@ -91,39 +90,33 @@ void frmCustom_CHK::SetUpWidgets() {
   lstCheck_->setModel(lines_);
 
   auto* const customer = new QHBoxLayout;
-  customer->setSpacing(12);
   QLabel* const lblCustom_No = NewLabel(this, "lblCustom_No", "客戶代號");
   lblCustom_No->setBuddy(txtCustom_No_);
   customer->addWidget(lblCustom_No);
   customer->addWidget(txtCustom_No_, 1);
 
   auto* const records = new QVBoxLayout;
-  records->setSpacing(8);
   records->addLayout(customer);
   records->addWidget(lblRecord);
   records->addWidget(lstRecord_, 1);
 
   auto* const check = new QVBoxLayout;
-  check->setSpacing(16);
+  check->setSpacing(distances::kApart);
   check->addLayout(digits);
   check->addLayout(scopes);
   check->addStretch();
   auto* const buttons = new QHBoxLayout;
-  buttons->setSpacing(8);
   buttons->addWidget(cmdCheck2, 1);
   buttons->addWidget(cmdExit);
   check->addLayout(buttons);
 
   auto* const customers = new QVBoxLayout;
-  customers->setSpacing(8);
   customers->addLayout(txtFind->Line());
   customers->addWidget(mfgCustom_H_, 1);
 
   auto* const page = new QWidget(this);
   auto* const grid = new QGridLayout(page);
-  grid->setContentsMargins(16, 16, 16, 16);
-  grid->setHorizontalSpacing(16);
-  grid->setVerticalSpacing(16);
+  grid->setSpacing(distances::kApart);
   grid->addLayout(customers, 0, 0);
   grid->addLayout(records, 0, 1);
   grid->addWidget(lstCheck_, 1, 0);

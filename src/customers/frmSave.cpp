@@ -8,6 +8,7 @@
 #include "customers/find_box.h"
 #include "customers/frmCustom.h"
 #include "customers/message_panel.h"
+#include "ui/appearance.h"
 #include "ui/frmMessage.h"
 #include "ui/question.h"
 #include "ui/widgets.h"
@@ -55,15 +56,13 @@ void frmSave::SetUpWidgets() {
   }
 
   auto* const buttons = new QHBoxLayout;
-  buttons->setSpacing(8);
   buttons->addWidget(save);
   buttons->addStretch();
   buttons->addWidget(cmdCustom);
   buttons->addWidget(cmdCancel);
 
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(16, 16, 16, 16);
-  column->setSpacing(16);
+  column->setSpacing(distances::kApart);
   column->addLayout(txtFind->Line());
   column->addWidget(mfgCustom_H_, 1);
   column->addWidget(lblCustom_);

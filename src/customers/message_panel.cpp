@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/appearance.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -14,14 +15,12 @@ constexpr int kPlaces = 40;  // the bar is painted so many times on its way from
 
 MessagePanel::MessagePanel(QWidget* window) : QFrame(window), bar_(Named(new QProgressBar(this), "prgMsg")) {
   setObjectName("picMsg");
-  setFrameStyle(QFrame::StyledPanel | QFrame::Plain);
-  setAutoFillBackground(true);
-  setBackgroundRole(QPalette::Base);
+  SetUpPanel(*this);
   bar_->setRange(0, kPlaces);
   bar_->setTextVisible(false);
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(40, 28, 40, 28);
-  column->setSpacing(16);
+  column->setContentsMargins(distances::kWide, distances::kWide, distances::kWide, distances::kWide);
+  column->setSpacing(distances::kApart);
   column->addWidget(NewLabel(this, "lblMsg", "資料處理中,請稍等 ..."), 0, Qt::AlignHCenter);
   column->addWidget(bar_);
   hide();

@@ -39,8 +39,7 @@ RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
     lblAmt_[mode]->setMinimumWidth(lblAmt_[mode]->fontMetrics().horizontalAdvance("0000"));
 
     auto* const row = new QHBoxLayout(page);
-    row->setContentsMargins(4, 4, 4, 4);
-    row->setSpacing(8);
+    row->setContentsMargins(distances::kHair, distances::kHair, distances::kHair, distances::kHair);
     row->addWidget(grid, 1);
     row->addWidget(lblAmt_[mode]);
     const int tab = addTab(page, QString::fromUtf8(kPrizeClasses[mode].name));

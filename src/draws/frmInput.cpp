@@ -11,6 +11,7 @@
 
 #include "platform/base/text.h"
 #include "tickets/tickets.h"
+#include "ui/appearance.h"
 #include "ui/choosing_view.h"
 #include "ui/digit_list.h"
 #include "ui/frmMessage.h"
@@ -56,8 +57,6 @@ void frmInput::SetUpWidgets() {
   lblVou_No->setBuddy(txtVou_No_);
 
   auto* const entry = new QGridLayout;
-  entry->setHorizontalSpacing(12);
-  entry->setVerticalSpacing(10);
   entry->addWidget(lblVou_No, 0, 0);
   entry->addWidget(txtVou_No_, 0, 1);
   for (int i = 0; i < 4; ++i) {
@@ -73,13 +72,12 @@ void frmInput::SetUpWidgets() {
   QPushButton* const cmdExit = NewButton(this, "cmdExit", "離開", &frmInput::cmdExit_Click);
 
   auto* const buttons = new QHBoxLayout;
-  buttons->setSpacing(8);
   buttons->addWidget(cmdAdd, 1);
   buttons->addWidget(cmdEdit, 1);
   buttons->addWidget(cmdDel, 1);
 
   auto* const left = new QVBoxLayout;
-  left->setSpacing(18);
+  left->setSpacing(distances::kApart);
   left->addLayout(entry);
   left->addLayout(buttons);
   left->addStretch();
@@ -92,8 +90,7 @@ void frmInput::SetUpWidgets() {
 
   auto* const page = new QWidget(this);
   auto* const columns = new QHBoxLayout(page);
-  columns->setContentsMargins(20, 20, 20, 20);
-  columns->setSpacing(20);
+  columns->setSpacing(distances::kApart);
   columns->addLayout(left);
   columns->addWidget(mfgNumeric_, 1);
   FillScrolling(this, page);

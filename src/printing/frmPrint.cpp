@@ -19,6 +19,7 @@
 #include "printing/print_button.h"
 #include "printing/print_progress.h"
 #include "printing/slip_settings_file.h"
+#include "ui/appearance.h"
 #include "ui/frmMessage.h"
 #include "ui/scrolling.h"
 #include "ui/select_all_edit.h"
@@ -33,7 +34,6 @@ constexpr int kKindWidth = 14;
 constexpr int kRangeWidth = 22;
 constexpr int kCountWidth = 11;
 constexpr int kMultiDrawWidth = 16;
-constexpr int kRowMargin = 12;
 constexpr int kSaidWidth = 44;  // of the lines beside the buttons
 
 // The frame of a kind: a click beside its boxes is a click on its tick box.
@@ -74,8 +74,8 @@ int TicketCount(const KindList& list) {
 
 QHBoxLayout* NewRowLayout(QWidget* row) {
   auto* const layout = new QHBoxLayout(row);
-  layout->setContentsMargins(kRowMargin, 6, 0, 6);
-  layout->setSpacing(12);
+  layout->setContentsMargins(distances::kApart, distances::kNear, 0, distances::kNear);
+  layout->setSpacing(distances::kApart);
   return layout;
 }
 
@@ -115,7 +115,7 @@ void frmPrint::SetUpWidgets() {
 
   auto* const count = new QGroupBox("列印張數", this);
   auto* const options = new QHBoxLayout(count);
-  options->setSpacing(24);
+  options->setSpacing(distances::kWide);
   options->addWidget(Option1_[0]);
   options->addWidget(Option1_[1]);
   options->addStretch();
@@ -123,20 +123,15 @@ void frmPrint::SetUpWidgets() {
 
   auto* const kinds = new QVBoxLayout(rows);
   kinds->setContentsMargins(0, 0, 0, 0);
-  kinds->setSpacing(8);
   for (const KindRow& row : rows_) {
     kinds->addWidget(row.fraPlay);
   }
   kinds->addStretch();
 
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(20, 16, 20, 16);
-  column->setSpacing(8);
   column->addWidget(count);
-  column->addSpacing(4);
   column->addWidget(heading);
   column->addWidget(NewScrollingPart(rows), 1);
-  column->addSpacing(8);
   column->addLayout(NewButtons());
 }
 
@@ -145,13 +140,12 @@ QLayout* frmPrint::NewButtons() {
   lblPrinter_ = NewLabel(this, "lblPrinter", {});
   lblSent_ = NewLabel(this, "lblSent", {});
   auto* const said = new QVBoxLayout;
-  said->setSpacing(2);
+  said->setSpacing(distances::kHair);
   for (QLabel* const line : {lblSlips_, lblPrinter_, lblSent_}) {
     line->setFixedWidth(kSaidWidth * fontMetrics().horizontalAdvance('0'));
     said->addWidget(line);
   }
   auto* const buttons = new QHBoxLayout;
-  buttons->setSpacing(12);
   buttons->addLayout(said);
   buttons->addStretch();
   buttons->addWidget(NewPrintButton(this, "列  印", [this] { cmdPrint_Click(); }));
@@ -192,7 +186,7 @@ frmPrint::KindRow frmPrint::NewKindRow(QWidget* parent, int kind) {
   NewColumn(columns, kCountWidth)->addWidget(row.lblMax);
   NewColumn(columns, kMultiDrawWidth)->addWidget(row.cboMD);
   // Makes room for the scroll bar that a low window has.
-  columns->addSpacerItem(new QSpacerItem(kRowMargin, 0, QSizePolicy::Preferred));
+  columns->addSpacerItem(new QSpacerItem(distances::kApart, 0, QSizePolicy::Preferred));
 
   for (QLineEdit* const box : {row.txtStart, row.txtEnd}) {
     box->setValidator(new QRegularExpressionValidator(QRegularExpression("[0-9]*"), box));

@@ -68,20 +68,17 @@ void frmPrintNote::SetUpWidgets() {
   QPushButton* const cmdCancel = NewButton(this, "cmdCancel", "離  開", &frmPrintNote::cmdCancel_Click);
 
   auto* const pages = new QHBoxLayout;
-  pages->setSpacing(10);
   pages->addWidget(new QLabel("列印頁數", this));
   pages->addWidget(cboPage_);
   pages->addWidget(new QLabel("頁 (每頁四張)", this));
   pages->addStretch();
   auto* const right = new QVBoxLayout;
-  right->setSpacing(12);
   right->addLayout(pages);
   right->addStretch();
   right->addWidget(cmdPrint);
   right->addWidget(cmdCancel);
   auto* const columns = new QHBoxLayout(this);
-  columns->setContentsMargins(20, 16, 20, 16);
-  columns->setSpacing(24);
+  columns->setSpacing(distances::kWide);
   columns->addWidget(new SheetPicture(this));
   columns->addLayout(right);
 }

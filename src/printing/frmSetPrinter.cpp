@@ -22,6 +22,7 @@
 #include "printing/slip_reference.h"
 #include "printing/slip_sample.h"
 #include "printing/slip_settings_file.h"
+#include "ui/appearance.h"
 #include "ui/grid.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
@@ -80,7 +81,7 @@ void frmSetPrinter::SetUpWidgets() {
   auto* const procedure =
       new QLabel("第一先按預覽第二放投注單按測試列印第三如果不準調整參數再按測試列印第四沒問題就按存檔", this);
   auto* const hints = new QHBoxLayout;
-  hints->setSpacing(32);
+  hints->setSpacing(distances::kWide);
   for (const char* const text :
        {"印表機廠牌不同但大同小異通常調整左右和上下謝謝", "雷射印表機左邊界4300左右", "請看右邊的參數"}) {
     hints->addWidget(new QLabel(text, this));
@@ -88,20 +89,16 @@ void frmSetPrinter::SetUpWidgets() {
   hints->addStretch();
 
   auto* const columns = new QHBoxLayout;
-  columns->setSpacing(20);
+  columns->setSpacing(distances::kApart);
   columns->addWidget(picPreview_, 1);
   columns->addLayout(NewReference());
   columns->addLayout(NewBoxes());
 
   auto* const content = new QWidget;
   auto* const rows = new QVBoxLayout(content);
-  rows->setContentsMargins(20, 14, 20, 16);
-  rows->setSpacing(6);
   rows->addWidget(procedure);
   rows->addLayout(hints);
-  rows->addSpacing(4);
   rows->addLayout(columns, 1);
-  rows->addSpacing(6);
   rows->addLayout(NewButtons());
   FillScrolling(this, content);
   resize(kComfortable.boundedTo(screen()->availableSize()));
@@ -120,15 +117,14 @@ QLayout* frmSetPrinter::NewBoxes() {
   connect(opPlay4_, &QRadioButton::clicked, this, &frmSetPrinter::opPlay4_Click);
   connect(opPlay3_, &QRadioButton::clicked, this, &frmSetPrinter::opPlay3_Click);
   auto* const options = new QHBoxLayout(fraSlip);
-  options->setSpacing(24);
+  options->setSpacing(distances::kWide);
   options->addWidget(opPlay4_);
   options->addWidget(opPlay3_);
   options->addStretch();
 
   auto* const form = new QFormLayout;
   form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  form->setHorizontalSpacing(16);
-  form->setVerticalSpacing(3);
+  form->setVerticalSpacing(distances::kHair);
   const auto* const number = new QRegularExpressionValidator(QRegularExpression("[+-]?[0-9]*\\.?[0-9]*"), this);
   for (int i = 0; i < kSlipFields; ++i) {
     auto* const box = Named(new SelectAllEdit(this), ElementName("txtInput", i));
@@ -142,7 +138,7 @@ QLayout* frmSetPrinter::NewBoxes() {
     txtInput_[i] = box;
   }
   auto* const column = new QVBoxLayout;
-  column->setSpacing(12);
+  column->setSpacing(distances::kApart);
   column->addWidget(fraSlip);
   column->addLayout(form);
   column->addStretch();
@@ -170,7 +166,7 @@ QLayout* frmSetPrinter::NewReference() {
   list->setFixedWidth(fontMetrics().horizontalAdvance('0') * 38);
 
   auto* const column = new QVBoxLayout;
-  column->setSpacing(2);
+  column->setSpacing(distances::kHair);
   column->addWidget(new QLabel("各種印表機投注單列印設定位置速查表即使", this));
   column->addWidget(new QLabel("是同機型設定位置也會差一點請再自行調整", this));
   column->addWidget(list, 1);
@@ -186,9 +182,8 @@ QLayout* frmSetPrinter::NewButtons() {
   chkZoom_ = Named(new QCheckBox("放大", this), "chkZoom");
   connect(chkZoom_, &QCheckBox::clicked, this, &frmSetPrinter::chkZoom_Click);
   auto* const buttons = new QHBoxLayout;
-  buttons->setSpacing(10);
   buttons->addWidget(chkZoom_);
-  buttons->addSpacing(20);
+  buttons->addSpacing(distances::kWide);
   buttons->addWidget(lblField_, 1);
   for (QPushButton* const button : {cmdPreview, cmdPrint, cmdSave, cmdCancel}) {
     buttons->addWidget(button);

@@ -74,7 +74,6 @@ QFont AlignedFont() {
 void SetUpAppearance() {
   QApplication::setStyle(new WindowStyle);
   QApplication::setPalette(WindowPalette());
-  QApplication::setPalette(ScrollBarPalette(), "QScrollBar");
   QApplication::setFont(WindowFont());
   QToolTip::setFont(WindowFont());
 }

@@ -1,4 +1,4 @@
-// Fonts, colours and style of all windows, set once at the start.
+// Fonts, colours, distances and style of all windows, set once at the start.
 #pragma once
 
 #include <QColor>
@@ -23,19 +23,32 @@ QFont LargeFont(QFont::Weight weight = QFont::Normal);
 // in columns with blanks.
 QFont AlignedFont();
 
-// Colours that widgets painted by hand share with the rest.
+// Colours that widgets painted by hand share with the rest. Against the ground and the panels, texts have a contrast of
+// at least 4.5 to 1, also where they are disabled; outlines and the ring of the focus have at least 3 to 1.
 namespace colours {
 inline constexpr QRgb kAccent = 0xff1f5f8b;      // main actions, ticked digits
 inline constexpr QRgb kAccentDark = 0xff174a6d;  // main actions and ticked digits while pressed, and their outlines
 inline constexpr QRgb kAccentPale = 0xffe3eef6;  // what lies under the mouse
-inline constexpr QRgb kLine = 0xffb9c4ce;        // outlines
+inline constexpr QRgb kFocus = 0xffb85c00;       // the ring around what has the focus, and nothing else
+inline constexpr QRgb kLine = 0xff6f7d8a;        // outlines
+inline constexpr QRgb kFaintLine = 0xffb9c4ce;   // between cells, and around what cannot be used
 inline constexpr QRgb kText = 0xff1b2733;
 inline constexpr QRgb kFaintText = 0xff5a6875;
+inline constexpr QRgb kDisabledText = 0xff606d79;
 inline constexpr QRgb kGround = 0xffeef2f5;       // behind panels
 inline constexpr QRgb kPanel = 0xffffffff;        // panels, lists, boxes
 inline constexpr QRgb kWarning = 0xff8a4500;      // texts that warn
 inline constexpr QRgb kWarningPale = 0xfffff0c8;  // behind what they warn of
 }  // namespace colours
+
+// Distances in windows, in pixels. Layouts that are told nothing else keep kApart from the edge of their window and
+// kNear between their widgets.
+namespace distances {
+inline constexpr int kHair = 3;    // between the cells of one panel
+inline constexpr int kNear = 8;    // between widgets of one group; from the edge of a box to its text
+inline constexpr int kApart = 12;  // between groups; from the edge of a window or a panel to what is in it
+inline constexpr int kWide = 24;   // between what could be taken for one thing; around a notice
+}  // namespace distances
 
 // Sets fonts, colours and style for the whole program.
 void SetUpAppearance();

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
+#include "ui/appearance.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -19,8 +20,8 @@ frmMessage::frmMessage(QWidget* parent)
   connect(button, &QPushButton::clicked, this, &frmMessage::Command1_Click);
 
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(28, 24, 28, 20);
-  column->setSpacing(20);
+  column->setContentsMargins(distances::kWide, distances::kWide, distances::kWide, distances::kWide);
+  column->setSpacing(distances::kWide);
   column->addWidget(lblMsg_, 1);
   column->addWidget(button, 0, Qt::AlignHCenter);
   button->setFocus();

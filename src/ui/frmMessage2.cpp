@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QVBoxLayout>
 
+#include "ui/appearance.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -19,7 +20,7 @@ frmMessage2::frmMessage2(QWidget* parent, const QString& text)
   setObjectName("frmMessage2");
   setWindowTitle("提示訊息");
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(36, 28, 36, 28);
+  column->setContentsMargins(distances::kWide, distances::kWide, distances::kWide, distances::kWide);
   QLabel* const label = NewLabel(this, "lblMsg", text);
   label->setTextFormat(Qt::PlainText);
   column->addWidget(label);

@@ -19,6 +19,9 @@ class WindowStyle : public QProxyStyle {
                    const QWidget* widget) const override;
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                           const QWidget* widget) const override;
+  QRect subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const override;
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                       const QWidget* widget) const override;
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
   QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                          const QWidget* widget) const override;
@@ -28,10 +31,12 @@ class WindowStyle : public QProxyStyle {
 
 // Light in every system theme: slips and grids are read beside white paper.
 QPalette WindowPalette();
-// The palette of scroll bars: their sliders are darker than the ground under them.
-QPalette ScrollBarPalette();
 // The palette of a button that is the main action of its bar.
 QPalette MainButtonPalette();
+
+// The ring of the focus inside the edges of `rect`; `dark`: inside it lies a dark fill, from which a white line keeps
+// the ring apart.
+void DrawFocusRing(QPainter& painter, const QRect& rect, bool dark);
 
 // A check mark inside `box`, as tick boxes of every kind draw it.
 void DrawCheckMark(QPainter& painter, const QRectF& box, const QColor& colour, double thickness);

@@ -25,8 +25,7 @@ QLabel* NewLabel(QWidget* parent, const QString& name, const QString& text) {
 
 void SetUpPanel(QFrame& frame) {
   frame.setFrameStyle(QFrame::StyledPanel);
-  frame.setBackgroundRole(QPalette::Base);
-  frame.setAutoFillBackground(true);
+  frame.setBackgroundRole(QPalette::Base);  // the frame itself fills its inside with it, up to the round corners
 }
 
 DropDownList::DropDownList(QWidget* parent, const QString& name) : QComboBox(parent) {
