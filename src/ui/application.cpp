@@ -1,6 +1,7 @@
 #include "ui/application.h"
 
 #include <QGridLayout>
+#include <QIcon>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -21,7 +22,9 @@ Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
   if (words_.load(":/words/qtbase_zh_TW.qm")) {
     installTranslator(&words_);
   }
-  setDesktopFileName("org.marlevo.Marlevo");  // by this name a Linux desktop finds the icon of the windows
+  setApplicationVersion(MARLEVO_VERSION);
+  setDesktopFileName("org.marlevo.Marlevo");  // by this name a Linux desktop finds what belongs to the program
+  setWindowIcon(QIcon(":/icon/marlevo.png"));
   SetUpAppearance();
 }
 
@@ -85,7 +88,7 @@ bool Application::Show(const Report& report) {
   box.setTextFormat(Qt::PlainText);
   box.setInformativeText("<p>" + report.sentence.toHtmlEscaped().replace("\n", "<br>") + "</p><p>" +
                          report.subject.toHtmlEscaped() + "</p><p><small>" + report.words.toHtmlEscaped() +
-                         "</small></p>");
+                         "<br>版本 " + applicationVersion() + "</small></p>");
   QPushButton* const end = box.addButton("結束", QMessageBox::DestructiveRole);
   QPushButton* const proceed = box.addButton("繼續", QMessageBox::RejectRole);
   box.setDefaultButton(end);

@@ -18,7 +18,7 @@ class Application : public QApplication {
   Q_OBJECT
 
  public:
-  // Sets language, fonts, colours and style.
+  // Sets language, version, icon, fonts, colours and style.
   Application(int& argc, char** argv);
 
   bool notify(QObject* receiver, QEvent* event) override;
