@@ -99,7 +99,7 @@ void ResultPanel::KeepFree(int height) {
 
 void ResultPanel::AddGrid(int kind) {
   auto* const grid = Named(new QTableView(SSTab1_), ElementName("mfgData", kind));
-  SetUpGrid(*grid, GridSelection::kRow);
+  SetUpGrid(*grid, GridSelection::kRows);
   grid->setItemDelegate(new TicketDelegate(grid));
   models_[kind] = new TicketModel(list_.kinds[kind].tickets, DigitColumns(kind), grid);
   grid->setModel(models_[kind]);
@@ -136,6 +136,8 @@ QWidget* ResultPanel::NewCheckArea() {
   drawn->setColumnStretch(4, 1);
 
   lstCheck_ = Named(new QListWidget(area), "lstCheck");
+  lstCheck_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  LetRowsBeCopied(*lstCheck_);
   // Nothing is lost without a scroll bar: in a narrow window only the line of hyphens is cut off.
   lstCheck_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 

@@ -15,6 +15,7 @@
 #include "customers/record_list.h"
 #include "ui/appearance.h"
 #include "ui/digit_list.h"
+#include "ui/grid.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
 #include "ui/widgets.h"
@@ -88,6 +89,7 @@ void frmCustom_CHK::SetUpWidgets() {
   lstCheck_->setUniformItemSizes(true);
   lstCheck_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   lstCheck_->setModel(lines_);
+  LetRowsBeCopied(*lstCheck_);
 
   auto* const customer = new QHBoxLayout;
   QLabel* const lblCustom_No = NewLabel(this, "lblCustom_No", "客戶代號");

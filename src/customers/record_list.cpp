@@ -1,6 +1,7 @@
 #include "customers/record_list.h"
 
 #include "ui/appearance.h"
+#include "ui/grid.h"
 
 namespace marlevo {
 
@@ -8,6 +9,7 @@ RecordList::RecordList(QWidget* parent) : ChoosingView(parent, Moving::kOnly) {
   setObjectName("lstRecord");
   setFont(AlignedFont());
   setUniformItemSizes(true);
+  LetRowsBeCopied(*this);
   Clear();
   // A count of five digits fits beside the scroll bar.
   setMinimumWidth(fontMetrics().horizontalAdvance("0000/00/00-00:00:00 00000張") + fontMetrics().height() * 2);

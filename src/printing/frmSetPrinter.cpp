@@ -151,7 +151,7 @@ QLayout* frmSetPrinter::NewReference() {
   small.setPointSizeF(kReferencePoints);
   list->setFont(small);
   list->horizontalHeader()->setFont(small);
-  SetUpGrid(*list, GridSelection::kNone);
+  SetUpGrid(*list, GridSelection::kRows);
   list->verticalHeader()->setDefaultSectionSize(list->fontMetrics().height());
   list->setHorizontalHeaderLabels({"單位 1/1440 吋", Caption(SlipType::kThreeDigit), Caption(SlipType::kFourDigit)});
   list->horizontalHeaderItem(0)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -159,7 +159,7 @@ QLayout* frmSetPrinter::NewReference() {
   list->horizontalHeaderItem(2)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
   list->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
   list->setShowGrid(false);
-  list->setFocusPolicy(Qt::NoFocus);
+  list->setFocusPolicy(Qt::ClickFocus);  // the Tab key goes from the boxes to the buttons
   for (const SlipReferenceTable& table : kSlipReference) {
     AddTable(*list, table);
   }

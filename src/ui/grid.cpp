@@ -1,11 +1,16 @@
 #include "ui/grid.h"
 
+#include <QClipboard>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QRegularExpression>
+#include <QShortcut>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QToolTip>
+#include <algorithm>
 #include <cmath>
 
 namespace marlevo {
@@ -32,6 +37,25 @@ class CellDelegate : public QStyledItemDelegate {
   }
 };
 
+void CopyRows(const QAbstractItemView& view) {
+  QModelIndexList rows = view.selectionModel()->selectedRows();
+  if (rows.isEmpty()) {
+    return;  // what was copied before stays
+  }
+  std::sort(rows.begin(), rows.end());
+  static const QRegularExpression separators("[\\t\\r\\n]+");
+  QString text;
+  for (const QModelIndex& row : rows) {
+    QStringList cells;
+    for (int column = 0; column < view.model()->columnCount(); ++column) {
+      // A separator inside a text would put what follows into another cell.
+      cells += row.siblingAtColumn(column).data().toString().replace(separators, " ");
+    }
+    text += cells.join('\t') + '\n';
+  }
+  QGuiApplication::clipboard()->setText(text);
+}
+
 }  // namespace
 
 void SetUpGrid(QTableView& grid, GridSelection selection) {
@@ -48,12 +72,20 @@ void SetUpGrid(QTableView& grid, GridSelection selection) {
   grid.setEditTriggers(QAbstractItemView::NoEditTriggers);
   grid.setSelectionBehavior(QAbstractItemView::SelectRows);
   grid.setSelectionMode(selection == GridSelection::kRow ? QAbstractItemView::SingleSelection
-                                                         : QAbstractItemView::NoSelection);
+                                                         : QAbstractItemView::ExtendedSelection);
   grid.setTabKeyNavigation(false);
   grid.setWordWrap(false);
   grid.setCornerButtonEnabled(false);
   grid.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   grid.setItemDelegate(new CellDelegate(&grid));
+  LetRowsBeCopied(grid);
+}
+
+void LetRowsBeCopied(QAbstractItemView& view) {
+  auto* const shortcut = new QShortcut(QKeySequence::Copy, &view);
+  shortcut->setContext(Qt::WidgetShortcut);
+  shortcut->setAutoRepeat(false);
+  QObject::connect(shortcut, &QShortcut::activated, &view, [&view] { CopyRows(view); });
 }
 
 void FitRows(QTableView& grid) {
