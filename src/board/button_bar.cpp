@@ -1,7 +1,6 @@
 #include "board/button_bar.h"
 
 #include <QGridLayout>
-#include <QShortcut>
 
 #include "board/growth.h"
 
@@ -31,19 +30,11 @@ QPushButton* ButtonBar::Add(const QString& name, const QString& caption, const Q
                             Width width, Emphasis emphasis) {
   QPushButton* const button = NewButton(this, name, caption, emphasis);
   button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-  QStringList tips{tip};
+  button->setToolTip(tip);
   if (!key.isEmpty()) {
-    // The shortcut is an object of its own, because QPushButton::setShortcut presses the button only a tenth of a
-    // second later, when another window may be in front.
-    auto* const shortcut = new QShortcut(key, button);
-    shortcut->setAutoRepeat(false);
-    connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
-    const QString text = key.toString(QKeySequence::NativeText);
-    keys_.append({text, button});
-    tips.append("按鍵 " + text);
+    PressByKey(*button, key, *button);
+    keys_.append({key.toString(QKeySequence::NativeText), button});
   }
-  tips.removeAll({});
-  button->setToolTip(tips.join('\n'));
   if (emphasis == Emphasis::kMain) {
     main_ = button;
     SetGrowth(1);

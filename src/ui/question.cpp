@@ -2,6 +2,9 @@
 
 #include <QMessageBox>
 #include <QPushButton>
+#include <utility>
+
+#include "ui/widgets.h"
 
 namespace marlevo {
 
@@ -11,6 +14,9 @@ bool Question(QWidget* parent, const QString& text, const QString& title) {
   // Qt's words for these two carry their key in brackets: 是(Y).
   box.button(QMessageBox::Yes)->setText("是");
   box.button(QMessageBox::No)->setText("否");
+  for (const auto& [key, answer] : {std::pair(Qt::Key_Y, QMessageBox::Yes), std::pair(Qt::Key_N, QMessageBox::No)}) {
+    PressByKey(*box.button(answer), key, box);
+  }
   box.setDefaultButton(QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
   return box.exec() == QMessageBox::Yes;

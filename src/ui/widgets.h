@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QFrame>
+#include <QKeySequence>
 #include <QLabel>
 #include <QPushButton>
 #include <QString>
@@ -19,7 +20,13 @@ Widget* Named(Widget* widget, const QString& name) {
   return widget;
 }
 
-// A button that Enter presses only while it has the focus, in dialogs too. kMain marks the one main action of its bar.
+// Adds to `window` a key that presses the button, when it goes down and not again while it is held; the button's
+// tooltip names the key. The key is an object of its own, because QPushButton::setShortcut presses the button only a
+// tenth of a second later, when another window may be in front.
+void PressByKey(QAbstractButton& button, const QKeySequence& key, QWidget& window);
+
+// A button that Enter presses while it has the focus, on every system, and at no other time, in dialogs too. kMain
+// marks the one main action of its bar.
 enum class Emphasis { kNormal, kMain };
 QPushButton* NewButton(QWidget* parent, const QString& name, const QString& caption,
                        Emphasis emphasis = Emphasis::kNormal);
