@@ -9,6 +9,10 @@ if ! cmp -s "$program" "$folder/marlevo"; then
   cp "$program" "$folder/marlevo.new"
   mv -f "$folder/marlevo.new" "$folder/marlevo"
 fi
+# F1 looks for the manual beside the program.
+for manual in 使用手冊.html 使用手冊; do
+  ln -sfn "/usr/share/marlevo/$manual" "$folder/$manual"
+done
 if [ ! -e "$folder/4star.mdb" ]; then
   cp /usr/share/marlevo/4star.mdb "$folder/4star.mdb.new"
   chmod u+w "$folder/4star.mdb.new"

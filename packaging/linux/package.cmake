@@ -9,8 +9,8 @@ install(FILES ${CMAKE_BINARY_DIR}/package/org.marlevo.Marlevo.metainfo.xml DESTI
 install(FILES packaging/icon/marlevo.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES packaging/icon/marlevo.png DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/256x256/apps)
 install(FILES packaging/linux/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY ${CMAKE_BINARY_DIR}/package/manual/ DESTINATION ${CMAKE_INSTALL_DATADIR}/marlevo)
 install(FILES ${CMAKE_BINARY_DIR}/package/changelog.gz ${CMAKE_BINARY_DIR}/package/NEWS.gz
-              ${CMAKE_BINARY_DIR}/package/manual.html
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${CMAKE_BINARY_DIR}/package/marlevo.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 

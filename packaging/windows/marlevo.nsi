@@ -53,6 +53,7 @@ Section
   File "${FOLDER}\marlevo.exe"
   File "${FOLDER}\make_database.exe"
   File "${FOLDER}\使用手冊.html"
+  File /r "${FOLDER}\使用手冊"
   File "${FOLDER}\LICENSE.txt"
   SetOverwrite off
   File "${FOLDER}\4star.mdb"
@@ -78,6 +79,7 @@ Section "Uninstall"
   Delete "$INSTDIR\marlevo.exe"
   Delete "$INSTDIR\make_database.exe"
   Delete "$INSTDIR\使用手冊.html"
+  RMDir /r "$INSTDIR\使用手冊"
   Delete "$INSTDIR\LICENSE.txt"
   Delete "$INSTDIR\uninstall.exe"
   ; A silent removal keeps the data.

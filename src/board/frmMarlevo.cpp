@@ -19,6 +19,7 @@
 #include "filters/instant_check.h"
 #include "ui/frmMessage.h"
 #include "ui/frmMessage2.h"
+#include "ui/manual.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
 
@@ -453,6 +454,10 @@ void frmMarlevo::ShowBar(ButtonBar* bar) {
   }
   picMenu4_->setVisible(bar == picMenu1_ && HasTickets(list_));
   picBox2_->KeepFree(bar == picMenu3_ ? bar->sizeHint().height() + distances::kApart : 0);
+  SetManualSection(*this, bar == picMenu1_                    ? "選號"
+                          : bar == picMenu3_                  ? "刪除法"
+                          : picBox2_->CheckArea()->isHidden() ? "組合"
+                                                              : "即時對獎");
   if (problem_.isEmpty()) {
     WriteHint();
   } else {

@@ -20,6 +20,7 @@
 #include "platform/base/clock.h"
 #include "ui/appearance.h"
 #include "ui/frmMessage.h"
+#include "ui/manual.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
 #include "ui/widgets.h"
@@ -58,6 +59,7 @@ frmCustom::frmCustom(QWidget* parent, const std::string& connection_string, List
       store_(connection_string) {
   setObjectName("frmCustom");
   setWindowTitle("客戶資料維護");
+  SetManualSection(*this, "客戶");
   Form_Load();
 }
 

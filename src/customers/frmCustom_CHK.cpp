@@ -16,6 +16,7 @@
 #include "ui/appearance.h"
 #include "ui/digit_list.h"
 #include "ui/grid.h"
+#include "ui/manual.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
 #include "ui/widgets.h"
@@ -32,6 +33,7 @@ frmCustom_CHK::frmCustom_CHK(QWidget* parent, const std::string& connection_stri
     : QDialog(parent), store_(connection_string) {
   setObjectName("frmCustom_CHK");
   setWindowTitle("客戶資料對獎");
+  SetManualSection(*this, "客戶資料對獎");
   Form_Load();
 }
 

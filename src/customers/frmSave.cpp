@@ -10,6 +10,7 @@
 #include "customers/message_panel.h"
 #include "ui/appearance.h"
 #include "ui/frmMessage.h"
+#include "ui/manual.h"
 #include "ui/question.h"
 #include "ui/widgets.h"
 
@@ -19,6 +20,7 @@ frmSave::frmSave(QWidget* parent, const std::string& connection_string, const Cu
     : QDialog(parent), connection_string_(connection_string), store_(connection_string), list_(list) {
   setObjectName("frmSave");
   setWindowTitle("存  檔");
+  SetManualSection(*this, "存檔");
   Form_Load();
 }
 

@@ -16,6 +16,7 @@
 #include "ui/digit_list.h"
 #include "ui/frmMessage.h"
 #include "ui/grid.h"
+#include "ui/manual.h"
 #include "ui/scrolling.h"
 #include "ui/text_model.h"
 #include "ui/widgets.h"
@@ -25,6 +26,7 @@ namespace marlevo {
 frmInput::frmInput(QWidget* parent, const std::string& connection_string) : QDialog(parent), store_(connection_string) {
   setObjectName("frmInput");
   setWindowTitle("輸入開獎號碼");
+  SetManualSection(*this, "開獎號碼");
   Form_Load();
 }
 

@@ -21,6 +21,7 @@
 #include "printing/slip_settings_file.h"
 #include "ui/appearance.h"
 #include "ui/frmMessage.h"
+#include "ui/manual.h"
 #include "ui/scrolling.h"
 #include "ui/select_all_edit.h"
 #include "ui/widgets.h"
@@ -96,6 +97,7 @@ frmPrint::frmPrint(QWidget* parent, const CurrentList& list, std::filesystem::pa
     : QDialog(parent), list_(list), settings_folder_(std::move(settings_folder)) {
   setObjectName("frmPrint");
   setWindowTitle("列  印");
+  SetManualSection(*this, "印投注單");
   Form_Load();
 }
 

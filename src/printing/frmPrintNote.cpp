@@ -12,6 +12,7 @@
 #include "printing/print_button.h"
 #include "printing/print_progress.h"
 #include "ui/appearance.h"
+#include "ui/manual.h"
 #include "ui/select_all_edit.h"
 #include "ui/widgets.h"
 
@@ -57,6 +58,7 @@ class SheetPicture : public QWidget {
 frmPrintNote::frmPrintNote(QWidget* parent) : QDialog(parent) {
   setObjectName("frmPrintNote");
   setWindowTitle("4星彩包牌便條紙列印");
+  SetManualSection(*this, "便條紙");
   Form_Load();
 }
 

@@ -24,6 +24,7 @@
 #include "printing/slip_settings_file.h"
 #include "ui/appearance.h"
 #include "ui/grid.h"
+#include "ui/manual.h"
 #include "ui/question.h"
 #include "ui/scrolling.h"
 #include "ui/select_all_edit.h"
@@ -71,6 +72,7 @@ frmSetPrinter::frmSetPrinter(QWidget* parent, std::filesystem::path settings_fol
     : QDialog(parent), settings_folder_(std::move(settings_folder)) {
   setObjectName("frmSetPrinter");
   setWindowTitle("投注單列印調整");
+  SetManualSection(*this, "調整位置");
   Form_Load();
 }
 

@@ -2,18 +2,30 @@
 
 #include <QGridLayout>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 
 #include "platform/base/operation_error.h"
 #include "ui/appearance.h"
 #include "ui/fault_text.h"
+#include "ui/manual.h"
 
 namespace marlevo {
 
 namespace {
 
 constexpr int kReportWidth = 560;
+
+// F1, when it reaches a window before any widget of the window. An open list or menu keeps its keys to itself.
+bool AsksForHelp(const QObject& receiver, const QEvent& event) {
+  if (event.type() != QEvent::KeyPress || !receiver.isWindowType() || QApplication::activeWindow() == nullptr ||
+      QApplication::activePopupWidget() != nullptr) {
+    return false;
+  }
+  const auto& key = static_cast<const QKeyEvent&>(event);
+  return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier;
+}
 
 }  // namespace
 
@@ -33,6 +45,10 @@ bool Application::notify(QObject* receiver, QEvent* event) {
     return true;
   }
   try {
+    if (AsksForHelp(*receiver, *event)) {
+      OpenManual(*activeWindow());
+      return true;
+    }
     return QApplication::notify(receiver, event);
   } catch (const std::exception& error) {
     ReportError(error);
@@ -85,6 +101,7 @@ bool Application::Show(const Report& report) {
   QMessageBox box(QMessageBox::Critical, "錯誤報告", report.attempted + "時發生錯誤。", QMessageBox::NoButton,
                   activeWindow());
   box.setObjectName("frmError");
+  SetManualSection(box, "問題排除");
   box.setTextFormat(Qt::PlainText);
   box.setInformativeText("<p>" + report.sentence.toHtmlEscaped().replace("\n", "<br>") + "</p><p>" +
                          report.subject.toHtmlEscaped() + "</p><p><small>" + report.words.toHtmlEscaped() +

@@ -1,6 +1,7 @@
 // The program's QApplication with its two guards. The guard of errors catches every exception that leaves a handler of
 // any window, in any nested event loop, and shows it as the error report; windows catch nothing. The guard of gestures
-// holds back the rest of a gesture that has acted already, such as the second press of a double click.
+// holds back the rest of a gesture that has acted already, such as the second press of a double click. F1 opens the
+// manual, whatever window is in front.
 #pragma once
 
 #include <QApplication>
