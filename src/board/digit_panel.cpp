@@ -140,6 +140,7 @@ DigitBox* DigitPanel::AddAction(const char* name, int index, const QString& capt
                                 int column) {
   auto* const box = new DigitBox(this, ElementName(name, index), caption, DigitBox::Kind::kAction);
   box->setToolTip(tip);
+  box->setAccessibleName(tip);
   AddCell(box, row, column);
   return box;
 }

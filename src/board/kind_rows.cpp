@@ -63,10 +63,12 @@ QWidget* KindRows::NewRow(int kind) {
     amounts += QString::number(kAmounts[stake]);
   }
   DropDownList* const multiplier = NewStakeList(row, ElementName("cboPlay2", kind), multipliers);
+  multiplier->setAccessibleName(tick->text() + " 倍數");
   // Choosing the entry that is already chosen counts too.
   connect(multiplier, &QComboBox::activated, this, [this, kind] { cboPlay2_Click(kind); });
   connect(multiplier, &QComboBox::currentIndexChanged, this, [this, kind] { cboPlay2_Click(kind); });
   DropDownList* const amount = NewStakeList(row, ElementName("cboPlay", kind), amounts);
+  amount->setAccessibleName(tick->text() + " 金額");
   connect(amount, &QComboBox::currentIndexChanged, this, [this, kind] { cboPlay_Click(kind); });
   QLabel* const differs = NewLabel(row, ElementName("lblDiffers", kind), {});
   differs->setAlignment(Qt::AlignCenter);

@@ -52,6 +52,7 @@ ResultPanel::ResultPanel(QWidget* parent, const CurrentList& list)
   SSTab1_->tabBar()->setExpanding(true);  // the tabs share the whole width
 
   txtCombineMessage_ = Named(new QPlainTextEdit(this), "txtCombineMessage");
+  txtCombineMessage_->setAccessibleName("總張數與總金額");
   txtCombineMessage_->setReadOnly(true);
   txtCombineMessage_->setFocusPolicy(Qt::ClickFocus);
   txtCombineMessage_->document()->setDocumentMargin(distances::kNear - 2);
@@ -112,6 +113,7 @@ void ResultPanel::AddGrid(int kind) {
   numbers.setSectionsClickable(false);
   mfgData_[kind] = grid;
   SSTab1_->addTab(grid, QString::fromUtf8(kBetKindNames[kind]));
+  grid->setAccessibleName(SSTab1_->tabText(kind));
 }
 
 QWidget* ResultPanel::NewCheckArea() {
@@ -126,8 +128,10 @@ QWidget* ResultPanel::NewCheckArea() {
       list->addItem(QString::number(digit));
     }
     list->setMaxVisibleItems(10);
-    drawn->addWidget(NewLabel(area, ElementName("lblCheck", position), QString::fromUtf8(kPositionNames[position])), 0,
-                     position);
+    QLabel* const title =
+        NewLabel(area, ElementName("lblCheck", position), QString::fromUtf8(kPositionNames[position]));
+    title->setBuddy(list);
+    drawn->addWidget(title, 0, position);
     drawn->addWidget(list, 1, position);
     cboCheck_[position] = list;
   }
@@ -136,6 +140,7 @@ QWidget* ResultPanel::NewCheckArea() {
   drawn->setColumnStretch(4, 1);
 
   lstCheck_ = Named(new QListWidget(area), "lstCheck");
+  lstCheck_->setAccessibleName("即時對獎結果");
   lstCheck_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   LetRowsBeCopied(*lstCheck_);
   // Nothing is lost without a scroll bar: in a narrow window only the line of hyphens is cut off.

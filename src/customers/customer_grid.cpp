@@ -12,6 +12,7 @@ namespace marlevo {
 CustomerGrid::CustomerGrid(QWidget* parent, CustomerColumns columns)
     : ChoosingView(parent, columns == CustomerColumns::kAll ? Moving::kOnly : Moving::kChooses), columns_(columns) {
   setObjectName("mfgCustom_H");
+  setAccessibleName("客戶");
   QStringList headings = {"客戶編號", "客戶姓名", "電話一", "電話二", "備註"};
   if (columns == CustomerColumns::kNumberAndName) {
     headings.resize(2);

@@ -68,7 +68,9 @@ void frmCustom_CHK::SetUpWidgets() {
   for (int i = 0; i < 4; ++i) {
     cboCheck_[i] = new DigitList(this, ElementName("cboCheck", i));
     cboCheck_[i]->setMinimumWidth(fontMetrics().horizontalAdvance('W') * 5);
-    digits->addWidget(NewLabel(this, ElementName("lblTitle2", i), QString::fromUtf8(kPositionNames[i])), 0, i);
+    QLabel* const title = NewLabel(this, ElementName("lblTitle2", i), QString::fromUtf8(kPositionNames[i]));
+    title->setBuddy(cboCheck_[i]);
+    digits->addWidget(title, 0, i);
     digits->addWidget(cboCheck_[i], 1, i);
   }
   digits->setColumnStretch(4, 1);
@@ -85,6 +87,7 @@ void frmCustom_CHK::SetUpWidgets() {
 
   // A QListWidget would make an object for each line, and a draw can have thousands of winners.
   lstCheck_ = Named(new ChoosingView<QListView>(this, Moving::kOnly), "lstCheck");
+  lstCheck_->setAccessibleName("中獎客戶");
   lstCheck_->SetPlaceholder("選好號碼和範圍，按「比對」，中獎的列在這裡");
   lstCheck_->OnChosen([this](int row) { lstCheck_Click(row); });
   lines_ = new QStringListModel(this);

@@ -7,6 +7,7 @@ namespace marlevo {
 
 RecordList::RecordList(QWidget* parent) : ChoosingView(parent, Moving::kOnly) {
   setObjectName("lstRecord");
+  setAccessibleName("購買記錄");
   setFont(AlignedFont());
   setUniformItemSizes(true);
   LetRowsBeCopied(*this);

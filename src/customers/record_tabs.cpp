@@ -23,6 +23,7 @@ RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
     auto* const page = new QWidget(this);
     auto* const grid = Named(new QTableView(page), ElementName("mfgData", mode));
     tickets_[mode] = new TextModel(headings, Qt::AlignHCenter, this);
+    grid->setAccessibleName("購買記錄 " + QString::fromUtf8(kPrizeClasses[mode].name));
     SetUpGrid(*grid, GridSelection::kRows);
     grid->setModel(tickets_[mode]);
     // All digits fit beside each other in the narrowest window, with a sequence of five digits and a scroll bar.

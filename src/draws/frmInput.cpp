@@ -63,7 +63,9 @@ void frmInput::SetUpWidgets() {
   entry->addWidget(txtVou_No_, 0, 1);
   for (int i = 0; i < 4; ++i) {
     cboCheck_[i] = new DigitList(this, ElementName("cboCheck", i));
-    entry->addWidget(NewLabel(this, ElementName("lblTitle2", i), QString::fromUtf8(kPositionNames[i])), i + 1, 0);
+    QLabel* const title = NewLabel(this, ElementName("lblTitle2", i), QString::fromUtf8(kPositionNames[i]));
+    title->setBuddy(cboCheck_[i]);
+    entry->addWidget(title, i + 1, 0);
     entry->addWidget(cboCheck_[i], i + 1, 1);
   }
   entry->setColumnMinimumWidth(1, fontMetrics().horizontalAdvance('0') * 16);
@@ -86,6 +88,7 @@ void frmInput::SetUpWidgets() {
   left->addWidget(cmdExit);
 
   mfgNumeric_ = Named(new ChoosingView<QTableView>(this, Moving::kChooses), "mfgNumeric");
+  mfgNumeric_->setAccessibleName("開獎號碼");
   // The row for the next draw is always there.
   mfgNumeric_->SetPlaceholder("還沒有開獎號碼，請填好左邊的資料，按「新增」", 1);
   mfgNumeric_->OnChosen([this](int row) { mfgNumeric_RowChosen(row); });

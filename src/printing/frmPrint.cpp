@@ -190,6 +190,9 @@ frmPrint::KindRow frmPrint::NewKindRow(QWidget* parent, int kind) {
   // Makes room for the scroll bar that a low window has.
   columns->addSpacerItem(new QSpacerItem(distances::kApart, 0, QSizePolicy::Preferred));
 
+  row.txtStart->setAccessibleName(row.chkPlay->text() + " 從");
+  row.txtEnd->setAccessibleName(row.chkPlay->text() + " 至");
+  row.cboMD->setAccessibleName(row.chkPlay->text() + " 長期投注");
   for (QLineEdit* const box : {row.txtStart, row.txtEnd}) {
     box->setValidator(new QRegularExpressionValidator(QRegularExpression("[0-9]*"), box));
   }

@@ -64,6 +64,7 @@ frmPrintNote::frmPrintNote(QWidget* parent) : QDialog(parent) {
 
 void frmPrintNote::SetUpWidgets() {
   cboPage_ = new DropDownList(this, "cboPage");
+  cboPage_->setAccessibleName("列印頁數");
   cboPage_->setLineEdit(new SelectAllEdit(this));
   cboPage_->setInsertPolicy(QComboBox::NoInsert);
   QPushButton* const cmdPrint = NewPrintButton(this, "列印便條紙", [this] { cmdPrint_Click(); });

@@ -149,6 +149,7 @@ QLayout* frmSetPrinter::NewBoxes() {
 
 QLayout* frmSetPrinter::NewReference() {
   auto* const list = Named(new QTableWidget(0, 3, this), "lstReference");
+  list->setAccessibleName("速查表");
   QFont small = font();
   small.setPointSizeF(kReferencePoints);
   list->setFont(small);
