@@ -7,11 +7,13 @@ QString FaultText(Fault kind) {
     case Fault::kExplained:
       return {};
     case Fault::kMissing:
-      return "找不到檔案。請確認檔案沒有被移走、改名或刪除。";
+      return "找不到資料庫檔案。請確認檔案沒有被移走、改名或刪除；如果真的沒有了，請把備份的檔案放到下面的位置，再試一"
+             "次。";
     case Fault::kWrongPassword:
-      return "資料庫的密碼不符，這個檔案不是本程式的資料庫。";
+      return "資料庫的密碼不符，這個檔案不是本程式的資料庫。請把檔案改名留存，把備份的檔案放到下面的位置，再試一次。";
     case Fault::kDamaged:
-      return "檔案已經損壞，或者不是 Access 資料庫。請換上備份的檔案，或用 Access 修復。";
+      return "檔案已經損壞，或者不是 Access 資料庫。請把檔案改名留存，把備份的檔案放到下面的位置，或用 Access "
+             "修復，再試一次。";
     case Fault::kNewerFormat:
       return "這是較新版本的 Access 資料庫。請用 Access 另存成 2002-2003 格式 (.mdb)。";
     case Fault::kNeedsAccess:
@@ -32,9 +34,10 @@ QString FaultText(Fault kind) {
     case Fault::kFileFull:
       return "資料庫檔案已經達到最大容量。請刪除不用的記錄，再用 Access 壓縮檔案。";
     case Fault::kNoTable:
-      return "資料庫裡缺少需要的資料表，這個檔案不是本程式的資料庫。";
+      return "資料庫裡缺少需要的資料表，這個檔案不是本程式的資料庫。請把檔案改名留存，把備份的檔案放到下面的位置，再試"
+             "一次。";
     case Fault::kDuplicate:
-      return "資料庫裡已經有相同的資料，不能重複存入。";
+      return "資料庫裡已經有相同的資料，不能重複存入。請換一個編號，或改用「修改」。";
     case Fault::kRelated:
       return "這筆資料和其他資料表有關聯：新增之前要先有它所屬的資料，刪除之前要先刪除用到它的資料。";
     case Fault::kEmpty:
@@ -46,11 +49,11 @@ QString FaultText(Fault kind) {
     case Fault::kCharacter:
       return "文字裡有這個資料庫檔案無法存放的字。請換成別的字，再試一次。";
     case Fault::kPrinter:
-      return "印表機沒有接受列印工作。請檢查印表機，再試一次。";
+      return "印表機沒有接受列印工作。請檢查印表機的電源、連線和紙張，再試一次。";
     case Fault::kOther:
       break;
   }
-  return "這項工作無法完成。請把下面的說明交給維護人員。";
+  return "這項工作無法完成。請再試一次；還是不行，請把下面的說明交給維護人員。";
 }
 
 }  // namespace marlevo

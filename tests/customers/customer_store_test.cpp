@@ -46,7 +46,7 @@ TEST_F(CustomerStoreTest, AddsChangesAndRemovesByNumber) {
 TEST(CustomerStatements, RefuseAQuoteWhereverATextGoesIn) {
   const std::string quote = "x' OR 'a'='a";
   const auto refused = [](auto statement, const auto&... values) {
-    return Refusal("組成資料庫指令", [&] { statement(values...); }) == Fault::kExplained;
+    return Refusal("檢查要存的資料", [&] { statement(values...); }) == Fault::kExplained;
   };
   for (auto* const of_number : {SelectCustomer, DeleteCustomer, DeletePurchases, SelectRecords}) {
     EXPECT_TRUE(refused(of_number, quote));

@@ -49,7 +49,7 @@ TEST_F(DrawsTest, TheStoreTakesNumbersByValueAndNothingElse) {
   // Each of these would end as a broken statement or, worse, as one that means other draws.
   for (const char* bad : {"", " ", "abc", "1 OR 1=1", "VOU_NO", "1;2", "1--", "1 2", "--1", "1.2.3", ".", "0x10", "1e3",
                           "９２００１", "(1)", "'1'"}) {
-    const auto refuses = [](const auto& call) { return Refusal("組成資料庫指令", call) == Fault::kExplained; };
+    const auto refuses = [](const auto& call) { return Refusal("檢查要存的資料", call) == Fault::kExplained; };
     EXPECT_TRUE(refuses([&] { store.Add({bad, {"5", "5", "5", "5"}}); })) << bad;
     EXPECT_TRUE(refuses([&] { std::ignore = store.Replace({bad, {"5", "5", "5", "5"}}); })) << bad;
     EXPECT_TRUE(refuses([&] { store.Remove(bad); })) << bad;

@@ -23,7 +23,7 @@ namespace marlevo {
 namespace {
 
 constexpr char kOpening[] = "開啟資料庫";
-constexpr char kExecuting[] = "執行資料庫指令";
+constexpr char kExecuting[] = "更新資料庫";
 constexpr char kReading[] = "讀取資料庫";
 constexpr char kWriting[] = "寫入資料庫";
 

@@ -9,7 +9,7 @@ namespace marlevo {
 namespace {
 
 [[noreturn]] void Refuse(std::string_view value, const std::string& why) {
-  throw DatabaseError("組成資料庫指令", "4star.mdb", "「" + std::string(value) + "」" + why, Fault::kExplained);
+  throw DatabaseError("檢查要存的資料", "4star.mdb", "「" + std::string(value) + "」" + why, Fault::kExplained);
 }
 
 bool IsPlainNumber(std::string_view text) {
@@ -35,7 +35,7 @@ bool IsPlainNumber(std::string_view text) {
 
 std::string SqlText(std::string_view value) {
   if (value.find('\'') != std::string_view::npos) {
-    Refuse(value, "含有單引號 ( ' )，不能放進資料庫指令。");
+    Refuse(value, "裡有單引號 ( ' )，資料庫不能存。請刪掉單引號，或換成全形的「’」，再試一次。");
   }
   std::string text = "'";
   return text.append(value).append("'");
@@ -43,7 +43,7 @@ std::string SqlText(std::string_view value) {
 
 std::string SqlNumber(std::string_view value) {
   if (!IsPlainNumber(value)) {
-    Refuse(value, "不是數字，不能放進資料庫指令。");
+    Refuse(value, "不是數字。號碼請選 0 到 9，期數請只打數字，再試一次。");
   }
   return std::string(value);
 }

@@ -40,10 +40,11 @@ void GiveBackFreedBlocks() {
 QPrinterInfo DefaultPrinter() {
   QPrinterInfo printer = QPrinterInfo::defaultPrinter();
   if (printer.isNull()) {
-    throw PrinterError(
-        "尋找預設印表機", "預設印表機",
-        QPrinterInfo::availablePrinterNames().isEmpty() ? "系統沒有安裝印表機" : "系統沒有設定預設印表機",
-        Fault::kExplained);
+    throw PrinterError("尋找預設印表機", "預設印表機",
+                       QPrinterInfo::availablePrinterNames().isEmpty()
+                           ? "系統沒有安裝印表機。請先在系統的印表機設定裡安裝一台，設為預設印表機，再試一次。"
+                           : "系統沒有設定預設印表機。請在系統的印表機設定裡選一台作預設印表機，再試一次。",
+                       Fault::kExplained);
   }
   return printer;
 }
@@ -51,9 +52,9 @@ QPrinterInfo DefaultPrinter() {
 // The order matters: outside full-page mode a printer refuses margins smaller than its own. The margins are set to zero
 // because Windows moves the origin by them even in full-page mode; other systems ignore them in that mode.
 void SetUpPage(QPrinter& printer, const QPageSize& size, const std::string& name) {
-  const auto require = [&](bool done, const char* reason) {
+  const auto require = [&](bool done, const std::string& reason) {
     if (!done) {
-      throw PrinterError("設定列印頁面", name, reason, Fault::kExplained);
+      throw PrinterError("設定列印頁面", name, reason + "。請換一台印表機，或更新它的驅動程式。", Fault::kExplained);
     }
   };
   printer.setFullPage(true);
@@ -146,11 +147,13 @@ QPainter& PrintJob::PainterOnPage() {
     KeepFreedBlocks();
     auto painter = std::make_unique<QPainter>();
     if (!painter->begin(&printer)) {
-      throw PrinterError("開始列印", printer.printerName().toStdString(), "印表機無法開始列印工作", Fault::kExplained);
+      throw PrinterError("開始列印", printer.printerName().toStdString(),
+                         "印表機無法開始列印工作。請檢查印表機的電源、連線和紙張，再試一次。", Fault::kExplained);
     }
     painter_ = std::move(painter);
   } else if (!on_page_ && !printer.newPage()) {
-    throw PrinterError("換頁", printer.printerName().toStdString(), "印表機無法開始新的一頁", Fault::kExplained);
+    throw PrinterError("換頁", printer.printerName().toStdString(),
+                       "印表機無法開始新的一頁。請檢查印表機的電源、連線和紙張，再試一次。", Fault::kExplained);
   }
   on_page_ = true;
   return *painter_;
@@ -186,7 +189,8 @@ void PrintJob::End() {
     throw PrinterError("送出列印工作", name, refusal, Fault::kPrinter);
   }
   if (!ended) {
-    throw PrinterError("送出列印工作", name, "印表機無法結束列印工作", Fault::kExplained);
+    throw PrinterError("送出列印工作", name, "印表機無法結束列印工作。請檢查印表機的電源、連線和紙張，再試一次。",
+                       Fault::kExplained);
   }
 }
 

@@ -42,7 +42,7 @@ std::optional<Fault> Refusal(const char* attempted, const Work& work) {
   }
 }
 inline std::optional<Fault> Refusal(Connection& connection, const std::string& sql) {
-  return Refusal("執行資料庫指令", [&] { connection.Execute(sql); });
+  return Refusal("更新資料庫", [&] { connection.Execute(sql); });
 }
 
 class DatabaseFixture : public testing::Test {

@@ -75,7 +75,7 @@ TEST(PrintJob, SaysThatItCannotBegin) {
     FAIL() << "something was printed";
   } catch (const PrinterError& error) {
     EXPECT_EQ(error.Subject(), "預設印表機");
-    EXPECT_STREQ(error.what(), "系統沒有安裝印表機");
+    EXPECT_EQ(std::string(error.what()).find("系統沒有安裝印表機。請先"), 0U);
   }
   EXPECT_EQ(DefaultPaper().width, 11900);
 
