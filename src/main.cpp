@@ -1,6 +1,5 @@
 // Builds the services, shows the board and ends the program.
 #include <QScopeGuard>
-#include <QScreen>
 #include <filesystem>
 #include <optional>
 
@@ -14,6 +13,7 @@
 #include "printing/frmSetPrinter.h"
 #include "printing/slip_settings_file.h"
 #include "ui/application.h"
+#include "ui/scrolling.h"
 
 int main(int argc, char** argv) {
   marlevo::Application application(argc, argv);
@@ -50,8 +50,7 @@ int main(int argc, char** argv) {
   return application.Run([&board] {
     // Also when the settings cannot be loaded: the error report then stands over a board that can be used.
     const auto show = qScopeGuard([&board] {
-      constexpr QSize kComfortable(1304, 800);  // when the operator wants a smaller window
-      board.resize(kComfortable.boundedTo(board.screen()->availableSize()));
+      marlevo::FitScreen(board, marlevo::frmMarlevo::kComfortable);  // when the operator wants a smaller window
       board.showMaximized();
     });
     board.Form_Load();

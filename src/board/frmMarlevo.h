@@ -44,6 +44,8 @@ class frmMarlevo : public QWidget {
   Q_OBJECT
 
  public:
+  static constexpr QSize kComfortable{1304, 800};  // of the window, on a screen with room for it
+
   explicit frmMarlevo(BoardWindows windows);
 
   // Makes the whole board, looks whether there is a database, and then loads the slip settings. To be called once,

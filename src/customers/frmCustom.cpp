@@ -5,7 +5,6 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QScreen>
 #include <algorithm>
 #include <utility>
 
@@ -162,7 +161,7 @@ void frmCustom::SetUpWidgets() {
   FillScrolling(this, page);
 
   picMsg_ = new MessagePanel(this);
-  resize(QSize(1280, 660).boundedTo(screen()->availableSize()));
+  FitScreen(*this, QSize(1280, 660));
   txtCustom_No_->setFocus();
 }
 

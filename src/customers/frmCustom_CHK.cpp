@@ -5,7 +5,6 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QRadioButton>
-#include <QScreen>
 #include <QStringListModel>
 #include <algorithm>
 
@@ -132,7 +131,7 @@ void frmCustom_CHK::SetUpWidgets() {
   grid->setRowStretch(0, 1);
   grid->setRowStretch(1, 1);
   FillScrolling(this, page);
-  resize(QSize(1160, 660).boundedTo(screen()->availableSize()));
+  FitScreen(*this, QSize(1160, 660));
   mfgCustom_H_->setFocus();
 }
 

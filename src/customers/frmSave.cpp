@@ -1,7 +1,6 @@
 #include "customers/frmSave.h"
 
 #include <QHBoxLayout>
-#include <QScreen>
 #include <vector>
 
 #include "customers/customer_grid.h"
@@ -12,6 +11,7 @@
 #include "ui/frmMessage.h"
 #include "ui/manual.h"
 #include "ui/question.h"
+#include "ui/scrolling.h"
 #include "ui/widgets.h"
 
 namespace marlevo {
@@ -72,7 +72,7 @@ void frmSave::SetUpWidgets() {
   column->addWidget(lblSaved_);
 
   picMsg_ = new MessagePanel(this);
-  resize(QSize(sizeHint().width(), fontMetrics().height() * 26).boundedTo(screen()->availableSize()));
+  FitScreen(*this, QSize(sizeHint().width(), fontMetrics().height() * 26));
   mfgCustom_H_->setFocus();
 }
 

@@ -5,7 +5,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QScreen>
 #include <QTableView>
 #include <algorithm>
 
@@ -38,7 +37,7 @@ void frmInput::Form_Load() {
     txtVou_No_->setMaxLength(static_cast<int>(*digits));
   }
   const QWidget& page = *mfgNumeric_->parentWidget();
-  resize(QSize(page.sizeHint().width(), fontMetrics().height() * 26).boundedTo(screen()->availableSize()));
+  FitScreen(*this, QSize(page.sizeHint().width(), fontMetrics().height() * 26));
 }
 
 void frmInput::Form_Unload() {

@@ -9,7 +9,6 @@
 #include <QLabel>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
-#include <QScreen>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -103,7 +102,7 @@ void frmSetPrinter::SetUpWidgets() {
   rows->addLayout(columns, 1);
   rows->addLayout(NewButtons());
   FillScrolling(this, content);
-  resize(kComfortable.boundedTo(screen()->availableSize()));
+  FitScreen(*this, kComfortable);
 }
 
 void frmSetPrinter::Form_Load() {
@@ -166,7 +165,8 @@ QLayout* frmSetPrinter::NewReference() {
   for (const SlipReferenceTable& table : kSlipReference) {
     AddTable(*list, table);
   }
-  list->setFixedWidth(fontMetrics().horizontalAdvance('0') * 38);
+  list->setMinimumWidth(fontMetrics().horizontalAdvance('0') * 32);
+  list->setMaximumWidth(fontMetrics().horizontalAdvance('0') * 38);
 
   auto* const column = new QVBoxLayout;
   column->setSpacing(distances::kHair);

@@ -1,6 +1,7 @@
 #include "ui/scrolling.h"
 
 #include <QEvent>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -8,6 +9,8 @@
 namespace marlevo {
 
 namespace {
+
+constexpr QSize kDecoration(16, 40);  // borders and title bar, somewhat more than the desktops' own
 
 class ScrollingPart : public QScrollArea {
  public:
@@ -52,6 +55,10 @@ QScrollArea* NewScrollingPart(QWidget* page) {
   part->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   part->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   return part;
+}
+
+void FitScreen(QWidget& window, const QSize& comfortable) {
+  window.resize(comfortable.boundedTo(window.screen()->availableSize() - kDecoration));
 }
 
 }  // namespace marlevo

@@ -1,7 +1,8 @@
-// How a window fits a screen that is smaller than its content.
+// How a window fits a screen that is smaller than the window's content.
 #pragma once
 
 class QScrollArea;
+class QSize;
 class QWidget;
 
 namespace marlevo {
@@ -13,5 +14,8 @@ QScrollArea* FillScrolling(QWidget* window, QWidget* page);
 // A part of a window that takes the room that `page` needs, and scrolls up and down when the window is too low for
 // that, so that what stands beside the part, its window's buttons above all, never scrolls away.
 QScrollArea* NewScrollingPart(QWidget* page);
+
+// Gives the window this size, or as much of it as title bar and borders, task bar and panels leave of the screen.
+void FitScreen(QWidget& window, const QSize& comfortable);
 
 }  // namespace marlevo

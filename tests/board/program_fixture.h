@@ -22,6 +22,7 @@
 #include "printing/frmPrint.h"
 #include "printing/frmPrintNote.h"
 #include "printing/frmSetPrinter.h"
+#include "ui/scrolling.h"
 
 namespace marlevo {
 
@@ -154,8 +155,8 @@ class ProgramFixture : public DatabaseFixture {
     for (const char* const box : {"chkPlay(0)", "chkPlay(2)", "chkNum1(1)", "chkNum2(3)", "chkNum3(5)", "chkNum4(6)"}) {
       board.findChild<QAbstractButton*>(box)->setChecked(true);
     }
-    board.setGeometry(0, 0, 800, 800);
-    board.show();
+    FitScreen(board, frmMarlevo::kComfortable);
+    board.showMaximized();
     QCoreApplication::processEvents();
 
     std::vector<Step> all;
@@ -183,6 +184,9 @@ class ProgramFixture : public DatabaseFixture {
         if (window->objectName() == "frmMessage2" && window->isVisible()) {
           return;
         }
+      }
+      if (!FrontWindow()->windowHandle()->isExposed()) {
+        return;
       }
       if (next < all.size()) {
         all[next++]();
