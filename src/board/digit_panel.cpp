@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "ui/appearance.h"
 #include "ui/widgets.h"
 
 namespace marlevo {

@@ -78,6 +78,7 @@ frmSetPrinter::frmSetPrinter(QWidget* parent, std::filesystem::path settings_fol
 void frmSetPrinter::SetUpWidgets() {
   picPreview_ = new SlipPreview(this);
   lblField_ = NewLabel(this, "lblField", {});
+  lblField_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // its text must not widen the window
 
   auto* const procedure =
       new QLabel("第一先按預覽第二放投注單按測試列印第三如果不準調整參數再按測試列印第四沒問題就按存檔", this);
@@ -100,8 +101,7 @@ void frmSetPrinter::SetUpWidgets() {
   rows->addWidget(procedure);
   rows->addLayout(hints);
   rows->addLayout(columns, 1);
-  rows->addLayout(NewButtons());
-  FillScrolling(this, content);
+  FillScrolling(this, content, NewButtons());
   FitScreen(*this, kComfortable);
 }
 
@@ -160,12 +160,13 @@ QLayout* frmSetPrinter::NewReference() {
   list->horizontalHeaderItem(1)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
   list->horizontalHeaderItem(2)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
   list->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+  list->horizontalHeader()->setDefaultSectionSize(fontMetrics().horizontalAdvance('0') * 8);
   list->setShowGrid(false);
   list->setFocusPolicy(Qt::ClickFocus);  // the Tab key goes from the boxes to the buttons
   for (const SlipReferenceTable& table : kSlipReference) {
     AddTable(*list, table);
   }
-  list->setMinimumWidth(fontMetrics().horizontalAdvance('0') * 32);
+  list->setMinimumWidth(fontMetrics().horizontalAdvance('0') * 30);
   list->setMaximumWidth(fontMetrics().horizontalAdvance('0') * 38);
 
   auto* const column = new QVBoxLayout;

@@ -63,7 +63,7 @@ void DrawRuler(QPainter& painter, const QRectF& page, double first_mm, double pi
 SlipPreview::SlipPreview(QWidget* parent) : QWidget(parent) {
   setObjectName("picPreview");
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-  setMinimumSize(260, 320);
+  setMinimumSize(180, 240);
 }
 
 void SlipPreview::ShowSlip(SlipType type, const SlipPrinterSettings& settings, PaperSize paper) {

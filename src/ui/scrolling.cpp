@@ -6,6 +6,8 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "ui/appearance.h"
+
 namespace marlevo {
 
 namespace {
@@ -40,12 +42,16 @@ void SetUpScrolling(QScrollArea& scroll, QWidget* page) {
 
 }  // namespace
 
-QScrollArea* FillScrolling(QWidget* window, QWidget* page) {
+QScrollArea* FillScrolling(QWidget* window, QWidget* page, QLayout* buttons) {
   auto* const scroll = new QScrollArea(window);
   SetUpScrolling(*scroll, page);
   auto* const all = new QVBoxLayout(window);
   all->setContentsMargins(0, 0, 0, 0);
   all->addWidget(scroll);
+  if (buttons != nullptr) {
+    buttons->setContentsMargins(distances::kApart, 0, distances::kApart, distances::kApart);
+    all->addLayout(buttons);
+  }
   return scroll;
 }
 

@@ -114,6 +114,8 @@ void DrawTab(QPainter& painter, const QStyleOptionTab& tab) {
   if (selected) {
     painter.fillRect(QRect(tab.rect.left(), tab.rect.top(), tab.rect.width(), 3), QColor(colours::kAccent));
     DrawEdges(painter, tab.rect, kLeft | kRight, QColor(colours::kLine));
+  } else {
+    DrawEdges(painter, tab.rect, kBottom, QColor(colours::kLine));
   }
   if (tab.state & QStyle::State_HasFocus) {
     DrawFocusRing(painter, tab.rect.adjusted(kFrame, kFrame, -kFrame, -kFrame), false);

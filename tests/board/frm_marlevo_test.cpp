@@ -328,7 +328,7 @@ TEST_F(FrmMarlevoTest, TheDigitPanelWorksByKeyboardAlone) {
       {{Qt::Key_Backtab}, "chkAll_X2(7)"},
       {{Qt::Key_F4, Qt::Key_Right, Qt::Key_F4}, "cmdCombine"},
       {{Qt::Key_Backtab}, "chkNum1(0)"},  // the cell before is hidden
-      {{Qt::Key_Tab, Qt::Key_Return, Qt::Key_Escape}, "cmdCombine"}};
+      {{Qt::Key_Tab, Qt::Key_Escape}, "cmdCombine"}};
   Find<QWidget>("cboPlay(4)").setFocus();
   for (const auto& [keys, focus] : steps) {
     for (const Qt::Key key : keys) {
@@ -336,6 +336,7 @@ TEST_F(FrmMarlevoTest, TheDigitPanelWorksByKeyboardAlone) {
     }
     EXPECT_EQ(Focus(), focus);
   }
+  WithModals([] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); }, {ExpectMessage("請先選擇彩券玩法")});
   EXPECT_TRUE(Ticked("chkNum2(1)") && Ticked("chkNum2(7)"));
   EXPECT_TRUE(board_.isVisible() && Shown("picBox1"));
 }
