@@ -9,17 +9,12 @@ namespace marlevo {
 
 namespace {
 
-// How many bytes the first `count` characters of a UTF-8 text take.
-std::size_t BytesOf(std::string_view text, int count) {
-  std::size_t bytes = 0;
-  while (bytes < text.size()) {
-    const bool begins_a_character = (static_cast<unsigned char>(text[bytes]) & 0xC0) != 0x80;
-    if (begins_a_character && count-- == 0) {
-      break;
-    }
-    ++bytes;
+std::string FirstCharacters(std::string_view text, int count) {
+  std::string_view rest = text;
+  for (; count > 0 && !rest.empty(); --count) {
+    TakeCharacter(rest);
   }
-  return bytes;
+  return std::string(text.substr(0, text.size() - rest.size()));
 }
 
 }  // namespace
@@ -61,7 +56,7 @@ std::string RecordLine(const RecordSummary& record) {
 }
 
 std::string StampOfLine(std::string_view line) {
-  std::string stamp(line.substr(0, BytesOf(line, 20)));
+  std::string stamp = FirstCharacters(line, 20);
   stamp.erase(0, stamp.find_first_not_of(' '));
   stamp.erase(stamp.find_last_not_of(' ') + 1);
   std::erase_if(stamp, [](char c) { return c == '/' || c == ':' || c == '-'; });

@@ -130,18 +130,6 @@ inline std::string FormatName(const testing::TestParamInfo<NewFile>& format) {
   return "Jet" + std::to_string(format.param.version);
 }
 
-// A copy of a sample database to write to; empty when the samples are not at hand.
-inline std::filesystem::path CopyOfSample(const std::string& name, const std::filesystem::path& folder) {
-  const char* samples = std::getenv("MARLEVO_SAMPLES");
-  if (samples == nullptr) {
-    return {};
-  }
-  const std::filesystem::path copy = folder / name;
-  std::filesystem::copy_file(std::filesystem::path(samples) / name, copy);
-  std::filesystem::permissions(copy, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
-  return copy;
-}
-
 inline constexpr const char* kNoSamples = "MARLEVO_SAMPLES does not name the folder of sample databases";
 
 }  // namespace marlevo::access

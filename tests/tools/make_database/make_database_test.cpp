@@ -39,10 +39,6 @@ class MakeDatabaseTest : public testing::Test {
   Outcome Make(const std::string& arguments, const std::string& redirection = "2>&1 >/dev/null") const {
     return Shell(std::string(MAKE_DATABASE) + " " + arguments + " " + redirection);
   }
-  // By another program; its lines in the order of the rows.
-  std::string Export(const std::string& name, const std::string& table) const {
-    return Shell("MDB_JET3_CHARSET=CP950 mdb-export -H -Q -d '|' " + Quoted(name) + " " + table).output;
-  }
   int Customers(const std::string& name) const {
     Connection connection(FileConnectionString(folder_.Path() / name));
     return static_cast<int>(connection.Open("SELECT COUNT(*) AS N FROM CUSTOM_H").Number("N"));
@@ -120,28 +116,6 @@ TEST_F(MakeDatabaseTest, ChecksAndCopies) {
   EXPECT_EQ(Shell("cat " + Quoted("two.mdb")).output, before);
   EXPECT_TRUE(std::filesystem::exists(folder_.Path() / "two.ldb"));
   EXPECT_TRUE(std::filesystem::exists(folder_.Path() / "two.mdb-journal"));
-}
-
-TEST_F(MakeDatabaseTest, OtherReadersFindTheRows) {
-  if (Shell("command -v mdb-export").status != 0) {
-    GTEST_SKIP() << "mdbtools is not installed";
-  }
-  Write("rows.sql",
-        "INSERT INTO CUSTOM_H (CUSTOM_NO,CUSTOM_NAME,TEL1,MEMO1) VALUES ('A01','王小明','02-2345','a \"b\" Ωβ ﹏')\n"
-        "INSERT INTO CUSTOM_H (CUSTOM_NO) VALUES ('gone')\n"
-        "INSERT INTO CUSTOM_D (CUSTOM_NO,SAL_DATE,PLAY_MODE,PLAY_AMT,PLAY_SEQ,NO1,NO2,NO3,NO4) "
-        "VALUES ('A01','20021005143012',4,12.5,2147483647,-1,2,3,0)\n"
-        "INSERT INTO NUMERIC (VOU_NO,NO1) VALUES (92001,7)\n"
-        "DELETE FROM CUSTOM_H WHERE CUSTOM_NO='GONE'\n");
-  for (const std::string format : {"", "--jet3 "}) {
-    const std::string file = "rows" + format.substr(0, 3) + ".mdb";
-    ASSERT_EQ(Make(format + Quoted(file) + " " + Quoted("rows.sql")).status, 0);
-    EXPECT_EQ(Shell("mdb-ver " + Quoted(file)).output, format.empty() ? "JET4\n" : "JET3\n");
-    EXPECT_EQ(Shell("mdb-tables -1 " + Quoted(file)).output, "NUMERIC\nCUSTOM_H\nCUSTOM_D\n");
-    EXPECT_EQ(Export(file, "CUSTOM_H"), "A01|王小明|02-2345||a \"b\" Ωβ ﹏\n");
-    EXPECT_EQ(Export(file, "CUSTOM_D"), "A01|20021005143012|4|12.5|2147483647|-1|2|3|0\n");
-    EXPECT_EQ(Export(file, "NUMERIC"), "92001|7|||\n");
-  }
 }
 
 }  // namespace
