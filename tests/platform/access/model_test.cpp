@@ -97,7 +97,9 @@ class AccessModel : public NewFileTest, public testing::WithParamInterface<Scene
     } else {
       const char* others = std::getenv("MARLEVO_SAMPLES");
       const fs::path own = fs::path(TEST_DATA) / GetParam().sample;
-      const fs::path sample = fs::exists(own) ? own : others != nullptr ? others / fs::path(GetParam().sample) : fs::path();
+      const fs::path sample = fs::exists(own)     ? own
+                              : others != nullptr ? others / fs::path(GetParam().sample)
+                                                  : fs::path();
       if (sample.empty()) {
         GTEST_SKIP() << kNoSamples;
       }

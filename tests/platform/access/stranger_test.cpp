@@ -32,7 +32,9 @@ class WatchedFiles final : public pager::FileSystem {
   WatchedFiles(std::uint64_t moment, std::function<void()> deed) : moment_(moment), deed_(std::move(deed)) {}
 
   void Pass() {
-    if (++passed_ == moment_) deed_();
+    if (++passed_ == moment_) {
+      deed_();
+    }
   }
 
   fs::path Resolve(const fs::path& path) override { return native_.Resolve(path); }
@@ -107,7 +109,9 @@ class Stranger {
  public:
   explicit Stranger(const std::function<void()>& deed) {
     int done[2];
-    if (pipe(done) != 0) throw std::runtime_error("no pipe");
+    if (pipe(done) != 0) {
+      throw std::runtime_error("no pipe");
+    }
     pid_ = fork();
     if (pid_ == 0) {
       for (int handle = 3; handle < 100; ++handle) {
@@ -133,13 +137,17 @@ class Stranger {
   // In the midst of a deed: goes on using what is open, until it is told to end.
   [[noreturn]] static void Stay() {
     Tell('s');
-    for (;;) pause();
+    for (;;) {
+      pause();
+    }
   }
   bool InTheMidst() const { return in_the_midst_; }
 
  private:
   static void Tell(char what = 'x') {
-    if (write(done_, &what, 1) != 1) _exit(1);
+    if (write(done_, &what, 1) != 1) {
+      _exit(1);
+    }
   }
 
   static inline int done_ = 0;
@@ -171,7 +179,9 @@ class StrangerTest : public BothFormatsTest {
     Table table = database.OpenTable(name);
     InOneStatement(database, [&] {
       for (Cursor cursor = table.Scan(); cursor.Next();) {
-        if (cursor.Integer(0) < deleted) table.Delete(cursor.Row());
+        if (cursor.Integer(0) < deleted) {
+          table.Delete(cursor.Row());
+        }
       }
     });
     const std::string text(150, 'x');
@@ -195,7 +205,9 @@ class StrangerTest : public BothFormatsTest {
   std::string Content() const { return fs::exists(file_) ? ReadFile(file_) : kNone; }
   // What our work makes of that content.
   std::string WorkedOn(const std::string& content) const {
-    if (content == kNone) return kNone;
+    if (content == kNone) {
+      return kNone;
+    }
     PutBack(content);
     Store("T", 100, 140, 3);
     return Content();
@@ -239,7 +251,9 @@ class StrangerTest : public BothFormatsTest {
       ASSERT_STRNE(end, "neither") << (done ? "done" : "refused");
       ++ends[end];
       stranger.reset();
-      if (done || content == kNone) continue;
+      if (done || content == kNone) {
+        continue;
+      }
       // The next attempt finds nothing in its way.
       Store("T", 100, 140, 3);
       ASSERT_TRUE(Content() == worked_on_changed);
@@ -251,7 +265,9 @@ class StrangerTest : public BothFormatsTest {
     for (std::size_t at = 0; at < other.size(); at += page_) {
       const std::string page = other.substr(at, page_);
       if (at >= before_.size() || before_.compare(at, page_, page) != 0) {
-        if (content.size() < at + page_) content.resize(at + page_);
+        if (content.size() < at + page_) {
+          content.resize(at + page_);
+        }
         content.replace(at, page_, page);
       }
     }
@@ -261,7 +277,9 @@ class StrangerTest : public BothFormatsTest {
   void WriteOver(const std::string& other) const {
     std::fstream file(file_, std::ios::in | std::ios::out | std::ios::binary);
     for (std::size_t at = 0; at < other.size(); at += page_) {
-      if (at < before_.size() && before_.compare(at, page_, other, at, page_) == 0) continue;
+      if (at < before_.size() && before_.compare(at, page_, other, at, page_) == 0) {
+        continue;
+      }
       file.seekp(static_cast<std::streamoff>(at));
       file.write(&other[at], static_cast<std::streamsize>(page_));
     }
@@ -322,7 +340,9 @@ TEST_P(StrangerTest, IsOurOwnProgramAndKilled) {
     const bool in_the_midst = killed->InTheMidst();
     // Who opens the file meanwhile may have to wait for that end, and has to get along with what is left behind.
     std::jthread end([&] {
-      if (moment % 2 == 0) usleep(1000);
+      if (moment % 2 == 0) {
+        usleep(1000);
+      }
       killed.reset();
     });
     std::optional<Database> reader(Reopen());
@@ -332,8 +352,12 @@ TEST_P(StrangerTest, IsOurOwnProgramAndKilled) {
     const bool done = Content() == worked;
     ASSERT_TRUE(done || (in_the_midst && Content() == before_));
     ++ends[done];
-    if (!in_the_midst) break;
-    if (done) continue;
+    if (!in_the_midst) {
+      break;
+    }
+    if (done) {
+      continue;
+    }
     Store("T", 100, 140, 3);
     ASSERT_TRUE(Content() == worked);
   }

@@ -10,7 +10,9 @@ class FaultFile final : public DiskFile {
       : files_(files), path_(std::move(path)), node_(std::move(node)), writable_(writable) {}
 
   std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
-    if (offset >= node_->now.size()) return 0;
+    if (offset >= node_->now.size()) {
+      return 0;
+    }
     const std::size_t n = std::min(bytes.size(), node_->now.size() - static_cast<std::size_t>(offset));
     std::copy_n(node_->now.begin() + static_cast<std::ptrdiff_t>(offset), n, bytes.begin());
     return n;
@@ -21,7 +23,9 @@ class FaultFile final : public DiskFile {
     // A write that fails has done nothing, some of its work, or all of it.
     const auto written = static_cast<std::ptrdiff_t>(fails ? bytes.size() * (files_.Steps() % 3) / 2 : bytes.size());
     Do({false, offset, {bytes.begin(), bytes.begin() + written}});
-    if (fails) throw PagerError(path_, "planned trouble while writing");
+    if (fails) {
+      throw PagerError(path_, "planned trouble while writing");
+    }
   }
 
   void Truncate(std::uint64_t size) override {
@@ -31,7 +35,9 @@ class FaultFile final : public DiskFile {
 
   void Sync() override {
     files_.Check(path_, false);
-    for (const FaultFiles::Change& change : node_->unsynced) FaultFiles::Apply(node_->durable, change);
+    for (const FaultFiles::Change& change : node_->unsynced) {
+      FaultFiles::Apply(node_->durable, change);
+    }
     node_->unsynced.clear();
   }
 
@@ -44,7 +50,9 @@ class FaultFile final : public DiskFile {
 
  private:
   void Do(FaultFiles::Change change) {
-    if (!writable_) throw PagerError(path_, "is open for reading only");
+    if (!writable_) {
+      throw PagerError(path_, "is open for reading only");
+    }
     FaultFiles::Apply(node_->now, change);
     ++node_->version;
     node_->unsynced.push_back(std::move(change));
@@ -64,7 +72,9 @@ void FaultFiles::Plan(std::uint64_t step, Trouble trouble, std::uint64_t count) 
 
 std::unique_ptr<FaultFiles> FaultFiles::Killed() const {
   auto files = std::make_unique<FaultFiles>();
-  for (const auto& [name, node] : names_) files->Put(name, node->now);
+  for (const auto& [name, node] : names_) {
+    files->Put(name, node->now);
+  }
   return files;
 }
 
@@ -84,13 +94,17 @@ void FaultFiles::Put(const std::string& name, std::vector<std::byte> content) {
 
 std::unique_ptr<DiskFile> FaultFiles::Open(const std::filesystem::path& path) {
   const auto found = names_.find(path.string());
-  if (found == names_.end()) return nullptr;
+  if (found == names_.end()) {
+    return nullptr;
+  }
   return std::make_unique<FaultFile>(*this, path, found->second, writable_);
 }
 
 std::unique_ptr<DiskFile> FaultFiles::Create(const std::filesystem::path& path) {
   Check(path, true);
-  if (!writable_ || names_.contains(path.string())) throw PagerError(path, "cannot be created");
+  if (!writable_ || names_.contains(path.string())) {
+    throw PagerError(path, "cannot be created");
+  }
   const auto node = std::make_shared<Node>(Node{next_id_++, {}, {}, {}, 0});
   names_[path.string()] = node;
   unsynced_names_.push_back(names_);
@@ -108,7 +122,9 @@ bool FaultFiles::RemoveUnused(const std::filesystem::path& path) {
 }
 
 void FaultFiles::Remove(const std::filesystem::path& path) {
-  if (!names_.contains(path.string())) return;
+  if (!names_.contains(path.string())) {
+    return;
+  }
   Check(path, false);
   names_.erase(path.string());
   unsynced_names_.push_back(names_);
@@ -116,7 +132,9 @@ void FaultFiles::Remove(const std::filesystem::path& path) {
 
 void FaultFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) {
   Check(to, false);
-  if (!replace && names_.contains(to.string())) throw PagerError(to, "exists already");
+  if (!replace && names_.contains(to.string())) {
+    throw PagerError(to, "exists already");
+  }
   names_[to.string()] = names_.at(from.string());
   names_.erase(from.string());
   unsynced_names_.push_back(names_);
@@ -129,13 +147,19 @@ void FaultFiles::SyncFolder(const std::filesystem::path& folder) {
 
 bool FaultFiles::Step(bool grows) {
   ++steps_;
-  if (trouble_step_ == 0 || steps_ < trouble_step_) return false;
-  if (trouble_ == Trouble::kError) return steps_ < trouble_step_ + trouble_count_;
+  if (trouble_step_ == 0 || steps_ < trouble_step_) {
+    return false;
+  }
+  if (trouble_ == Trouble::kError) {
+    return steps_ < trouble_step_ + trouble_count_;
+  }
   return trouble_ == Trouble::kEnd || grows;
 }
 
 void FaultFiles::Check(const std::filesystem::path& path, bool grows) {
-  if (Step(grows)) throw PagerError(path, "planned trouble");
+  if (Step(grows)) {
+    throw PagerError(path, "planned trouble");
+  }
 }
 
 void FaultFiles::Apply(std::vector<std::byte>& content, const Change& change) {
@@ -144,7 +168,9 @@ void FaultFiles::Apply(std::vector<std::byte>& content, const Change& change) {
     return;
   }
   const auto offset = static_cast<std::size_t>(change.offset);
-  if (content.size() < offset + change.bytes.size()) content.resize(offset + change.bytes.size());
+  if (content.size() < offset + change.bytes.size()) {
+    content.resize(offset + change.bytes.size());
+  }
   std::ranges::copy(change.bytes, content.begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
@@ -159,7 +185,9 @@ std::vector<std::byte> FaultFiles::Survivor(const Node& node, std::mt19937& rand
   std::vector<std::byte> content = node.durable;
   for (const Change& change : node.unsynced) {
     if (change.truncate || !by_sector) {
-      if (keeps()) Apply(content, change);
+      if (keeps()) {
+        Apply(content, change);
+      }
       continue;
     }
     for (std::size_t at = 0; at < change.bytes.size();) {

@@ -75,7 +75,9 @@ TEST(Pager, ActsLikeAVectorOfPages) {
   }
   ASSERT_EQ(ReadAll(*pager), model);
   pager.reset();
-  for (const Held& page : held) ASSERT_EQ(ValueOf(page.ref.Bytes(), page.page), page.value);
+  for (const Held& page : held) {
+    ASSERT_EQ(ValueOf(page.ref.Bytes(), page.page), page.value);
+  }
 }
 
 TEST(Pager, CreatesNeverOverAFileAndLeavesNothingBehind) {

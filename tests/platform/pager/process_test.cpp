@@ -22,7 +22,9 @@ using test::ScratchFolder;
 class Child {
  public:
   explicit Child(const std::function<void()>& work) : pid_(fork()) {
-    if (pid_ != 0) return;
+    if (pid_ != 0) {
+      return;
+    }
     alarm(120);  // the end of a child that waits for what never comes
     int status = 0;
     try {
@@ -63,12 +65,18 @@ TEST(Processes, ReadersSeeWholeFlushesAndWriteWhenTheWriterIsGone) {
   // writes.
   const auto follow = [&] {
     char told = 0;
-    if (read(start[0], &told, 1) != 1) throw std::runtime_error("nobody writes");
+    if (read(start[0], &told, 1) != 1) {
+      throw std::runtime_error("nobody writes");
+    }
     const std::shared_ptr<Pager> pager = Pager::Open(path, TestProbe, NativeFiles(), kSmall);
     for (std::uint32_t last = 0; last < kFlushes;) {
       const Image image = ReadAll(*pager);
-      if (std::ranges::count(image, image[0]) != std::ssize(image)) throw std::runtime_error("a mixture of flushes");
-      if (image[0] < last) throw std::runtime_error("an older flush than before");
+      if (std::ranges::count(image, image[0]) != std::ssize(image)) {
+        throw std::runtime_error("a mixture of flushes");
+      }
+      if (image[0] < last) {
+        throw std::runtime_error("an older flush than before");
+      }
       last = image[0];
     }
     for (bool stored = false; !stored;) {
@@ -86,8 +94,12 @@ TEST(Processes, ReadersSeeWholeFlushesAndWriteWhenTheWriterIsGone) {
   ASSERT_EQ(write(start[1], "go", 2), 2);
   for (std::uint32_t flush = 1; flush <= kFlushes; ++flush) {
     Statement statement(*pager);
-    if (flush % 10 == 0) AppendPage(*pager, flush);
-    for (std::uint32_t page = 0; page < pager->PageCount(); ++page) ChangePage(*pager, page, flush);
+    if (flush % 10 == 0) {
+      AppendPage(*pager, flush);
+    }
+    for (std::uint32_t page = 0; page < pager->PageCount(); ++page) {
+      ChangePage(*pager, page, flush);
+    }
     statement.Commit();
     pager->Flush();
   }

@@ -45,12 +45,16 @@ inline std::uint32_t ValueOf(std::span<const std::byte> bytes, std::uint32_t pag
 
 inline PageFormat TestFormat() {
   return {kTestPage, [](std::uint32_t page, std::span<std::byte> bytes) {
-            for (std::byte& byte : bytes) byte ^= static_cast<std::byte>(page * 7 + 1);
+            for (std::byte& byte : bytes) {
+              byte ^= static_cast<std::byte>(page * 7 + 1);
+            }
           }};
 }
 
 inline PageFormat TestProbe(std::span<const std::byte> head) {
-  if (head.size() < kTestPage) throw std::runtime_error("too short");
+  if (head.size() < kTestPage) {
+    throw std::runtime_error("too short");
+  }
   ValueOf(head.first(kTestPage), 0);
   return TestFormat();
 }
@@ -99,8 +103,12 @@ class Statement {
 inline void Store(Pager& pager, std::initializer_list<std::uint32_t> pages, std::uint32_t appended,
                   std::uint32_t value) {
   Statement statement(pager);
-  for (const std::uint32_t page : pages) ChangePage(pager, page, value);
-  for (std::uint32_t i = 0; i < appended; ++i) AppendPage(pager, value);
+  for (const std::uint32_t page : pages) {
+    ChangePage(pager, page, value);
+  }
+  for (std::uint32_t i = 0; i < appended; ++i) {
+    AppendPage(pager, value);
+  }
   statement.Commit();
   pager.Flush();
 }

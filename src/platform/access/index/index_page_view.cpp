@@ -193,10 +193,6 @@ std::uint32_t IndexPageView::Child(Place place) const {
   return EntryChild(Entry(place, buffer));
 }
 
-bool IndexPageView::HasRoomFor(Bytes entry) const {
-  return format_->index_page.entries + end_ + entry.size() <= page_.size();
-}
-
 void InsertIndexEntry(const Format& format, MutableBytes page, IndexPageView::Place place, Bytes entry) {
   MoveEntries(format, page, place.start, place.start + entry.size());
   std::memcpy(&page[format.index_page.entries + place.start], entry.data(), entry.size());

@@ -69,8 +69,9 @@ class IndexPageView {
   // last entry. 0 when the page has no child.
   std::uint32_t Child(Place place) const;
 
-  // Whether the entry fits on the page without moving others to another page.
-  bool HasRoomFor(Bytes entry) const;
+  // Free bytes behind the entries: the stored count, and what the entries leave.
+  std::size_t FreeSpace() const { return LoadU16(&page_[kFreeSpaceAt]); }
+  std::size_t Room() const { return page_.size() - format_->index_page.entries - end_; }
 
  private:
   Place At(std::size_t start) const;

@@ -181,7 +181,7 @@ bool IndexTree::Insert(Bytes entry) const {
     return false;
   }
   const bool keeps_bound = !leaf.view.IsEnd(place) || !leaf.bounded;
-  if (!keeps_bound || leaf.view.HasPrefix() || !leaf.view.HasRoomFor(entry)) {
+  if (!keeps_bound || leaf.view.HasPrefix() || leaf.view.Room() < entry.size()) {
     InsertWithBounds(entry);
     return true;
   }
@@ -409,7 +409,12 @@ void IndexTree::CheckBelow(std::uint32_t number, std::size_t depth, Audit& audit
   if (!audit.pages.insert(number).second || depth > kMostLevels) {
     return audit.Fault(number, "the index leads to this page twice");
   }
-  const IndexPage page = Load(number);
+  const pager::PageRef ref = file_->Read(number);
+  const IndexPageView view(file_->Layout(), table_, number, ref.Bytes());
+  if (view.FreeSpace() != view.Room()) {
+    audit.Fault(number, "the index page does not have as many free bytes as it says");
+  }
+  const IndexPage page(file_->Layout(), number, view);
   if (page.IsLeaf()) {
     if (audit.last_leaf != 0 && (audit.last_leaf_next != number || audit.leaf_depth != depth)) {
       audit.Fault(audit.last_leaf, "the next leaf of the index is another one");
@@ -433,6 +438,11 @@ void IndexTree::CheckBelow(std::uint32_t number, std::size_t depth, Audit& audit
   }
   for (std::size_t i = 0; i < page.ChildCount(); ++i) {
     CheckBelow(page.Child(i), depth + 1, audit);
+    const IndexLinks links = Load(page.Child(i)).links;
+    if (links.level > 0 && ((i > 0 && links.previous != page.Child(i - 1)) ||
+                            (i + 1 < page.ChildCount() && links.next != page.Child(i + 1)))) {
+      audit.Fault(page.Child(i), "the neighbours of a higher page of the index are others");
+    }
     // The bound may be greater than every entry below: a leaf that some program has emptied may keep its bound.
     if (i < page.Count() && std::ranges::lexicographical_compare(page.Bound(i), audit.last_entry)) {
       audit.Fault(number, "a child has entries beyond its bound");
