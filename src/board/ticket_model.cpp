@@ -21,7 +21,7 @@ void TicketModel::Refresh() {
 }
 
 void TicketModel::RefreshPaint() {
-  Q_EMIT dataChanged(index(0, 1), index(ticket_count_, digit_columns_), {Qt::BackgroundRole, Qt::ForegroundRole});
+  Q_EMIT dataChanged(index(0, 1), index(ticket_count_, digit_columns_), {Qt::BackgroundRole});
 }
 
 int TicketModel::rowCount(const QModelIndex& parent) const {
@@ -55,8 +55,6 @@ QVariant TicketModel::data(const QModelIndex& index, int role) const {
     case Qt::BackgroundRole:
       return ticket.paint == Paint::kNone ? QVariant()
                                           : QColor(ticket.paint == Paint::kYellow ? 0xffffff00 : 0xffffffff);
-    case Qt::ForegroundRole:
-      return ticket.paint == Paint::kNone ? QVariant() : QColor(Qt::black);
     default:
       return {};
   }

@@ -218,7 +218,6 @@ void frmPrint::Form_Load() {
     }
   }
   Option1_[0]->setChecked(true);
-  ShowSlipCount();
   const QString printer = QString::fromStdString(DefaultPrinterName());
   lblPrinter_->setText(printer.isEmpty()
                            ? "沒有預設印表機，請先在系統設定裡設好"

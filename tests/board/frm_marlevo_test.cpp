@@ -50,6 +50,10 @@ class FrmMarlevoTest : public testing::Test {
   }
   std::string Focus() { return board_.focusWidget()->objectName().toStdString(); }
   std::string Totals() { return Find<QPlainTextEdit>("txtCombineMessage").toPlainText().toStdString(); }
+  QRect Place(const QString& name) {
+    const auto& widget = Find<QWidget>(name);
+    return {widget.mapTo(&board_, QPoint(0, 0)), widget.size()};
+  }
   // What the screen shows, which is more than what the widgets would paint if they were asked to.
   QImage Screen() {
     Activate();
@@ -80,7 +84,7 @@ class FrmMarlevoTest : public testing::Test {
                      .draws = [this](QWidget*) { opened_ += "draws ", problem_ = "無法開啟資料庫"; },
                      .print_note = [this](QWidget*) { opened_ += "memo "; },
                      .set_printer = [this](QWidget*) { opened_ += "settings "; },
-                     .save = [this](QWidget*, const CurrentList&) { opened_ += "save "; },
+                     .save = [this](QWidget*, const CurrentList& list) { opened_ += "save ", printed_ = list; },
                      .print = [this](QWidget*, const CurrentList& list) { opened_ += "print ", printed_ = list; },
                      .database_problem = [this] { return problem_; },
                      .load_slip_settings = [this] { opened_ += "load "; }}};
@@ -127,6 +131,7 @@ TEST_F(FrmMarlevoTest, EveryKeyDoesWhatItsButtonSays) {
       EXPECT_EQ(Shown(each), std::string(each) == bar) << key << " " << each;
     }
     EXPECT_EQ(Shown("picBox1"), std::string(bar) == "picMenu1") << key;
+    EXPECT_FALSE(Shown("picBox2") && Place("txtCombineMessage").intersects(Place(bar))) << key;
     EXPECT_EQ(Shown("picMenu4"), std::string(bar) == "picMenu1" && Grid(0) != "") << key;
     EXPECT_EQ(Focus(), focus) << key << " " << bar;
     EXPECT_EQ(opened_, opened) << key;
@@ -139,8 +144,11 @@ TEST_F(FrmMarlevoTest, EveryKeyDoesWhatItsButtonSays) {
   EXPECT_EQ(Grid(0) + Grid(2), "021 012 102 120 210 201");
   EXPECT_EQ(Find<QTabWidget>("SSTab1").currentIndex(), 2);
   Key("F11");
+  const auto ground = [this](const char* row) { return Screen().pixelColor(Place(row).topLeft() + QPoint(3, 3)); };
+  EXPECT_NE(ground("fraPlay(2)"), ground("fraPlay(3)")) << "one is ticked";
+  QObject::connect(&board_, &frmMarlevo::Unloaded, [this] { opened_ = "the end"; });
   Click("cmdExit");
-  EXPECT_FALSE(board_.isVisible());
+  EXPECT_EQ(opened_ + (board_.isVisible() ? "!" : ""), "the end");
 }
 
 TEST_F(FrmMarlevoTest, TheAmountFollowsTheMultiplierEvenWhenItIsChosenAgain) {
@@ -200,13 +208,15 @@ TEST_F(FrmMarlevoTest, AnExpansionShowsItsTicketsTotalsAndPages) {
 }
 
 TEST_F(FrmMarlevoTest, HiddenColumnsCountAndClearReachesThem) {
-  EXPECT_FALSE(Shown("chkNum5(0)") || Shown("chkNum10(9)"));
-  Key("F4");
-  EXPECT_TRUE(Shown("chkNum5(0)") && Shown("chkNum10(9)"));
-  board_.resize(800, 400);
-  QCoreApplication::processEvents();
   const auto& board = Find<QWidget>("picMain");
-  EXPECT_EQ(board.size(), board.parentWidget()->size()) << "a board that scrolls";
+  board_.resize(800, 400);
+  for (const bool shown : {false, true}) {
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Shown("chkNum5(0)") && Shown("chkNum10(9)"), shown);
+    EXPECT_EQ(board.size(), board.parentWidget()->size()) << "a board that scrolls";
+    Key("F4");
+  }
+  Key("F4");
   board_.resize(1800, 1200);
   QCoreApplication::processEvents();
   EXPECT_EQ(board.fontInfo().pointSizeF(), 1.5 * board_.fontInfo().pointSizeF());
@@ -267,19 +277,21 @@ TEST_F(FrmMarlevoTest, FiltersThinTheListThatIsCheckedAndPrinted) {
     Key(filter, "刪除完畢 !");
     EXPECT_NE(Screen(), before) << filter;
     EXPECT_EQ(Totals().find(tickets), std::string("----- 共").size()) << filter << ": " << Totals();
-    EXPECT_TRUE(Shown("picMenu3"));
+    Find<QComboBox>("cboPlay(0)").setCurrentText("100");
   }
   EXPECT_EQ(Grid(0), "1234 1235 2134 2135");
   EXPECT_EQ(Totals(),
-            "----- 共    4張 需     100元 -----\n"
-            "4星正彩      4張 Ｘ 25元 ＝     100元\n"
+            "----- 共    4張 需     400元 -----\n"
+            "4星正彩      4張 Ｘ100元 ＝     400元\n"
             "4星組彩   0張 Ｘ 25元 ＝       0元\n");
-  Find<QComboBox>("cboPlay(0)").setCurrentText("100");
   Key("F12");
-  Key("F9");
-  EXPECT_TRUE(printed_.kinds[0].ticked && printed_.kinds[0].tickets.size() == 4U);
-  EXPECT_EQ(printed_.kinds[0].amount, 100);
-  EXPECT_EQ(printed_.kinds[0].multiplier, 0);
+  for (const auto& [key, amount] : {std::pair("F9", 50), {"F6", 75}}) {
+    Find<QComboBox>("cboPlay(0)").setCurrentText(QString::number(amount));
+    Key(key);
+    EXPECT_TRUE(printed_.kinds[0].ticked && printed_.kinds[0].tickets.size() == 4U);
+    EXPECT_EQ(printed_.kinds[0].amount, amount);
+    EXPECT_EQ(printed_.kinds[0].multiplier, 0);
+  }
 }
 
 TEST_F(FrmMarlevoTest, TheCheckPaintsTheWinnersAndBringsTheFirstIntoView) {
@@ -300,15 +312,17 @@ TEST_F(FrmMarlevoTest, TheCheckPaintsTheWinnersAndBringsTheFirstIntoView) {
     return view.viewport()->rect().contains(corner) ? Screen().pixelColor(view.viewport()->mapTo(&board_, corner))
                                                     : QColor();
   };
+  check("1784");
+  EXPECT_EQ(colour(78), QColor(Qt::yellow));
   check("1774");
+  EXPECT_EQ(colour(78), QColor(Qt::white));
   EXPECT_EQ(RowsText(board_, "lstCheck"), "共中獎 1張\n" + std::string(48, '-') + "\n四星正彩    1 張\n");
   EXPECT_EQ(colour(77), QColor(Qt::yellow));
+  const QRect cell(view.viewport()->mapTo(&board_, view.visualRect(view.model()->index(77, 1)).topLeft()),
+                   QSize(60, 20));
+  const QImage plain = Screen().copy(cell);
   view.selectRow(77);
-  EXPECT_EQ(colour(77), QColor(Qt::yellow)) << "also when selected";
-  view.clearSelection();
-  check("1784");
-  EXPECT_EQ(colour(77), QColor(Qt::white));
-  EXPECT_EQ(colour(78), QColor(Qt::yellow));
+  EXPECT_EQ(Screen().copy(cell), plain);
   Key("F7");
   EXPECT_EQ(Find<QPushButton>("cmdCheck").text() + (Shown("picCheck") ? "!" : ""), "即時對獎");
   Key("F7");
@@ -323,7 +337,8 @@ TEST_F(FrmMarlevoTest, TheDigitPanelWorksByKeyboardAlone) {
       {{Qt::Key_Tab}, "chkNum1(0)"},
       {{Qt::Key_Up, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Space}, "chkNum2(1)"},
       {{Qt::Key_7, Qt::Key_Right}, "chkNum3(7)"},
-      {{Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right}, "chkAll_X2(7)"},  // passes hidden columns over
+      {{Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right}, "chkAll_X2(7)"},
+      {{Qt::Key_F4, Qt::Key_F4}, "chkAll_X2(7)"},  // not in the columns that were hidden
       {{Qt::Key_Tab}, "cmdCombine"},
       {{Qt::Key_Backtab}, "chkAll_X2(7)"},
       {{Qt::Key_F4, Qt::Key_Right, Qt::Key_F4}, "cmdCombine"},

@@ -55,11 +55,15 @@ TEST_F(FrmPrintNote, PutsFourSheetsOnAPageAndNothingNearTheEdge) {
 }
 
 TEST_F(FrmPrintNote, PrintsAsManyPagesAsTheTextBeginsWith) {
+  window_.show();
+  EXPECT_EQ(window_.focusWidget()->objectName(), "cboPage");
   const std::pair<const char*, std::size_t> cases[] = {{"20", 20}, {"3abc", 3}, {"abc", 0}, {"", 0}, {"-2", 0}};
   for (const auto& [text, pages] : cases) {
     Print(text);
     EXPECT_EQ(PagesSent(), pages) << text;
   }
+  Click(window_, "cmdCancel");
+  EXPECT_FALSE(window_.isVisible());
 }
 
 TEST_F(FrmPrintNote, CancelStopsAndSaysHowManyPagesWentOut) {

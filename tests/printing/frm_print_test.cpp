@@ -27,7 +27,11 @@ class FrmPrint : public PrintingTest {
 
 TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
   list_.kinds[kFourBox].ticked = false;  // its tickets are still there
-  const auto window = Window({"chkPlay(0)", "chkPage"});
+  const auto window = Window({});
+  EXPECT_EQ(LabelText(*window, "lblSlips"), "請先勾選要印的種類");
+  Click(*window, "chkPlay(0)");
+  EXPECT_EQ(LabelText(*window, "lblSlips"), "需要 4星彩投注單 2 張");
+  Click(*window, "chkPage");
   auto& row = Find<QWidget>(*window, "fraPlay(4)");
   QTest::mouseClick(&row, Qt::LeftButton, {}, {3, 3});
   QTest::mouseDClick(&row, Qt::LeftButton, {}, {3, 3});  // the second press of a double click
@@ -78,6 +82,8 @@ TEST_F(FrmPrint, SendsOneJobForEachKindAndRangeWithItsMarksInPlace) {
 
 TEST_F(FrmPrint, SaysWhatIsWrongAndPrintsNothing) {
   const auto window = Window({"Option1(1)", "chkPlay(0)", "chkPlay(4)"});
+  Type(*window, "txtStart(0)", "1x2");
+  EXPECT_EQ(BoxText(*window, "txtStart(0)"), "12");
   const auto enter = [&window](const QStringList& ranges) {
     const char* boxes[] = {"txtStart(0)", "txtEnd(0)", "txtStart(4)", "txtEnd(4)"};
     for (qsizetype i = 0; i < 4; ++i) {
@@ -109,9 +115,16 @@ TEST_F(FrmPrint, ReportsWhatFailsAfterTheJobsBefore) {
   EXPECT_TRUE(queue_->TakeJobs().empty());
   std::filesystem::create_symlink("3Star.ini", settings_ / "3Star.ini");  // cannot be opened
   Click(*window, "chkPlay(0)");
+  auto& print = Find<QWidget>(*window, "cmdPrint");
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  print.setFocus();
   Press(*window, "cmdPrint", {ExpectErrorReport("讀取列印設定", "繼續")});
   EXPECT_EQ(queue_->TakeJobs().size(), 1U);
-  EXPECT_TRUE(Find<QWidget>(*window, "cmdPrint").isEnabled());
+  EXPECT_TRUE(print.isEnabled() && window->focusWidget() == &print);
+  EXPECT_TRUE(LabelText(*window, "lblSent").ends_with(" 已送出 4星彩 2 張"));
+  Click(*window, "cmdCancel");
+  EXPECT_FALSE(window->isVisible());
 }
 
 }  // namespace

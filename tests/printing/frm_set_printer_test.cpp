@@ -26,7 +26,7 @@ class FrmSetPrinter : public PrintingTest {
 };
 
 TEST_F(FrmSetPrinter, ShowsTheFileOfTheChosenTypeAndKeepsEditsInTheRecord) {
-  EXPECT_TRUE(Find<QAbstractButton>(window_, "opPlay4").isChecked());
+  EXPECT_TRUE(Find<QAbstractButton>(window_, "opPlay4").isChecked() && window_.focusWidget() == &Box(0));
   EXPECT_EQ(Texts(), "1270 4300 60 60 300 240 420 530 -3 1800 9050 1520.5");
   Type(1, "-4.5x6");  // letters are not taken
   EXPECT_EQ(SlipSettings().left, -4.56);
@@ -76,6 +76,11 @@ TEST_F(FrmSetPrinter, PreviewFollowsTheEditsOnceItIsShown) {
   EXPECT_EQ(highlights.size(), kSlipFields - 1);  // width and height of the marks are the same boxes
   Type(0, QString(20, '9'));                      // nothing on the paper is left to draw
   EXPECT_LT(marks(), small);
+  Click(window_, "opPlay3");
+  const QImage three = picture();
+  std::filesystem::remove(settings_ / "4Star.ini");
+  Click(window_, "opPlay4");  // the same distances, another slip
+  EXPECT_NE(picture(), three);
 }
 
 TEST_F(FrmSetPrinter, SavesTheTextsOfTheTypeThatIsLoadedWhenTheAnswerIsYes) {
@@ -96,6 +101,13 @@ TEST_F(FrmSetPrinter, SavesTheTextsOfTheTypeThatIsLoadedWhenTheAnswerIsYes) {
   texts[0] = "+12.";
   EXPECT_EQ(saved(), SlipSettingsText(texts));
   EXPECT_EQ(Box(0).property("tag"), "+12.");
+  std::filesystem::remove(settings_ / "3Star.ini");
+  Click(window_, "opPlay3");
+  Press(window_, "cmdSave", {ExpectQuestion("確定要將此設定存檔 ?", QMessageBox::Yes)});
+  EXPECT_EQ(saved(), SlipSettingsText(texts));
+  EXPECT_TRUE(std::filesystem::exists(settings_ / "3Star.ini"));
+  Click(window_, "cmdCancel");
+  EXPECT_FALSE(window_.isVisible());
 }
 
 TEST_F(FrmSetPrinter, PrintsTheSampleWithItsValues) {
