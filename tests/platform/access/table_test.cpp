@@ -169,6 +169,24 @@ TEST_P(AccessTable, MapsGrowWithTheFileAndFreedPagesAreUsedAgain) {
   EXPECT_EQ(Health(database), "sound");
 }
 
+TEST_P(AccessTable, FillsTheGapsThatDeletedRowsLeave) {
+  Database database = Make({{"T", {{"n", kLong}, {"text", kText, 100}}}});
+  Table table = database.OpenTable("T");
+  const std::string text(100, 'x');
+  const auto insert = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      table.Insert(Row{i, std::string_view(text)});
+    }
+  };
+  insert(1000);
+  const std::uintmax_t size = SizeOf(database);
+  for (Cursor cursor = table.Scan(); cursor.Next();) {
+    EXPECT_TRUE(cursor.Integer(0) % 2 == 0 || table.Delete(cursor.Row()));
+  }
+  insert(450);
+  EXPECT_EQ(SizeOf(database), size);
+}
+
 // Of a file that has almost as many pages as its format allows, most of them nobody's.
 TEST_P(AccessTable, StopsAtTheLargestSize) {
   static_cast<void>(Make({{"T", {{"n", kLong}, {"text", kText, 255}}, {{.name = "n", .columns = {{"n"}}}}}}));
