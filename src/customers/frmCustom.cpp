@@ -156,8 +156,8 @@ void frmCustom::SetUpWidgets() {
   auto* const page = new QWidget(this);
   auto* const columns = new QHBoxLayout(page);
   columns->setSpacing(distances::kApart);
-  columns->addLayout(customers, 3);
-  columns->addLayout(records, 2);
+  columns->addLayout(customers, 4);
+  columns->addLayout(records, 3);
   FillScrolling(this, page);
 
   picMsg_ = new MessagePanel(this);
