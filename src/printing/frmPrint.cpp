@@ -8,7 +8,6 @@
 #include <QMouseEvent>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
-#include <QScreen>
 #include <QTime>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -223,7 +222,7 @@ void frmPrint::Form_Load() {
                            ? "沒有預設印表機，請先在系統設定裡設好"
                            : fontMetrics().elidedText("印表機 " + printer, Qt::ElideMiddle, lblPrinter_->width()));
   lblPrinter_->setToolTip(printer);
-  resize(sizeHint().boundedTo(screen()->availableSize()));
+  FitScreen(*this, sizeHint());
 }
 
 void frmPrint::Option1_Click() {

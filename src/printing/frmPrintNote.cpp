@@ -4,7 +4,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
-#include <QScreen>
 #include <QVBoxLayout>
 
 #include "platform/base/text.h"
@@ -13,6 +12,7 @@
 #include "printing/print_progress.h"
 #include "ui/appearance.h"
 #include "ui/manual.h"
+#include "ui/scrolling.h"
 #include "ui/select_all_edit.h"
 #include "ui/widgets.h"
 
@@ -81,8 +81,8 @@ void frmPrintNote::SetUpWidgets() {
   right->addWidget(cmdPrint);
   right->addWidget(cmdCancel);
   auto* const columns = new QHBoxLayout(this);
-  columns->setSpacing(distances::kWide);
   columns->addWidget(new SheetPicture(this));
+  columns->addSpacing(distances::kWide);
   columns->addLayout(right);
 }
 
@@ -93,7 +93,7 @@ void frmPrintNote::Form_Load() {
   }
   cboPage_->setCurrentText("1");
   cboPage_->setFocus();
-  resize(sizeHint().boundedTo(screen()->availableSize()));
+  FitScreen(*this, sizeHint());
 }
 
 void frmPrintNote::cmdCancel_Click() {
