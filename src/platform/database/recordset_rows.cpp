@@ -83,7 +83,7 @@ void Recordset::Rows::ReadRow() {
   }
   const char* bytes = blocks_[block_].data();
   for (Cell& cell : cells_) {
-    const char tag = bytes[place_++];
+    const std::uint8_t tag = bytes[place_++];
     if (tag == kNullTag) {
       cell.kind = Cell::Kind::kNull;
     } else if (tag == kTextTag) {
