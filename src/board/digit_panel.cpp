@@ -65,6 +65,10 @@ DigitPanel::DigitPanel(QWidget* parent) : QFrame(parent), grid_(new QGridLayout(
   for (int column = 0; column < kCellColumns; ++column) {
     grid_->setColumnStretch(GridColumn(column), column < kShownColumns ? 3 : 2);
   }
+  // The rows of buttons shrink as well as those of digits, which the digits need in a low window.
+  for (int row = 0; row < kCellRows; ++row) {
+    grid_->setRowStretch(row + 1, row < kDigits ? 3 : 2);
+  }
   grid_->setColumnMinimumWidth(0, 18);
   grid_->setColumnMinimumWidth(kGapColumn, 6);
 
@@ -84,7 +88,6 @@ void DigitPanel::AddShownColumns() {
     title->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     title->setForegroundRole(QPalette::PlaceholderText);
     grid_->addWidget(title, digit + 1, 0);
-    grid_->setRowStretch(digit + 1, 1);
     for (int column = 1; column <= kShownColumns; ++column) {
       AddDigit(column, digit, column - 1);
     }
