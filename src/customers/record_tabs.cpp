@@ -26,10 +26,7 @@ RecordTabs::RecordTabs(QWidget* parent) : QTabWidget(parent) {
     grid->setAccessibleName("購買記錄 " + QString::fromUtf8(kPrizeClasses[mode].name));
     SetUpGrid(*grid, GridSelection::kRows);
     grid->setModel(tickets_[mode]);
-    // All digits fit beside each other in the narrowest window, with a sequence of five digits and a scroll bar.
     grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Fixed);
-    SetColumnWidth(*grid, 0, 4.25);
 
     lblAmt_[mode] = NewLabel(page, ElementName("lblAmt", mode), {});
     lblAmt_[mode]->setTextFormat(Qt::PlainText);
