@@ -237,6 +237,7 @@ TEST_F(CustomerWindowsTest, ARecordGoesBackToTheBoardWhichMayRefuse) {
 TEST_F(CustomerWindowsTest, ABackupAsksBeforeItReplacesOne) {
   const std::filesystem::path stick = folder_.Path() / "stick";
   std::filesystem::create_directory(stick);
+  std::ofstream(folder_.Path() / "3Star.ini") << "[PRINTER SET]";
   const Shown<frmCustom> window(Opening());
   const ModalStep choose = [&stick](QWidget& dialog) {
     Enter(dialog, "fileNameEdit", QString::fromStdU16String(stick.u16string()));
@@ -251,7 +252,7 @@ TEST_F(CustomerWindowsTest, ABackupAsksBeforeItReplacesOne) {
   Do(window, "cmdBackup", {[](QWidget& dialog) { dialog.close(); }});
   EXPECT_TRUE(std::filesystem::is_empty(stick));
   Do(window, "cmdBackup", {choose, done});
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(stick), {}), 1);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(stick), {}), 2);
   Do(window, "cmdBackup", {choose, ExpectQuestion(replace, QMessageBox::No)});
   Do(window, "cmdBackup", {choose, ExpectQuestion(replace, QMessageBox::Yes), done});
   Do(window, "cmdBackup", {pull_out, ExpectErrorReport("備份沒有完成", "繼續")});
