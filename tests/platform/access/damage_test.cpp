@@ -77,6 +77,7 @@ TEST(AccessDamageFound, IsNoticed) {
            Found{4, 20, 0x4e, "\0"s},                       // two columns in the same place of a row
            Found{3, 14, 0x6f6, "\0\xf8\xff\xff\xff\xff"s},  // a usage map with the last of all page numbers
            Found{4, 26, 0x14, "\0\x1a\0\0"s},               // a long value that leads back into itself
+           Found{4, 23, 0x9de, "\0\x17\0\0"s},              // a long value on a page of the table's rows
            Found{3, 24, 0xf6, "\x20"s},                     // an entry of an index as long as a page
        }) {
     std::vector<std::byte> damaged = SmallFile(found.version);
