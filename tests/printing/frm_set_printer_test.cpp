@@ -49,6 +49,7 @@ TEST_F(FrmSetPrinter, ShowsTheFileOfTheChosenTypeAndKeepsEditsInTheRecord) {
 }
 
 TEST_F(FrmSetPrinter, PreviewFollowsTheEditsOnceItIsShown) {
+  window_.resize(1180, 690);  // small pictures show few black pixels
   const auto picture = [&] { return Find<QWidget>(window_, "picPreview").grab().toImage(); };
   const auto marks = [&] {  // black pixels
     const QImage image = picture().convertToFormat(QImage::Format_RGB32);
