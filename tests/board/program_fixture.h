@@ -185,7 +185,7 @@ class ProgramFixture : public DatabaseFixture {
           return;
         }
       }
-      if (!FrontWindow()->windowHandle()->isExposed()) {
+      if (FrontWindow()->isVisible() && !FrontWindow()->windowHandle()->isExposed()) {
         return;
       }
       if (next < all.size()) {
