@@ -29,6 +29,8 @@ TEST(QuestionTest, OnlyTheYesButtonIsAYes) {
   EXPECT_FALSE(answered([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); }));
   EXPECT_FALSE(answered([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Return); }));
   EXPECT_FALSE(answered([](QWidget& window) { window.close(); }));
+  EXPECT_TRUE(answered([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Y); }));
+  EXPECT_FALSE(answered([](QWidget& window) { QTest::keyClick(&window, Qt::Key_N); }));
 }
 
 // What Qt itself writes comes from its own translation, which is part of the program.
