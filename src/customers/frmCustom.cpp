@@ -129,16 +129,15 @@ void frmCustom::SetUpWidgets() {
   customer_buttons->addWidget(cmdDel);
   customer_buttons->addWidget(cmdClear);
   customer_buttons->addStretch();
-  customer_buttons->addWidget(check);
 
   auto* const customers = new QVBoxLayout;
   customers->setSpacing(distances::kApart);
   QHBoxLayout* const search = txtFind->Line();
   search->addWidget(cmdBackup);
+  search->addWidget(check);
   customers->addLayout(search);
   customers->addWidget(mfgCustom_H_, 1);
   customers->addLayout(entry);
-  customers->addLayout(customer_buttons);
 
   auto* const record_buttons = new QHBoxLayout;
   record_buttons->addWidget(cmdDelRecord);
@@ -151,14 +150,17 @@ void frmCustom::SetUpWidgets() {
   records->addWidget(lstRecord_, 2);
   records->addWidget(lblSum_);
   records->addWidget(SSTab1_, 3);
-  records->addLayout(record_buttons);
 
   auto* const page = new QWidget(this);
   auto* const columns = new QHBoxLayout(page);
   columns->setSpacing(distances::kApart);
   columns->addLayout(customers, 4);
   columns->addLayout(records, 3);
-  FillScrolling(this, page);
+  auto* const buttons = new QHBoxLayout;
+  buttons->setSpacing(distances::kApart);
+  buttons->addLayout(customer_buttons, 4);
+  buttons->addLayout(record_buttons, 3);
+  FillScrolling(this, page, buttons);
 
   picMsg_ = new MessagePanel(this);
   FitScreen(*this, QSize(1280, 660));

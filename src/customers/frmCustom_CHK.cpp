@@ -111,10 +111,6 @@ void frmCustom_CHK::SetUpWidgets() {
   check->addLayout(digits);
   check->addLayout(scopes);
   check->addStretch();
-  auto* const buttons = new QHBoxLayout;
-  buttons->addWidget(cmdCheck2, 1);
-  buttons->addWidget(cmdExit);
-  check->addLayout(buttons);
 
   auto* const customers = new QVBoxLayout;
   customers->addLayout(txtFind->Line());
@@ -130,7 +126,11 @@ void frmCustom_CHK::SetUpWidgets() {
   grid->setColumnStretch(0, 1);
   grid->setRowStretch(0, 1);
   grid->setRowStretch(1, 1);
-  FillScrolling(this, page);
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(cmdCheck2);
+  buttons->addWidget(cmdExit);
+  FillScrolling(this, page, buttons);
   FitScreen(*this, QSize(1160, 660));
   mfgCustom_H_->setFocus();
 }
