@@ -39,6 +39,21 @@ bool Look(Cursor cursor, const Table& table) {
   return well;
 }
 
+// A search looks at the bytes of a row before the row is taken apart.
+bool Search(const Table& table) {
+  bool well = true;
+  for (std::size_t i = 0; i < table.Columns().size(); ++i) {
+    const Equals number{i, 7};
+    const TextHint text{i, "ab"};
+    if (table.Columns()[i].type == kLong) {
+      well &= Look(table.Scan({&number, 1}), table);
+    } else if (table.Columns()[i].type == kText) {
+      well &= Look(table.Scan({}, {&text, 1}), table);
+    }
+  }
+  return well;
+}
+
 bool ChangeTable(Table& table, std::mt19937& random) {
   bool well = true;
   int row = 0;
@@ -142,6 +157,7 @@ bool ReadAnyFile(pager::FaultFiles& files, bool check) {
       well &= Attempt([&] {
         const Table table = database.OpenTable(name);
         well &= Attempt([&] { well &= Look(table.Scan(), table); });
+        well &= Attempt([&] { well &= Search(table); });
         for (std::size_t i = 0; i < table.Indexes().size(); ++i) {
           well &= Attempt([&] { well &= Look(table.Walk(i, {}), table); });
         }
