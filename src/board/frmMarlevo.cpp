@@ -1,5 +1,6 @@
 #include "board/frmMarlevo.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QLabel>

@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
+#include <QScrollArea>
 #include <QTime>
 #include <QVBoxLayout>
 #include <algorithm>

@@ -1,5 +1,7 @@
 #include "printing/frmPrint.h"
 
+#include <QCheckBox>
+
 #include "printing_windows.h"
 #include "support/ticket_text.h"
 
