@@ -32,7 +32,11 @@ int TicketModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : digit_columns_ + 1;
 }
 
+// A view may ask for a row or a head that the list has just lost; the index of such a one is not valid.
 QVariant TicketModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};
+  }
   if (role == Qt::TextAlignmentRole) {
     return QVariant::fromValue(Qt::AlignCenter);
   }

@@ -44,6 +44,9 @@ int TextModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant TextModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};
+  }
   if (role == Qt::DisplayRole) {
     return rows_[index.row()][index.column()];
   }

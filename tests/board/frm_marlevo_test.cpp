@@ -333,7 +333,7 @@ TEST_F(FrmMarlevoTest, TheCheckPaintsTheWinnersAndBringsTheFirstIntoView) {
 
 TEST_F(FrmMarlevoTest, TheDigitPanelWorksByKeyboardAlone) {
   // Keys, and the focus afterwards.
-  const std::pair<std::initializer_list<Qt::Key>, const char*> steps[] = {
+  const std::pair<std::vector<Qt::Key>, const char*> steps[] = {
       {{Qt::Key_Tab}, "chkNum1(0)"},
       {{Qt::Key_Up, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Space}, "chkNum2(1)"},
       {{Qt::Key_7, Qt::Key_Right}, "chkNum3(7)"},
