@@ -46,6 +46,10 @@ void JournaledFile::SetFormat(PageFormat format) {
     throw std::logic_error("no such page size");
   }
   format_ = std::move(format);
+  sign_of_use_.clear();
+  if (!format_.sign_of_use.empty()) {
+    (sign_of_use_ = path_).replace_extension(format_.sign_of_use);
+  }
   LookAtSize();
 }
 
@@ -158,13 +162,10 @@ void JournaledFile::RequireInPlace() {
 }
 
 void JournaledFile::RequireUnused() {
-  if (format_.sign_of_use.empty()) {
-    return;
-  }
-  std::filesystem::path sign = path_;
-  sign.replace_extension(format_.sign_of_use);
-  if (!files_.RemoveUnused(sign)) {
-    throw PagerError(sign, "shows that another program has the file open; close it there and try again", Fault::kInUse);
+  // Every statement comes here, and looking takes half as long as trying to remove.
+  if (!sign_of_use_.empty() && files_.Look(sign_of_use_) && !files_.RemoveUnused(sign_of_use_)) {
+    throw PagerError(sign_of_use_, "shows that another program has the file open; close it there and try again",
+                     Fault::kInUse);
   }
 }
 

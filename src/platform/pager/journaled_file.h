@@ -104,8 +104,8 @@ class JournaledFile {
   void WriteJournal(const std::vector<Page>& pages);
   void AddOriginalOnce(std::uint32_t page, std::optional<std::uint64_t> base);
   FileStamp Overwrite(const std::vector<Page>& pages);
-  // Whether the page, or `raw` as its bytes in the file, is still what the change under way has found or written there.
   std::uint32_t PageAt(std::uint64_t offset) const { return static_cast<std::uint32_t>(offset / format_.page_size); }
+  // Whether the page, or `raw` as its bytes in the file, is still what the change under way has found or written there.
   bool IsExpected(std::uint32_t page, std::span<const std::byte> raw) const;
   bool IsExpected(std::uint32_t page);
   std::uint64_t PagesToKeep(std::uint64_t size);
@@ -119,6 +119,7 @@ class JournaledFile {
   std::unique_ptr<DiskFile> file_;
   Journal journal_;
   PageFormat format_;
+  std::filesystem::path sign_of_use_;  // empty when other programs keep none
   std::uint32_t page_count_ = 0;
   bool whole_pages_ = true;
   bool is_writer_ = false;

@@ -134,10 +134,10 @@ void Pager::Begin() {
   Watching([&] {
     BecomeWriter();
     file_->PrepareToWrite();
-    // Looking up names, the file's own and that of a sign of use, costs calls of the system. Once for each batch is
-    // enough here, because Write looks again before anything is overwritten.
+    file_->RequireUnused();
+    // Looking up the file's name costs a call of the system. Once for each batch is enough here, because Write looks
+    // again before anything is overwritten.
     if (changed_.empty()) {
-      file_->RequireUnused();
       file_->RequireInPlace();
     } else {
       file_->RequireUnchanged();
