@@ -84,8 +84,10 @@ void frmCustom::SetUpWidgets() {
   mfgCustom_H_->OnChosen([this](int row) { mfgCustom_H_Click(row); });
   auto* const txtFind = new FindBox(this, *mfgCustom_H_);
   QPushButton* const cmdBackup = NewButton(this, "cmdBackup", "備份", &frmCustom::cmdBackup_Click);
+  QPushButton* const check = NewButton(this, "Command1", "客戶資料對獎", &frmCustom::Command1_Click);
   setTabOrder(txtFind, cmdBackup);
-  setTabOrder(cmdBackup, mfgCustom_H_);
+  setTabOrder(cmdBackup, check);
+  setTabOrder(check, mfgCustom_H_);
 
   auto* const entry = new QGridLayout;
   const auto add_box = [&](const char* name, const char* label_name, const char* caption, int row, int column,
@@ -109,7 +111,6 @@ void frmCustom::SetUpWidgets() {
   QPushButton* const cmdEdit = NewButton(this, "cmdEdit", "修改", &frmCustom::cmdEdit_Click);
   QPushButton* const cmdDel = NewButton(this, "cmdDel", "刪除客戶資料", &frmCustom::cmdDel_Click);
   QPushButton* const cmdClear = NewButton(this, "cmdClear", "清空", &frmCustom::cmdClear_Click);
-  QPushButton* const check = NewButton(this, "Command1", "客戶資料對獎", &frmCustom::Command1_Click);
 
   lstRecord_ = new RecordList(this);
   lstRecord_->OnPressed([this] { lstRecord_MouseDown(); });

@@ -88,7 +88,12 @@ void frmSave::LoadCustomers(const std::vector<std::string>& wanted) {
 }
 
 void frmSave::mfgCustom_H_Click() {
-  lblCustom_->setText("存到  " + CurrentCustomer());
+  Say(*lblCustom_, "存到  " + CurrentCustomer());
+}
+
+void frmSave::Say(QLabel& line, const QString& text) {
+  line.setText(fontMetrics().elidedText(text, Qt::ElideRight, width() - 2 * distances::kApart));
+  line.setToolTip(text);
 }
 
 void frmSave::cmdPrint_Click() {
@@ -101,7 +106,7 @@ void frmSave::cmdPrint_Click() {
     MessagePanel::Work work(*picMsg_, static_cast<int>(tickets.size()));
     const std::string stamp = store_.Save(number, tickets, [&work](int stored) { work.Advance(stored); });
     const RecordSummary saved{stamp, static_cast<int>(tickets.size())};
-    lblSaved_->setText(QString::fromStdString(RecordLine(saved)) + " 已存到  " + CurrentCustomer());
+    Say(*lblSaved_, QString::fromStdString(RecordLine(saved)) + " 已存到  " + CurrentCustomer());
   }
   ShowMessage(this, "存檔完畢 !");
 }

@@ -34,6 +34,9 @@ class frmSave : public QDialog {
   // them is found, the first customer.
   void LoadCustomers(const std::vector<std::string>& wanted);
 
+  // Writes a line as wide as the window; a longer one ends in "…", and its tooltip has it whole.
+  void Say(QLabel& line, const QString& text);
+
   void mfgCustom_H_Click();
   void cmdPrint_Click();
   void cmdCustom_Click();
